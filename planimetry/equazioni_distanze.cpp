@@ -1,0 +1,139 @@
+// Observation equations of the distances. A measured distance is brought to the horizontal, to the
+// station centre, to the ellipsoid and to the projection plane; its row on the end points P and T is
+//   v = dE/d (dE_T - dE_P) + dN/d (dN_T - dN_P) - l      l = reduced - computed distance   [km]
+// with dE, dN, d of the current coordinates. Its standard deviation is a constant part plus one
+// proportional to the distance. (Ghilani, Adjustment Computations, ch. 14.)
+
+#include <cmath>
+
+#include "frame/costanti.h"
+#include "kzt5cmrg.h"
+#include "resources/catalogo.h"
+
+namespace {
+
+constexpr double kCoincidenti = 1e-7;  // shorter computed distances are replaced by the measured [km]
+constexpr double kSenoNullo = 1e-12;   // a sight along the vertical, to the rounding of sin
+
+// Geometry of the instruments of types 6 and 7: additive constants and offset of the prism [m].
+constexpr double kAdditiva6 = 0.06;
+constexpr double kAdditiva7 = 0.11;
+constexpr double kSbraccio = 0.16;
+
+constexpr bool FuoriCentro(int tipo) {
+  return tipo == kFuoriCentro10 || tipo == kFuoriCentro20 || tipo == kFuoriCentro30;
+}
+
+// Slope distance of a type-7 instrument from what it read; the reading itself where the triangle of
+// instrument, prism and target does not close. D and result in metres, z in radians.
+double Tipo7(double D, double z) {
+  const double lato = D - kAdditiva7;
+  const double seno = kSbraccio * std::sin(z) / lato;
+  if (lato == 0.0 || !(std::abs(seno) <= 1.0) || std::abs(std::sin(z)) < kSenoNullo) return D;
+  const double a = z + std::asin(seno);
+  return std::sin(kPi - a) * lato / std::sin(z);
+}
+
+}  // namespace
+
+void CalcCmpRigVelid1::CreaEquazDis(int& equazione) {
+  for (const TStaCr& s : *Stazioni) {
+    if (!StazionePla(s)) continue;
+    for (const TOssCr& o : s.Osservazioni) {
+      if (!DistanzaPla(o)) continue;
+      double D = DistanzaOrizzontale(o);
+      if (FuoriCentro(o.TipoDist) && !Mancante(o.Direzione)) {
+        if (!(o.Direzione > 0.0)) {
+          AvvisaNonRiducibile(s.Punto, o.Punto, D);
+          break;
+        }
+        D = DistanzaAlCentro(s, o.Direzione, D);
+      }
+      D *= FattoreKm;
+      if (Opzioni->Cartografiche != 0 && o.TipoDist != kPiana) {
+        D = DistanzaEllissoide(s.Punto, o.Punto, D);
+        double scala = 0.0;
+        double correzione = 0.0;
+        Gauss(s.Punto, o.Punto, scala, correzione);
+        D *= scala;
+      }
+      const double sigma = (Opzioni->SqmDistCost + Opzioni->SqmDistProp * D) * FattoreKm;
+      Peso[static_cast<std::size_t>(equazione)] = SigmaZeroPriori * SigmaZeroPriori / (sigma * sigma);
+      Eodis(equazione, s.Punto, o.Punto, D);
+      ++equazione;
+    }
+  }
+}
+
+// Writes one row; the reduced distance in km.
+int CalcCmpRigVelid1::Eodis(int riga, int stazione, int collimato, double distanza) {
+  const TCoorCr& p = Punto(stazione);
+  const TCoorCr& t = Punto(collimato);
+  const double dE = t.Est - p.Est;
+  const double dN = t.Nord - p.Nord;
+  double d = std::sqrt(dE * dE + dN * dN);
+  if (d < kCoincidenti) d = distanza;
+  const double suEst = d == 0.0 ? 0.0 : dE / d;
+  const double suNord = d == 0.0 ? 0.0 : dN / d;
+
+  const auto scrivi = [&](int slot, int punto, double segno) {
+    const int incognita = 2 * IncPla[static_cast<std::size_t>(punto)];
+    Coeff[riga][slot] = segno * suEst;
+    Coeff[riga][slot + 1] = segno * suNord;
+    Indici[riga][slot] = incognita;
+    Indici[riga][slot + 1] = incognita + 1;
+  };
+  if (p.TipoPla == kIncognito) scrivi(0, stazione, -1.0);
+  if (t.TipoPla == kIncognito) scrivi(2, collimato, 1.0);
+  TermineNoto[static_cast<std::size_t>(riga)] = distanza - d;
+  return 0;
+}
+
+// The distance on the horizontal of the instrument [m].
+double CalcCmpRigVelid1::DistanzaOrizzontale(const TOssCr& osservazione) const {
+  const double z = osservazione.Zenit * FattoreRad;
+  double D = osservazione.Distanza;
+  switch (osservazione.TipoDist) {
+    case kInclinataTipo6: D = (D - kAdditiva6) + kSbraccio * std::cos(std::abs(z)); break;
+    case kInclinataTipo7: D = Tipo7(D, z); break;
+    case kInclinata: break;
+    default: return D;
+  }
+  return D * std::sin(std::abs(z));
+}
+
+// The distance from the station centre when the instrument stood off it: cosine rule in the triangle
+// of centre, instrument and target, the direction read at the instrument [m].
+double CalcCmpRigVelid1::DistanzaAlCentro(const TStaCr& stazione, double direzione,
+                                          double distanza) const {
+  const double e = Eccentricita(stazione);
+  const double angolo = (stazione.EccDirezione - direzione) * FattoreRad;
+  return std::sqrt(distanza * distanza + e * e - 2.0 * e * distanza * std::cos(angolo));
+}
+
+// A horizontal distance brought from the mean height of its ends to the ellipsoid, in its own unit.
+// The radius is the one that the last projected point has left, or else that of the station point. An
+// end without height takes the other's.
+double CalcCmpRigVelid1::DistanzaEllissoide(int stazione, int collimato, double distanza) {
+  if (RaggioMedio == 0.0) {
+    double scala = 0.0;
+    double correzione = 0.0;
+    Gauss(stazione, collimato, scala, correzione);
+  }
+  double qP = Punto(stazione).Quota;
+  double qT = Punto(collimato).Quota;
+  if (Mancante(qP)) qP = Mancante(qT) ? 0.0 : qT;
+  if (Mancante(qT)) qT = qP;
+  const double h = (qP + qT) * FattoreKm / 2.0;
+  return distanza * RaggioMedio / (h + RaggioMedio);
+}
+
+void CalcCmpRigVelid1::AvvisaNonRiducibile(int stazione, int collimato, double distanza) {
+  ScriviTesto(kLaDistanza);
+  Out->ScriviNumero(collimato + 1, 4, 0);
+  Out->ScriviStringa(kMeno, 0);
+  Out->ScriviNumero(stazione + 1, 4, 0);
+  Out->ScriviStringa(kUguale, 0);
+  Out->ScriviNumero(distanza, 8, 3);
+  ScriviTestoLn(kNonRiducibile);
+}
