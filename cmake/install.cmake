@@ -1,1 +1,1 @@
-# Install rules.
+# Install rules and exported package.
