@@ -1,0 +1,47 @@
+// One run of the module: the job, and the observer between it and the report.
+
+#include "host/calcolo.h"
+
+#include <algorithm>
+
+namespace {
+
+// An equation holds six coefficients with the numbers of their unknowns, two row pointers, its
+// known term, residual and weight, and the w of the report.
+constexpr std::uint64_t kByteEquazione =
+    6 * (sizeof(double) + sizeof(int)) + 2 * sizeof(void*) + 4 * sizeof(double);
+constexpr std::uint64_t kEquazioniPerOsservazione = 2;
+
+}  // namespace
+
+Risultati Compensa(Rete& rete, CFileOutTmp& rapporto, const Ascolto& ascolto) {
+  Risultati risultati = RisultatiIniziali(rete);
+  const TVettCr<TCoorCr> punti(rete.Punti);
+  const TVettCr<TStaCr> stazioni(rete.Stazioni);
+  OsservatoreCalcolo osservatore(rapporto, risultati, ascolto.Iterazione);
+  CalcCmpRigVelid1 calcolo(&rete.Opzioni, &punti, &stazioni, &rete.CurvaturaRifrazione,
+                           &osservatore);
+  osservatore.Osserva(calcolo);
+  if (ascolto.Classificati) ascolto.Classificati();
+  osservatore.Concludi(calcolo.Esegui());
+  return risultati;
+}
+
+Fabbisogno StimaFabbisogno(const Rete& rete) {
+  const auto calcola = [&](int quale) { return (rete.Opzioni.TipoCalcolo & quale) != 0; };
+  const auto conta = [](const auto& record, int valore, auto campo) {
+    return static_cast<std::uint64_t>(std::ranges::count(record, valore, campo));
+  };
+  const std::uint64_t pla =
+      calcola(kCalcoloPlanimetria) ? 2 * conta(rete.Punti, kIncognito, &TCoorCr::TipoPla) : 0;
+  const std::uint64_t alt =
+      (calcola(kCalcoloAltimetria) ? conta(rete.Punti, kIncognito, &TCoorCr::TipoAlt) : 0) +
+      conta(rete.Stazioni, kAltezzaIncognita, &TStaCr::AltStrumNota);
+  const std::uint64_t incognite = std::max(pla, alt);
+  std::uint64_t osservazioni = 0;
+  for (const TStaCr& s : rete.Stazioni) osservazioni += s.Osservazioni.size();
+  const std::uint64_t equazioni = kEquazioniPerOsservazione * osservazioni;
+  const std::uint64_t normale = incognite * incognite * sizeof(double);
+  return {static_cast<int>(incognite), static_cast<int>(equazioni), normale,
+          normale + equazioni * kByteEquazione};
+}

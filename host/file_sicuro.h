@@ -1,0 +1,54 @@
+#pragma once
+
+// Files that appear whole or not at all. The bytes go into a temporary file beside the target,
+// which takes the target's name only when all of them are on the disk; whatever happens before, an
+// error, an exception or a signal that ends the program, leaves the target as it was and nothing
+// beside it.
+
+#include <string>
+#include <string_view>
+
+// How messages name the standard output.
+inline constexpr std::string_view kNomeUscita = "l'uscita standard";
+
+class FileSicuro {
+ public:
+  // Prepares the file. A link is followed to what it names; a target that exists keeps its
+  // permissions. A device or a pipe, /dev/stdout and its like, and "-", the standard output, are
+  // written directly. Throws ErroreUscita.
+  explicit FileSicuro(std::string percorso);
+  FileSicuro(FileSicuro&& altro) noexcept;
+  FileSicuro& operator=(FileSicuro&&) = delete;
+  FileSicuro(const FileSicuro&) = delete;
+  FileSicuro& operator=(const FileSicuro&) = delete;
+  ~FileSicuro();
+
+  // Appends bytes. Throws ErroreUscita.
+  void Scrivi(std::string_view byte);
+  // Gives the file its name. Throws ErroreUscita. To be called once, at the end.
+  void Conferma();
+
+ private:
+  void ApriDiretto();
+  void ApriTemporaneo();
+  void Chiudi();
+
+  std::string Percorso;    // as the user gave it
+  std::string Mostrato;    // as messages name it
+  std::string Bersaglio;   // the file to replace; empty = written directly
+  std::string Temporaneo;
+  int Posto = -1;          // of the temporary file among those that a signal removes
+  int Descrittore = -1;
+  bool Proprio = false;    // the descriptor is to be closed
+};
+
+// The file that a path leads to, links followed also where the last one leads nowhere yet.
+std::string DestinazioneFinale(const std::string& percorso);
+
+// Whether two paths lead to the same file, by whatever names: also one that does not exist yet.
+// Devices and pipes are nobody's file.
+bool StessoFile(const std::string& a, const std::string& b);
+
+// Makes signals that end the program remove the temporary files first, and writing to a closed pipe
+// an error like any other. Once, at the start.
+void PreparaSegnali();

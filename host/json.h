@@ -1,0 +1,14 @@
+#pragma once
+
+// The result model as JSON, for programs. docs/json.md describes the schema.
+
+#include <functional>
+#include <string_view>
+
+#include "host/risultati.h"
+
+inline constexpr std::string_view kSchemaJson = "compensa-risultati";
+inline constexpr int kVersioneJson = 1;  // to be raised when a key changes its meaning or goes
+
+// Passes the document on in pieces, UTF-8, a record on a line. What does not exist is null.
+void ScriviJson(const Risultati& risultati, const std::function<void(std::string_view)>& scrivi);

@@ -1,0 +1,247 @@
+// Points and observations from CSV tables: the columns of each, and the set-ups that rows share.
+
+#include "host/lettura_csv.h"
+
+#include <array>
+#include <cmath>
+#include <functional>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <utility>
+
+#include "host/campi.h"
+#include "host/csv.h"
+#include "host/numeri.h"
+
+namespace {
+
+enum ColonnaPunti : std::size_t { kCNome, kCEst, kCNord, kCQuota, kCPla, kCAlt };
+constexpr std::array<ColonnaCsv, 6> kColonnePunti{{
+    {"nome", true}, {"est", true}, {"nord", true}, {"quota"}, {"planimetria"}, {"altimetria"},
+}};
+
+enum ColonnaOss : std::size_t {
+  kCStazione, kCGiro,      kCAltezza, kCAltezzaNota, kCEccDistanza, kCEccDirezione,
+  kCPunto,    kCDirezione, kCZenit,   kCSegnale,     kCDistanza,    kCTipo,
+};
+constexpr std::array<ColonnaCsv, 12> kColonneOss{{
+    {"stazione", true}, {"giro"}, {"altezza"}, {"altezza_nota"}, {"ecc_distanza"},
+    {"ecc_direzione"}, {"punto", true}, {"direzione"}, {"zenit"}, {"segnale"}, {"distanza"},
+    {"tipo"},
+}};
+
+constexpr std::string_view kNonDatoScritto = "-";
+
+// What the two tables share: fields of the current row as values. A record is worded only when a
+// message needs it.
+class RigaCsv {
+ public:
+  RigaCsv(LettoreCsv& lettore, Diagnostica& diagnostica, std::function<std::string()> record)
+      : Lettore(lettore), Diario(diagnostica), Record(std::move(record)) {}
+
+  bool Vuoto(std::size_t colonna) const {
+    const std::string_view campo = Lettore.Campo(colonna);
+    return campo.empty() || campo == kNonDatoScritto;
+  }
+
+  // kValoreMancante if there is no value, or a wrong one, which is then reported.
+  double Numero(std::size_t colonna, const RegolaNumero& regola) {
+    if (Vuoto(colonna)) return kValoreMancante;
+    const std::string_view campo = Lettore.Campo(colonna);
+    const NumeroLetto letto = LeggiNumero(campo, Lettore.VirgolaDecimale());
+    if (letto.Esito == EsitoNumero::Valido && Ammesso(regola, letto.Valore)) return letto.Valore;
+    Diario.Errore(Lettore.Dove(colonna), Rifiuto(regola, campo, letto));
+    return kValoreMancante;
+  }
+
+  int Ruolo(std::size_t colonna, std::string_view nome) {
+    if (Vuoto(colonna)) return kIncognito;
+    const std::string_view campo = Lettore.Campo(colonna);
+    const std::optional<int> valore = CercaParola(kParoleRuolo, campo);
+    if (!valore) {
+      Diario.Errore(Lettore.Dove(colonna),
+                    GuastoParola(Record(), nome, kParoleRuolo, campo, ParoleVolute(kParoleRuolo)));
+    }
+    return valore.value_or(kIncognito);
+  }
+
+  std::optional<bool> SiNo(std::size_t colonna, std::string_view nome) {
+    const std::string_view campo = Lettore.Campo(colonna);
+    const std::optional<int> valore = CercaParola(kParoleVero, campo);
+    if (valore) return *valore != 0;
+    Diario.Errore(Lettore.Dove(colonna),
+                  GuastoParola(Record(), nome, kParoleVero, campo, "\"si\" o \"no\""));
+    return std::nullopt;
+  }
+
+  int Tipo(std::size_t colonna) {
+    const std::string_view campo = Lettore.Campo(colonna);
+    const std::optional<int> codice = LeggiIntero(campo);
+    if (codice && TipoNoto(*codice)) return *codice;
+    if (Vuoto(colonna)) return kOrizzontale;
+    const std::optional<int> parola = CercaParola(kParoleTipo, campo);
+    if (parola) return *parola;
+    Diario.Errore(Lettore.Dove(colonna),
+                  GuastoParola(Record(), "tipo", kParoleTipo, campo, TipoVoluto()));
+    return kOrizzontale;
+  }
+
+ private:
+  Guasto Rifiuto(const RegolaNumero& regola, std::string_view campo, const NumeroLetto& letto) {
+    if (letto.Esito == EsitoNumero::Valido || letto.Esito == EsitoNumero::NonFinito) {
+      const double valore = letto.Esito == EsitoNumero::Valido ? letto.Valore : HUGE_VAL;
+      return GuastoNumero(Record(), regola, Cita(campo), valore);
+    }
+    Guasto guasto{.Record = Record(),
+                  .Campo = std::string(regola.Nome),
+                  .Trovato = Cita(campo),
+                  .Voluto = NumeroVoluto(regola)};
+    if (letto.Esito == EsitoNumero::Migliaia) {
+      guasto.Suggerimento = "scrivere il numero senza separatori delle migliaia";
+    } else if (letto.Esito == EsitoNumero::Virgola) {
+      guasto.Suggerimento = kVoglionoIlPunto;
+    }
+    return guasto;
+  }
+
+  LettoreCsv& Lettore;
+  Diagnostica& Diario;
+  std::function<std::string()> Record;
+};
+
+// The set-ups of an observation table, found by their station and round.
+class Postazioni {
+ public:
+  Postazioni(LettoreCsv& lettore, RigaCsv& riga, CostruttoreRete& rete, Diagnostica& diagnostica)
+      : Lettore(lettore), Riga(riga), Rete(rete), Diario(diagnostica) {}
+
+  // Set-up of the current row, with what the row says of it; a new one on the first row of its kind.
+  int DellaRiga() {
+    Chiave.assign(Lettore.Campo(kCStazione));
+    Chiave += kFraChiavi;
+    Chiave += Lettore.Campo(kCGiro);
+    if (Ultima < 0 || Chiave != UltimaChiave) {
+      const auto voce = IndiceDaChiave.find(Chiave);
+      Ultima = voce != IndiceDaChiave.end() ? voce->second : Apri();
+      UltimaChiave = Chiave;
+    }
+    StazioneLetta& letta = Rete.Stazione(Ultima);
+    FondiNumero(letta.Altezza, kCAltezza, kAltezza);
+    FondiNumero(letta.EccDistanza, kCEccDistanza, kEccDistanza);
+    FondiNumero(letta.EccDirezione, kCEccDirezione, kEccDirezione);
+    if (!Riga.Vuoto(kCAltezzaNota)) {
+      Fondi(letta.AltezzaNota, Riga.SiNo(kCAltezzaNota, "altezza_nota"), kCAltezzaNota);
+    }
+    return Ultima;
+  }
+
+ private:
+  int Apri() {
+    StazioneLetta nuova;
+    nuova.Nome = Lettore.Campo(kCStazione);
+    nuova.Dove = Lettore.DoveRiga();
+    nuova.Punto =
+        Rete.TrovaPunto(nuova.Nome, Lettore.Dove(kCStazione), NomeStazione(nuova.Nome), "stazione");
+    return IndiceDaChiave[Chiave] = Rete.AggiungiStazione(std::move(nuova));
+  }
+
+  void FondiNumero(Dato<double>& dato, std::size_t colonna, const RegolaNumero& regola) {
+    if (Riga.Vuoto(colonna)) return;
+    const double valore = Riga.Numero(colonna, regola);
+    Fondi(dato, Assegnato(valore) ? std::optional(valore) : std::nullopt, colonna);
+  }
+
+  template <class T>
+  void Fondi(Dato<T>& dato, std::optional<T> valore, std::size_t colonna) {
+    if (dato.Presente && dato.Valore == valore) return;
+    const Posizione dove = Lettore.Dove(colonna);
+    if (dato.Valore && valore) {
+      Diario.Errore(dove, {.Record = NomeStazione(Lettore.Campo(kCStazione)),
+                           .Campo = std::string(kColonneOss[colonna].Nome),
+                           .Problema = "valore diverso per la stessa stazione e lo stesso giro",
+                           .Trovato = Cita(Lettore.Campo(colonna)),
+                           .Suggerimento = "alla riga " + std::to_string(dato.Dove.Riga) + " c'è " +
+                                           Cita(Scritto(*dato.Valore))});
+    }
+    dato = {valore, true, dove};
+  }
+
+  static std::string Scritto(double valore) { return NumeroBreve(valore); }
+  static std::string Scritto(bool valore) { return valore ? "si" : "no"; }
+
+  static constexpr char kFraChiavi = '\x1F';
+
+  LettoreCsv& Lettore;
+  RigaCsv& Riga;
+  CostruttoreRete& Rete;
+  Diagnostica& Diario;
+  std::unordered_map<std::string, int> IndiceDaChiave;
+  std::string Chiave;
+  std::string UltimaChiave;
+  int Ultima = -1;
+};
+
+}  // namespace
+
+void LeggiPuntiCsv(std::string_view testo, std::string_view file, CostruttoreRete& rete,
+                   Diagnostica& diagnostica) {
+  LettoreCsv lettore(testo, file, kColonnePunti, diagnostica);
+  if (!lettore.LeggiIntestazione()) return rete.PuntiIncompleti();
+  RigaCsv riga(lettore, diagnostica, [&] { return NomePunto(lettore.Campo(kCNome)); });
+  bool qualcuno = false;
+  while (lettore.ProssimaRiga()) {
+    qualcuno = true;
+    if (!lettore.RigaIntera()) {  // its name, if there is one, is no unknown point elsewhere
+      if (!riga.Vuoto(kCNome)) {
+        rete.AggiungiPunto({.Nome = lettore.Campo(kCNome),
+                            .Dove = lettore.DoveRiga(),
+                            .DoveNome = lettore.Dove(kCNome)});
+      }
+      continue;
+    }
+    rete.AggiungiPunto(
+        {.Nome = lettore.Campo(kCNome),
+         .Dove = lettore.DoveRiga(),
+         .DoveNome = lettore.Dove(kCNome),
+         .Est = riga.Numero(kCEst, kEst),
+         .Nord = riga.Numero(kCNord, kNord),
+         .Quota = riga.Numero(kCQuota, kQuota),
+         .Ruoli = {riga.Ruolo(kCPla, "planimetria"), riga.Ruolo(kCAlt, "altimetria")}});
+  }
+  if (!qualcuno) {
+    diagnostica.Errore(lettore.DoveRiga(), {.Problema = "la tabella non ha punti"});
+    rete.PuntiIncompleti();
+  }
+}
+
+void LeggiOsservazioniCsv(std::string_view testo, std::string_view file, CostruttoreRete& rete,
+                          Diagnostica& diagnostica) {
+  LettoreCsv lettore(testo, file, kColonneOss, diagnostica);
+  if (!lettore.LeggiIntestazione()) return;
+  const auto record = [&] {
+    return NomeOsservazione(lettore.Campo(kCStazione), lettore.Campo(kCPunto));
+  };
+  RigaCsv riga(lettore, diagnostica, record);
+  Postazioni postazioni(lettore, riga, rete, diagnostica);
+  bool qualcuna = false;
+  while (lettore.ProssimaRiga()) {
+    qualcuna = true;
+    if (!lettore.RigaIntera()) continue;
+    const int stazione = postazioni.DellaRiga();
+    TOssCr osservazione{};
+    osservazione.Punto = rete.CercaPunto(lettore.Campo(kCPunto));
+    if (osservazione.Punto < 0) {
+      rete.PuntoSconosciuto(lettore.Campo(kCPunto), lettore.Dove(kCPunto), record());
+    }
+    osservazione.Direzione = riga.Numero(kCDirezione, kDirezione);
+    osservazione.Zenit = riga.Numero(kCZenit, kZenit);
+    osservazione.AltSegnale = riga.Numero(kCSegnale, kSegnale);
+    osservazione.Distanza = riga.Numero(kCDistanza, kDistanza);
+    osservazione.TipoDist = riga.Tipo(kCTipo);
+    rete.AggiungiOsservazione(stazione, osservazione, lettore.DoveRiga());
+  }
+  if (!qualcuna) {
+    diagnostica.Errore(lettore.DoveRiga(), {.Problema = "la tabella non ha osservazioni"});
+  }
+}

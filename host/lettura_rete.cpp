@@ -1,0 +1,28 @@
+// A network from its file: the order in which the readers run.
+
+#include "host/lettura_rete.h"
+
+#include <algorithm>
+#include <string>
+
+#include "host/costruttore.h"
+#include "host/lettura_toml.h"
+#include "host/testo_file.h"
+
+namespace {
+
+constexpr std::uintmax_t kMassimoToml = 1u << 28;  // [bytes]; once parsed it takes 30 times as much
+
+}  // namespace
+
+std::optional<Rete> LeggiRete(const std::filesystem::path& percorso, Diagnostica& diagnostica) {
+  CostruttoreRete rete(diagnostica);
+  const std::string_view file = rete.RegistraFile(percorso.string());
+  std::optional<std::string> testo =
+      LeggiTesto(percorso, kMassimoToml, {file, 0, 0}, "", diagnostica);
+  if (!testo) return std::nullopt;
+  const bool righeConCr = testo->find('\n') == std::string::npos;  // TOML itself knows LF and CRLF
+  if (righeConCr) std::replace(testo->begin(), testo->end(), '\r', '\n');
+  LeggiToml(*testo, file, percorso.parent_path(), rete, diagnostica);
+  return rete.Completa();
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+// A network from its file.
+
+#include <filesystem>
+#include <optional>
+
+#include "host/diagnostica.h"
+#include "host/modello.h"
+
+// Reads a network file in TOML and the CSV tables that it names. Every fault of the files becomes an
+// error of diagnostica; the network is returned only if there is none. Throws std::bad_alloc.
+std::optional<Rete> LeggiRete(const std::filesystem::path& percorso, Diagnostica& diagnostica);

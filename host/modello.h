@@ -1,0 +1,62 @@
+#pragma once
+
+// A network as the program holds it: the module's records, what they point to, and where each record
+// was read, so that every message can name the place.
+
+#include <deque>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "kzt5cmrg/record.h"
+
+// Whether a value of a record was given.
+constexpr bool Assegnato(double valore) { return valore < kNonDato; }
+
+// Place of a record in a file: line and column count from 1, 0 = unknown. The column counts
+// characters, not bytes.
+struct Posizione {
+  std::string_view File;  // lies in Rete::NomiFile
+  int Riga = 0;
+  int Colonna = 0;
+};
+
+// What the file says of the project; passed on to the outputs.
+struct Progetto {
+  std::string Nome;         // UTF-8
+  std::optional<int> Epsg;  // code of the coordinate system
+};
+
+// Roles of a point as the file gives them; a job may lower those of the record to kNonUsato.
+struct RuoliPunto {
+  int Pla = kIncognito;
+  int Alt = kIncognito;
+};
+
+// The network read from a file. Records address each other by index; texts and vectors of the
+// records point into the storage here. Movable, not copyable: a copy would point into the original.
+struct Rete {
+  Rete() = default;
+  Rete(Rete&&) = default;
+  Rete& operator=(Rete&&) = default;
+  Rete(const Rete&) = delete;
+  Rete& operator=(const Rete&) = delete;
+
+  Progetto DatiProgetto;
+  TOpzCr Opzioni{};
+  CCalcDsOr CurvaturaRifrazione{};
+  std::vector<TCoorCr> Punti;
+  std::vector<TStaCr> Stazioni;
+
+  std::vector<std::string> Nomi;                   // of the points, UTF-8
+  std::vector<std::string> NomiAnsi;               // the same in Windows-1252: TCoorCr::Nome points here
+  std::vector<std::vector<TOssCr>> Osservazioni;   // of each station: TStaCr::Osservazioni points here
+
+  std::vector<RuoliPunto> RuoliIniziali;           // of the points
+
+  std::deque<std::string> NomiFile;  // the files read, as a message names them
+  std::vector<Posizione> PosizioniPunti;
+  std::vector<Posizione> PosizioniStazioni;
+  std::vector<std::vector<Posizione>> PosizioniOsservazioni;
+};

@@ -1,0 +1,29 @@
+#pragma once
+
+// What the surveyor sees of a run besides the report: a line that follows the iterations, and five
+// lines at the end.
+
+#include <array>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "host/risultati.h"
+
+// Outcome, sigma zero, redundancy, iterations, and largest w with its place; without line ends,
+// UTF-8.
+std::array<std::string, 5> RigheSommario(const Risultati& risultati);
+
+// One line on a terminal that each iteration overwrites.
+class RigaAvanzamento {
+ public:
+  explicit RigaAvanzamento(std::function<void(std::string_view)> scrivi)
+      : Scrivi(std::move(scrivi)) {}
+  void Mostra(const Iterazione& iterazione);
+  void Cancella();
+
+ private:
+  std::function<void(std::string_view)> Scrivi;
+  bool Scritta = false;
+};
