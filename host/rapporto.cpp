@@ -1,5 +1,8 @@
 // The report writer of the program: texts and numbers laid into columns, in Windows-1252, where
 // every character is one byte and widths can be counted in bytes.
+//
+// A number that rounds to zero has no sign: of a residual of 1e-17 it would only tell how the machine
+// rounds. A zero that is negative keeps it: it is the sign of an angle of less than one degree.
 
 #include "host/rapporto.h"
 
@@ -20,6 +23,11 @@ constexpr std::size_t kCifre =  // sign, point, and a margin
 constexpr std::size_t kPezzo = std::size_t{1} << 20;  // bytes passed on at a time
 
 constexpr std::size_t Quanti(int n) { return n > 0 ? static_cast<std::size_t>(n) : 0; }
+
+// Whether the digits are those of a zero.
+bool Nullo(std::string_view cifre) {
+  return cifre.find_first_not_of("-0.") == std::string_view::npos;
+}
 
 void Allinea(std::string& riga, std::string_view cifre, int larghezza) {
   const std::size_t colonne = Quanti(larghezza);
@@ -47,7 +55,9 @@ void Rapporto::ScriviNumero(double valore, int larghezza, int decimali) {
   decimali = std::clamp(decimali, 0, kDecimaliMassimi);
   const auto fine = std::to_chars(cifre.data(), cifre.data() + cifre.size(), valore,
                                   std::chars_format::fixed, decimali);
-  Allinea(Testo, {cifre.data(), fine.ptr}, larghezza);
+  std::string_view numero(cifre.data(), fine.ptr);
+  if (valore < 0.0 && Nullo(numero)) numero.remove_prefix(1);
+  Allinea(Testo, numero, larghezza);
 }
 
 void Rapporto::ScriviNumeroLn(double valore, int larghezza, int decimali) {

@@ -48,17 +48,20 @@ ReteProva LeggiRete(const std::string& testo) {
     for (std::string p; parole >> p;) {
       n.push_back(kValoreMancante);
       const char *inizio = p.data(), *fine = inizio + p.size();
-      if (p != "-" && std::from_chars(inizio, fine, n.back()).ptr != fine) throw std::invalid_argument(p);
+      if (p == "-") continue;
+      if (std::from_chars(inizio, fine, n.back()).ptr != fine) throw std::invalid_argument(p);
     }
     const auto intero = [&n](int k) { return static_cast<int>(n.at(k)); };
     const auto byte = [&n](int k) { return static_cast<unsigned char>(n.at(k)); };
     if (tipo == "OPZ") rete.Opzioni = {n.at(0), n[1], n[2], intero(3), intero(4), byte(5)};
     if (tipo == "DSOR") rete.DsOr = {byte(0), n.at(1), n.at(2)};
     if (tipo == "PT") rete.Nomi.push_back(nome);
-    if (tipo == "PT") rete.Punti.push_back({{}, n.at(0), n[1], n[2], 0, intero(3), intero(4), 0, 0, 0});
+    const int ruolo = tipo == "PT" ? intero(4) : 0;
+    if (tipo == "PT") rete.Punti.push_back({{}, n[0], n[1], n[2], 0, intero(3), ruolo, 0, 0, 0});
     if (tipo == "ST") rete.Osservazioni.emplace_back();
     if (tipo == "ST") rete.Stazioni.push_back({{}, intero(0), n[1], intero(2), n[3], n.at(4), {}});
-    if (tipo == "OS") rete.Osservazioni.back().push_back({{}, intero(0), n[1], n[2], n[3], n[4], intero(5)});
+    if (tipo != "OS") continue;
+    rete.Osservazioni.back().push_back({{}, intero(0), n[1], n[2], n[3], n[4], intero(5)});
   }
   rete.Collega();
   return rete;
@@ -93,32 +96,34 @@ ReteProva ReteCasuale(unsigned seme) {
       const double azimut = std::atan2(q.Est - p.Est, q.Nord - p.Nord) / kRadPerGon;
       const double alzo = std::atan2(q.Quota - p.Quota, distanza);
       const int tipo = caso.Scelta({0, 1, 1, 3, 6, 7, 10, 20, 30, -5});
-      const double misura = tipo == 1 || tipo == 6 || tipo == 7 ? distanza / std::cos(alzo) : distanza;
+      const bool inclinata = tipo == 1 || tipo == 6 || tipo == 7;
+      const double misura = inclinata ? distanza / std::cos(alzo) : distanza;
       const auto letto = [&](double v, double errore, bool mai = false) {
         return caso.Intero(8) == 0 || mai ? kValoreMancante : v + caso.Reale(-errore, errore);
       };
       rete.Osservazioni.back().push_back(
           {{}, t, letto(std::fmod(azimut - zero + 800, 400), 1e-3, seme % 5 == 3),
-           letto(100 - alzo / kRadPerGon, 1e-3), letto(1.7, 0.5), letto(misura, 5e-3, seme % 5 == 4), tipo});
+           letto(100 - alzo / kRadPerGon, 1e-3), letto(1.7, 0.5),
+           letto(misura, 5e-3, seme % 5 == 4), tipo});
     }
+    std::vector<TOssCr>& giro = rete.Osservazioni.back();
+    if (!giro.empty()) giro.push_back(TOssCr(giro[0]));  // back to the first target
   }
   for (TCoorCr& p : rete.Punti) {
     if (p.TipoPla == kIncognito) p.Est += caso.Reale(-0.1, 0.1), p.Nord += caso.Reale(-0.1, 0.1);
-    if (p.TipoAlt == kIncognito && caso.Intero(9) == 0) p.Quota = kValoreMancante, p.TipoAlt = kNonUsato;
+    if (p.TipoAlt == kFisso || caso.Intero(9) != 0) continue;
+    p.Quota = kValoreMancante, p.TipoAlt = kNonUsato;
   }
   rete.Collega();
   return rete;
-}
-
-void RapportoProva::ScriviStringa(TTestoCr testo, int larghezza) {
-  Testo += testo;
-  ScriviSpazi(larghezza - static_cast<int>(testo.size()));
 }
 
 void RapportoProva::ScriviNumero(double valore, int larghezza, int decimali) {
   char cifre[512] = "-";
   const auto formato = std::chars_format::fixed;
   if (!(valore > kNonDato)) *std::to_chars(cifre, cifre + 511, valore, formato, decimali).ptr = 0;
-  ScriviSpazi(larghezza - static_cast<int>(std::string_view(cifre).size()));
-  Testo += cifre;
+  std::string_view numero = cifre;  // what rounds to zero has no sign, a negative zero keeps it
+  if (valore < 0 && numero.find_first_of("123456789") == numero.npos) numero.remove_prefix(1);
+  ScriviSpazi(larghezza - static_cast<int>(numero.size()));
+  Testo += numero;
 }

@@ -207,7 +207,7 @@ TEST(Risultati, RapportoInvariato) {
 TEST(Rapporto, Numeri) {
   constexpr double kInfinito = std::numeric_limits<double>::infinity();
   const std::tuple<double, int, int, const char*> casi[] = {
-      {1.5, 8, 3, "   1.500"},  {-0.0, 6, 1, "  -0.0"},      {-0.00001, 0, 4, "-0.0000"},
+      {1.5, 8, 3, "   1.500"},  {-0.0, 6, 1, "  -0.0"},      {-0.00001, 0, 4, "0.0000"},
       {2.5, 3, 0, "  2"},       {12345.6, 5, 1, "12345.6"},  {9e199, 4, 2, "   -"},
       {kInfinito, 3, 4, "  -"}, {-kInfinito, 5, 0, " -inf"}, {-kAssente, 5, 2, "  nan"}};
   for (const auto& [valore, larghezza, decimali, atteso] : casi) {
