@@ -1,6 +1,7 @@
-// The altimetric adjustment: heights from zenith angles in one linear solution. The unknowns are the
-// heights of the unknown points, then the instrument heights that are not known, in station order. A
-// sight of length D [km] has the weight kPesoUnitario / D^2: the error of a zenith angle grows with it.
+// The altimetric adjustment: heights from zenith angles in one linear solution. The unknowns are
+// the heights of the unknown points, then the instrument heights that are not known, in station
+// order. A sight of length D [km] has the weight kPesoUnitario / D^2: the error of a zenith angle
+// grows with it.
 
 #include <cmath>
 #include <vector>
@@ -48,9 +49,9 @@ bool CalcCmpRigVelid1::CalcCompZe() {
   return true;
 }
 
-// Builds one equation for every usable zenith observation and returns their number; `strumenti` gets
-// the number of stations in use whose instrument height is unknown, counted even when none of their
-// observations is usable.
+// Builds one equation for every usable zenith observation and returns their number; `strumenti`
+// gets the number of stations in use whose instrument height is unknown, counted even when none of
+// their observations is usable.
 int CalcCmpRigVelid1::CreaEquazZe(int& strumenti) {
   int riga = 0;
   strumenti = 0;

@@ -11,8 +11,7 @@
 #include "kzt5cmrg.h"
 
 namespace {
-constexpr double kGonPerRad = 63.66197723675813;
-constexpr double kMetriPerKm = 1000.0;
+constexpr double kGonPerRad = 200.0 / kPi;
 enum SlotZenit : int { kSlotStazione = 0, kSlotStrumento = 1, kSlotCollimato = 2 };
 }  // namespace
 

@@ -1,6 +1,6 @@
 // The chapter of the zenith observations: for every station in use its instrument height, given or
-// adjusted, and a line for each observation that has an equation. Rows and unknown instrument heights
-// are counted as the equations were built.
+// adjusted, and a line for each observation that has an equation. Rows and unknown instrument
+// heights are counted as the equations were built.
 
 #include <cmath>
 

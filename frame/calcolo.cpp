@@ -34,9 +34,9 @@ CalcCmpRigVelid1::CalcCmpRigVelid1(const TOpzCr* opzioni, const TVettCr<TCoorCr>
   ContaVariabili();
 
   const auto strumenti = std::ranges::count(*Stazioni, kAltezzaIncognita, &TStaCr::AltStrumNota);
-  DimNormale = Conteggio(std::max(2 * static_cast<std::size_t>(nIncPla),
-                                  static_cast<std::size_t>(nIncAlt) +
-                                      static_cast<std::size_t>(strumenti)));
+  DimNormale =
+      Conteggio(std::max(2 * static_cast<std::size_t>(nIncPla),
+                         static_cast<std::size_t>(nIncAlt) + static_cast<std::size_t>(strumenti)));
 
   TermineNoto = Vettore<double>(MaxEquaz);
   Soluzione = Vettore<double>(DimNormale);

@@ -7,7 +7,7 @@
 #include "resources/tabella_testi.h"
 
 namespace {
-constexpr int kBuffer = 1024;           // characters
+constexpr int kBuffer = 1024;  // characters
 constexpr int kLimite = kBuffer - 1;
 }  // namespace
 

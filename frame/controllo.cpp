@@ -2,8 +2,8 @@
 // can be determined.
 //
 // A fixed point that no observation ties to a point in use is taken out. Points are judged in one
-// pass in index order, with the roles as they stand at that moment: who observes a point counts with
-// the role that the earlier part of the pass has left.
+// pass in index order, with the roles as they stand at that moment: who observes a point counts
+// with the role that the earlier part of the pass has left.
 
 #include <limits>
 #include <new>
@@ -128,12 +128,18 @@ bool CalcCmpRigVelid1::Controllo() {
       if (!Esiste(o.Punto)) continue;
       Conteggi& nT = conteggi[static_cast<std::size_t>(o.Punto)];
       if (std::exchange(prima, false)) ++nP.Direzioni;
-      if (StazionePla(s) && LetturaPla(o)) ++nT.Direzioni, ++nP.Direzioni;
+      if (StazionePla(s) && LetturaPla(o)) {
+        ++nT.Direzioni;
+        ++nP.Direzioni;
+      }
       if (StazioneAlt(s) && Dato(o.Zenit) && Dato(o.AltSegnale) &&
-          Punto(o.Punto).TipoAlt != kNonUsato)
-        ++nT.Quote, ++nP.Quote;
+          Punto(o.Punto).TipoAlt != kNonUsato) {
+        ++nT.Quote;
+        ++nP.Quote;
+      }
       if (StazionePla(s) && DistanzaPla(o)) {
-        ++nT.Distanze, ++nP.Distanze;
+        ++nT.Distanze;
+        ++nP.Distanze;
         DistanzePresenti = kConDistanze;
       }
     }

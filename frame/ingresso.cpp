@@ -1,5 +1,5 @@
-// First stage of a run: constants, table of the approximate coordinates as the host gave them, plane
-// coordinates to kilometres, and the projection zone, which the easting of one point tells.
+// First stage of a run: constants, table of the approximate coordinates as the host gave them,
+// plane coordinates to kilometres, and the projection zone, which the easting of one point tells.
 
 #include <cmath>
 
@@ -12,7 +12,7 @@ namespace {
 constexpr double kEstMinimo = 80.0;  // a smaller easting says nothing of the zone [km]
 
 // Zones by their false easting, and how far from it a point may lie [km].
-constexpr double kFalsiEst[] = {1500.0, 2520.0, 500.0};
+constexpr double kFalsiEst[] = {kFalsoEstOvest, kFalsoEstEst, kFalsoEstUtm};
 constexpr double kSemiampiezzaZona = 350.0;
 
 }  // namespace

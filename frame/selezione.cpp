@@ -33,8 +33,22 @@ bool CalcCmpRigVelid1::DistanzaPla(const TOssCr& osservazione) const {
          Punto(osservazione.Punto).TipoPla != kNonUsato;
 }
 
-// A height needs zenith angle, target height and distance, and plane coordinates of both ends for its
-// weight: `distanzaQuadra` is their squared distance [km^2].
+// A distance that an eccentric instrument measured, with the direction that brings it to the
+// centre.
+bool CalcCmpRigVelid1::FuoriCentro(const TOssCr& osservazione) {
+  const int tipo = osservazione.TipoDist;
+  return (tipo == kFuoriCentro10 || tipo == kFuoriCentro20 || tipo == kFuoriCentro30) &&
+         !Mancante(osservazione.Direzione);
+}
+
+// Such a distance with a direction that tells nothing: it and the later ones of its station are
+// lost.
+bool CalcCmpRigVelid1::NonRiducibile(const TOssCr& osservazione) {
+  return FuoriCentro(osservazione) && !(osservazione.Direzione > 0.0);
+}
+
+// A height needs zenith angle, target height and distance, and plane coordinates of both ends for
+// its weight: `distanzaQuadra` is their squared distance [km^2].
 bool CalcCmpRigVelid1::ZenitAlt(const TStaCr& stazione, const TOssCr& osservazione,
                                 double& distanzaQuadra) const {
   if (!Esiste(osservazione.Punto) || !Dato(osservazione.Distanza) || !Dato(osservazione.Zenit) ||
@@ -42,7 +56,7 @@ bool CalcCmpRigVelid1::ZenitAlt(const TStaCr& stazione, const TOssCr& osservazio
     return false;
   const TCoorCr& p = Punto(stazione.Punto);
   const TCoorCr& t = Punto(osservazione.Punto);
-  if (!Dato(p.Est) || !Dato(p.Nord) || !Dato(t.Est) || !Dato(t.Nord)) return false;
+  if (Mancante(p.Est) || Mancante(p.Nord) || Mancante(t.Est) || Mancante(t.Nord)) return false;
   const double dE = p.Est - t.Est;
   const double dN = p.Nord - t.Nord;
   distanzaQuadra = dE * dE + dN * dN;

@@ -161,13 +161,13 @@ void CostruttoreRete::SqmMancante(const Posizione& dove, std::string_view campo,
 // A weight is the reciprocal of a variance: what is weighted needs a standard deviation above 0.
 void CostruttoreRete::ControllaSqm() {
   if ((InCorso.Opzioni.TipoCalcolo & kCalcoloPlanimetria) == 0) return;
-  const Dato<double>& dir = Lette.SqmDirezione;
+  const Letto<double>& dir = Lette.SqmDirezione;
   if (UsaDirezioni && (!dir.Presente || dir.Valore == 0.0)) {
     SqmMancante(dir.Presente ? dir.Dove : Lette.Dove, kSqmDirezione.Nome, "delle direzioni",
                 kSqmDirezione.Unita, dir.Presente);
   }
-  const Dato<double>& dist = Lette.SqmDistCostante;
-  const Dato<double>& prop = Lette.SqmDistProporzionale;
+  const Letto<double>& dist = Lette.SqmDistCostante;
+  const Letto<double>& prop = Lette.SqmDistProporzionale;
   const bool nullo = dist.Valore == 0.0 && !(prop.Presente && prop.Valore != 0.0);
   if (UsaDistanze && (!dist.Presente || nullo)) {
     SqmMancante(dist.Presente ? dist.Dove : Lette.Dove, kSqmDistCostante.Nome, "delle distanze",

@@ -14,7 +14,7 @@
 
 // A value of the file and its place. Present without a value: it was wrong, and the message is out.
 template <class T>
-struct Dato {
+struct Letto {
   std::optional<T> Valore;
   bool Presente = false;
   Posizione Dove;
@@ -35,20 +35,20 @@ struct StazioneLetta {
   std::string Nome;  // of the station point, as written
   int Punto = -1;    // its index, -1 = unknown
   Posizione Dove;
-  Dato<double> Altezza;
-  Dato<bool> AltezzaNota;
-  Dato<double> EccDistanza;
-  Dato<double> EccDirezione;
+  Letto<double> Altezza;
+  Letto<bool> AltezzaNota;
+  Letto<double> EccDistanza;
+  Letto<double> EccDirezione;
 };
 
 struct OpzioniLette {
   Posizione Dove;  // of the table, or of the first line if there is none
-  Dato<int> Calcolo;
-  Dato<double> SqmDirezione;
-  Dato<double> SqmDistCostante;
-  Dato<double> SqmDistProporzionale;
-  Dato<int> Iterazioni;
-  Dato<bool> Cartografiche;
+  Letto<int> Calcolo;
+  Letto<double> SqmDirezione;
+  Letto<double> SqmDistCostante;
+  Letto<double> SqmDistProporzionale;
+  Letto<int> Iterazioni;
+  Letto<bool> Cartografiche;
 };
 
 class CostruttoreRete {

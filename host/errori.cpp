@@ -25,6 +25,7 @@ constexpr std::pair<int, std::string_view> kMotivi[] = {
     {EMFILE, "troppi file aperti"},
     {ENXIO, "nessuno legge dall'altra parte"},
     {ETXTBSY, "file in uso come programma"},
+    {EBUSY, "file occupato dal sistema"},
 };
 
 }  // namespace

@@ -4,7 +4,6 @@
 
 #include "host/esecuzione.h"
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>

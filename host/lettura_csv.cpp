@@ -146,14 +146,14 @@ class Postazioni {
     return IndiceDaChiave[Chiave] = Rete.AggiungiStazione(std::move(nuova));
   }
 
-  void FondiNumero(Dato<double>& dato, std::size_t colonna, const RegolaNumero& regola) {
+  void FondiNumero(Letto<double>& dato, std::size_t colonna, const RegolaNumero& regola) {
     if (Riga.Vuoto(colonna)) return;
     const double valore = Riga.Numero(colonna, regola);
     Fondi(dato, Assegnato(valore) ? std::optional(valore) : std::nullopt, colonna);
   }
 
   template <class T>
-  void Fondi(Dato<T>& dato, std::optional<T> valore, std::size_t colonna) {
+  void Fondi(Letto<T>& dato, std::optional<T> valore, std::size_t colonna) {
     if (dato.Presente && dato.Valore == valore) return;
     const Posizione dove = Lettore.Dove(colonna);
     if (dato.Valore && valore) {

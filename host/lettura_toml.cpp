@@ -109,7 +109,7 @@ void LeggiCurvatura(const Tabella& file, const Lettura& l) {
 }
 
 void LeggiPunto(Tabella punto, const Lettura& l) {
-  const Dato<std::string> nome = punto.Nome("nome");
+  const Letto<std::string> nome = punto.Nome("nome");
   if (nome.Valore) punto.Chiama(NomePunto(*nome.Valore));
   punto.RifiutaAltreChiavi(kChiaviPunto);
   PuntoLetto letto{.Dove = punto.Dove(),
@@ -127,7 +127,7 @@ void LeggiPunto(Tabella punto, const Lettura& l) {
 
 void LeggiOsservazione(Tabella osservazione, const std::string& stazione, int indice,
                        const Lettura& l) {
-  const Dato<std::string> punto = osservazione.Nome("punto");
+  const Letto<std::string> punto = osservazione.Nome("punto");
   if (punto.Valore) osservazione.Chiama(NomeOsservazione(stazione, *punto.Valore));
   osservazione.RifiutaAltreChiavi(kChiaviOsservazione);
   TOssCr record{};
@@ -144,7 +144,7 @@ void LeggiOsservazione(Tabella osservazione, const std::string& stazione, int in
 }
 
 void LeggiStazione(Tabella stazione, const Lettura& l) {
-  const Dato<std::string> nome = stazione.Nome("punto");
+  const Letto<std::string> nome = stazione.Nome("punto");
   if (nome.Valore) stazione.Chiama(NomeStazione(*nome.Valore));
   stazione.RifiutaAltreChiavi(kChiaviStazione);
   StazioneLetta letta;

@@ -16,7 +16,6 @@
 namespace {
 
 constexpr double kGonPerRad = 1.0 / kRadPerGon;
-constexpr double kMetriPerKm = 1.0 / kKmPerMetro;
 constexpr double kGiroGon = 400.0;
 
 // Below this the residual of an equation and its cofactor are differences of rounded numbers, and w
@@ -29,13 +28,6 @@ constexpr double kCoincidenti = 1e-7;
 double InGiro(double gon) {
   const double angolo = std::fmod(gon, kGiroGon);
   return angolo < 0.0 ? angolo + kGiroGon : angolo;
-}
-
-// Where the builder leaves a station: the circle tells nothing of the instrument's place.
-bool NonRiducibile(const TOssCr& o) {
-  const bool fuoriCentro =
-      o.TipoDist == kFuoriCentro10 || o.TipoDist == kFuoriCentro20 || o.TipoDist == kFuoriCentro30;
-  return fuoriCentro && !Mancante(o.Direzione) && !(o.Direzione > 0.0);
 }
 
 }  // namespace
@@ -182,7 +174,7 @@ void OsservatoreCalcolo::PrendiDistanze(int& riga) {
     for (std::size_t k = 0; k < s.Osservazioni.size(); ++k) {
       const TOssCr& o = s.Osservazioni[k];
       if (!Calcolo->DistanzaPla(o)) continue;
-      if (NonRiducibile(o)) break;
+      if (CalcCmpRigVelid1::NonRiducibile(o)) break;
       const auto r = static_cast<std::size_t>(riga);
       const double calcolata = Misura(s.Punto, o.Punto).Distanza;
       Equazione equazione{.Tipo = TipoEquazione::Distanza,

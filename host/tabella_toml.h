@@ -98,8 +98,8 @@ class Tabella {
                                    .Suggerimento = std::move(suggerimento)});
   }
 
-  Dato<double> Numero(const RegolaNumero& regola) const {
-    Dato<double> dato = Trova<double>(regola.Nome);
+  Letto<double> Numero(const RegolaNumero& regola) const {
+    Letto<double> dato = Trova<double>(regola.Nome);
     if (!dato.Presente) return dato;
     const toml::node& nodo = *Nodo(regola.Nome);
     const std::optional<double> valore = nodo.is_number() ? nodo.value<double>() : std::nullopt;
@@ -122,8 +122,8 @@ class Tabella {
     return Numero(regola).Valore.value_or(kValoreMancante);
   }
 
-  Dato<int> Intero(std::string_view chiave, int minimo, int massimo, std::string voluto) const {
-    Dato<int> dato = Trova<int>(chiave);
+  Letto<int> Intero(std::string_view chiave, int minimo, int massimo, std::string voluto) const {
+    Letto<int> dato = Trova<int>(chiave);
     if (!dato.Presente) return dato;
     const auto* intero = Nodo(chiave)->as_integer();
     if (intero != nullptr && intero->get() >= minimo && intero->get() <= massimo) {
@@ -134,8 +134,8 @@ class Tabella {
     return dato;
   }
 
-  Dato<bool> Vero(std::string_view chiave) const {
-    Dato<bool> dato = Trova<bool>(chiave);
+  Letto<bool> Vero(std::string_view chiave) const {
+    Letto<bool> dato = Trova<bool>(chiave);
     if (!dato.Presente) return dato;
     if (const auto* vero = Nodo(chiave)->as_boolean()) {
       dato.Valore = vero->get();
@@ -145,9 +145,9 @@ class Tabella {
     return dato;
   }
 
-  Dato<int> Parola(std::string_view chiave, std::span<const ParolaNota> parole,
+  Letto<int> Parola(std::string_view chiave, std::span<const ParolaNota> parole,
                    const std::string& voluto) const {
-    Dato<int> dato = Trova<int>(chiave);
+    Letto<int> dato = Trova<int>(chiave);
     if (!dato.Presente) return dato;
     if (const auto* testo = Nodo(chiave)->as_string()) {
       dato.Valore = CercaParola(parole, testo->get());
@@ -174,8 +174,8 @@ class Tabella {
   }
 
   // A text, or an integer taken as text.
-  Dato<std::string> Nome(std::string_view chiave) const {
-    Dato<std::string> dato = Trova<std::string>(chiave);
+  Letto<std::string> Nome(std::string_view chiave) const {
+    Letto<std::string> dato = Trova<std::string>(chiave);
     if (!dato.Presente) {
       Manca(chiave, "il nome di un punto");
     } else if (const auto* testo = Nodo(chiave)->as_string()) {
@@ -190,8 +190,8 @@ class Tabella {
 
  private:
   template <class T>
-  Dato<T> Trova(std::string_view chiave) const {
-    Dato<T> dato;
+  Letto<T> Trova(std::string_view chiave) const {
+    Letto<T> dato;
     if (const toml::node* nodo = Nodo(chiave)) {
       dato.Presente = true;
       dato.Dove = L.Dove(*nodo);

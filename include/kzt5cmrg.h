@@ -24,7 +24,7 @@ class KZT5CMRG_API CalcCmpRigVelid1 {
  public:
   // Classifies the points, numbers the unknowns and allocates every buffer of the job; writes
   // nothing to the report. The five objects stay the host's and must outlive the job, unchanged by
-  // the host. Throws std::bad_alloc when memory cannot be had.
+  // the host. Throws std::bad_alloc when memory cannot be had; roles may then be changed already.
   CalcCmpRigVelid1(const TOpzCr* opzioni, const TVettCr<TCoorCr>* punti,
                    const TVettCr<TStaCr>* stazioni, const CCalcDsOr* dsOr, CFileOutTmp* out);
   ~CalcCmpRigVelid1();
@@ -33,7 +33,9 @@ class KZT5CMRG_API CalcCmpRigVelid1 {
 
   // Runs the whole job once. False only when some unknown point cannot be determined: the report
   // then ends with one message for each, and the coordinates are left in kilometres. An adjustment
-  // that fails or does not converge says so in the report and leaves the result true.
+  // that fails or does not converge says so in the report and leaves the result true. Throws
+  // std::bad_alloc when memory cannot be had, and what the report writer throws: the coordinates
+  // may then be in kilometres.
   bool Esegui();
 
  private:
@@ -48,27 +50,27 @@ class KZT5CMRG_API CalcCmpRigVelid1 {
   CFileOutTmp* Out;
 
   // --- state and constants of the run
-  int DistanzePresenti = 0;       // kSenzaDistanze or kConDistanze
-  int StatoCalcolo = 0;           // kSolutoreRiuscito or kSolutoreFallito
-  double SigmaZeroPriori = 0.0;   // a-priori standard deviation of unit weight
-  double FattoreKm = 0.0;         // metres to kilometres
-  double FattoreRad = 0.0;        // gon to radians
-  double RaggioMedio = 0.0;       // mean radius of curvature of the last point projected [km]; 0 = none yet
-  double FalsoEst = 0.0;          // false easting of the recognised zone [km]; 0 = none
+  int DistanzePresenti = 0;      // kSenzaDistanze or kConDistanze
+  int StatoCalcolo = 0;          // kSolutoreRiuscito or kSolutoreFallito
+  double SigmaZeroPriori = 0.0;  // a-priori standard deviation of unit weight
+  double FattoreKm = 0.0;        // metres to kilometres
+  double FattoreRad = 0.0;       // gon to radians
+  double RaggioMedio = 0.0;  // mean radius of curvature, last point projected [km]; 0 = none yet
+  double FalsoEst = 0.0;     // false easting of the recognised zone [km]; 0 = none
 
   // --- equations, a row each: sum of Coeff x unknown = TermineNoto - residual
   std::unique_ptr<double[]> TermineNoto;  // [MaxEquaz] observed minus computed
   std::unique_ptr<double[]> Soluzione;    // [DimNormale] corrections [km], or heights [m]
   std::unique_ptr<double[]> Residui;      // [MaxEquaz] known term minus adjusted value
-  Righe<double> Normale;                  // [DimNormale x DimNormale] N, then its factor, then its inverse
-  double SigmaZero = 0.0;                 // a-posteriori standard deviation of unit weight
-  std::unique_ptr<double[]> Peso;         // [MaxEquaz] SigmaZeroPriori^2 / variance
+  Righe<double> Normale;                  // [DimNormale x DimNormale] N, its factor, its inverse
+  double SigmaZero = 0.0;                 // a-posteriori standard deviation, unit weight
+  std::unique_ptr<double[]> Peso;         // [MaxEquaz] weight of each equation
   Righe<double> Coeff;                    // [MaxEquaz x 6]
-  Righe<int> Indici;                      // [MaxEquaz x 6] number of the unknown; negative = empty slot
+  Righe<int> Indici;                      // [MaxEquaz x 6] its unknowns; negative = empty
 
   // --- numbering of the unknowns
-  std::unique_ptr<int[]> IncPla;         // point -> unknown point k (East 2k, North 2k + 1); -1 = none
-  std::unique_ptr<int[]> IncAlt;         // point -> unknown height; -1 = none
+  std::unique_ptr<int[]> IncPla;  // point -> unknown point k (unknowns 2k, 2k + 1); -1 = none
+  std::unique_ptr<int[]> IncAlt;  // point -> unknown height; -1 = none
   std::unique_ptr<int[]> PuntoDaIncPla;  // unknown point k -> point
   std::unique_ptr<int[]> PuntoDaIncAlt;  // unknown height -> point
   int nPunti = 0;
@@ -103,6 +105,8 @@ class KZT5CMRG_API CalcCmpRigVelid1 {
   bool LetturaPla(const TOssCr& osservazione) const;
   bool LetturaElencata(const TOssCr& osservazione) const;
   bool DistanzaPla(const TOssCr& osservazione) const;
+  static bool FuoriCentro(const TOssCr& osservazione);
+  static bool NonRiducibile(const TOssCr& osservazione);
   bool ZenitAlt(const TStaCr& stazione, const TOssCr& osservazione, double& distanzaQuadra) const;
 
   // lsq/equazioni.cpp
@@ -209,7 +213,8 @@ class KZT5CMRG_API CalcCmpRigVelid1 {
   // reports/risultati_planimetria.cpp
   void RisultatiPla(const double* w);
   void ScriviStazionePla(const TStaCr& stazione, double orientamento);
-  void ScriviDirezioni(const TStaCr& stazione, double orientamento, const double* w, int& equazione);
+  void ScriviDirezioni(const TStaCr& stazione, double orientamento, const double* w,
+                       int& equazione);
   void ScriviDirezione(const TStaCr& stazione, const TOssCr& osservazione, double orientamento,
                        bool riferimento, double w);
 

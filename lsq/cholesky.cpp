@@ -1,7 +1,9 @@
-// Cholesky factorisation N = U^t U and solution by its two triangles, in place in the upper triangle.
+// Cholesky factorisation N = U^t U and solution by its two triangles, in place in the upper
+// triangle.
 //   u_ii = sqrt(n_ii - sum_k<i u_ki^2)      u_ij = (n_ij - sum_k<i u_ki u_kj) / u_ii
-// Rows are worked from left to right, so that every inner loop runs along a row in memory while each
-// element still takes its terms in the order of k. (Golub and Van Loan, Matrix Computations, 4.2.)
+// Rows are worked from left to right, so that every inner loop runs along a row in memory while
+// each element still takes its terms in the order of k. (Golub and Van Loan, Matrix Computations,
+// 4.2.)
 
 #include <cmath>
 

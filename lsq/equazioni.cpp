@@ -1,5 +1,5 @@
-// One least-squares solution from sparse equation rows. With A the coefficients, P the diagonal of the
-// weights and t the known terms:
+// One least-squares solution from sparse equation rows. With A the coefficients, P the diagonal of
+// the weights and t the known terms:
 //   N x = A^t P t,  N = A^t P A        normal equations, full symmetric matrix
 //   r = t - A x                        residuals
 //   s0 = sqrt(r^t P r / (n - u))       standard deviation of unit weight, 0 without redundancy
@@ -22,8 +22,8 @@ void CalcCmpRigVelid1::AzzeraEquazioni() {
   std::fill_n(TermineNoto.get(), MaxEquaz, 0.0);
 }
 
-// Leaves the factor of N in Normale, and in Soluzione, Residui and SigmaZero the result. When N is not
-// positive definite StatoCalcolo says so and the previous result stays.
+// Leaves the factor of N in Normale, and in Soluzione, Residui and SigmaZero the result. When N is
+// not positive definite StatoCalcolo says so and the previous result stays.
 void CalcCmpRigVelid1::MinQua2(int equazioni, int incognite) {
   std::vector<double> b(static_cast<std::size_t>(incognite));
   FormaNormale(equazioni, incognite, b.data());

@@ -1,8 +1,9 @@
 // Inverse Q = N^-1 from the factor N = U^t U, in place of U, rows from the last to the first:
 //   q_ij = -(1 / u_ii) sum_k>i u_ik q_kj      for j > i
 //   q_ii =  (1 / u_ii) (1 / u_ii - sum_k>i u_ik q_ik)
-// Only the upper triangle of Q is held: a stored q_kj serves both the sum of column j and, by symmetry,
-// the sum of column k. (Mikhail and Ackermann, Observations and Least Squares, 1976, appendix.)
+// Only the upper triangle of Q is held: a stored q_kj serves both the sum of column j and, by
+// symmetry, the sum of column k. (Mikhail and Ackermann, Observations and Least Squares, 1976,
+// appendix.)
 
 #include <algorithm>
 #include <vector>

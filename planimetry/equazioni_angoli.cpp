@@ -1,7 +1,8 @@
-// Observation equations of the angles. The first usable reading of a station is its reference; every
-// later one gives the angle from the reference target R to its target T at the station point P:
+// Observation equations of the angles. The first usable reading of a station is its reference;
+// every later one gives the angle from the reference target R to its target T at the station point
+// P:
 //   v = dA_T - dA_R - l       l = observed - computed angle, brought to half a turn          [rad]
-//   dA_X = (N_X - N_P) / q_X (dE_X - dE_P) - (E_X - E_P) / q_X (dN_X - dN_P)   q_X = s_X^2   [rad/km]
+//   dA_X = (N_X - N_P) / q_X (dE_X - dE_P) - (E_X - E_P) / q_X (dN_X - dN_P)  q_X = s_X^2  [rad/km]
 // with azimuths counted from North towards East. The orientation of the circle cancels out, so the
 // only unknowns are coordinates. (Ghilani, Adjustment Computations, ch. 15; Bomford, Geodesy.)
 
@@ -15,7 +16,6 @@ namespace {
 
 constexpr double kQuadratoSospetto = 1e-7;  // sights below about 0.32 m are named [km^2]
 constexpr double kAnomalia = 1.0;           // misclosures above this are named [gon]
-constexpr double kMetriPerKm = 1000.0;
 
 // One sight, computed once, shared by the coefficients and the known term.
 struct Visuale {
@@ -24,8 +24,8 @@ struct Visuale {
   double distanza;  // [km]
   double q;         // squared length [km^2]
 
-  // Partial derivatives of the azimuth on the target's East and North; on the station's they have the
-  // opposite sign. A sight of no length has none [rad/km].
+  // Partial derivatives of the azimuth on the target's East and North; on the station's they have
+  // the opposite sign. A sight of no length has none [rad/km].
   double SuEst() const { return q == 0.0 ? 0.0 : dN / q; }
   double SuNord() const { return q == 0.0 ? 0.0 : -dE / q; }
 };
@@ -54,11 +54,11 @@ void CalcCmpRigVelid1::CreaEquazAng(int& equazione) {
 
     const int riferimento = s.Osservazioni[r].Punto;
     double direzioneRif = s.Osservazioni[r].Direzione;
-    RiduciDirezione(s, riferimento, kSogliaEccEquazioni, direzioneRif);
+    RiduciDirezione(s, riferimento, kSogliaEccAngoli, direzioneRif);
     for (const TOssCr& o : s.Osservazioni.subspan(r + 1)) {
       if (!LetturaPla(o)) continue;
       double direzione = o.Direzione;
-      RiduciDirezione(s, o.Punto, kSogliaEccEquazioni, direzione);
+      RiduciDirezione(s, o.Punto, kSogliaEccAngoli, direzione);
       if (DistanzePresenti == kConDistanze) Peso[static_cast<std::size_t>(equazione)] = peso;
       Eoss(equazione, s.Punto, riferimento, direzioneRif, o.Punto, direzione);
       ++equazione;
@@ -66,7 +66,7 @@ void CalcCmpRigVelid1::CreaEquazAng(int& equazione) {
   }
 }
 
-// Azimuth observations have no rows of their own: an azimuth is an angle from a fixed point.
+// Adds nothing: a direction enters only through its angles.
 void CalcCmpRigVelid1::CreaEquazDir(int& /*equazione*/) {}
 
 // Brings a reading [gon] to the projection plane and to the station centre; an eccentricity up to
@@ -104,8 +104,8 @@ int CalcCmpRigVelid1::Eoss(int riga, int stazione, int riferimento, double direz
 
   const auto incognita = [this](int x) { return 2 * IncPla[static_cast<std::size_t>(x)]; };
   if (p.TipoPla == kIncognito)
-    Scrivi(Coeff[riga], Indici[riga], kSlotStazione, incognita(stazione),
-           -vT.SuEst() + vR.SuEst(), -vT.SuNord() + vR.SuNord());
+    Scrivi(Coeff[riga], Indici[riga], kSlotStazione, incognita(stazione), -vT.SuEst() + vR.SuEst(),
+           -vT.SuNord() + vR.SuNord());
   if (t.TipoPla == kIncognito)
     Scrivi(Coeff[riga], Indici[riga], kSlotCollimato, incognita(collimato), vT.SuEst(),
            vT.SuNord());

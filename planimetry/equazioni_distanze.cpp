@@ -1,5 +1,6 @@
 // Observation equations of the distances. A measured distance is brought to the horizontal, to the
-// station centre, to the ellipsoid and to the projection plane; its row on the end points P and T is
+// station centre, to the ellipsoid and to the projection plane; its row on the end points P and T
+// is
 //   v = dE/d (dE_T - dE_P) + dN/d (dN_T - dN_P) - l      l = reduced - computed distance   [km]
 // with dE, dN, d of the current coordinates. Its standard deviation is a constant part plus one
 // proportional to the distance. (Ghilani, Adjustment Computations, ch. 14.)
@@ -12,17 +13,12 @@
 
 namespace {
 
-constexpr double kCoincidenti = 1e-7;  // shorter computed distances are replaced by the measured [km]
-constexpr double kSenoNullo = 1e-12;   // a sight along the vertical, to the rounding of sin
+constexpr double kCoincidenti =
+    1e-7;  // shorter computed distances are replaced by the measured [km]
+constexpr double kSenoNullo = 1e-12;  // a sight along the vertical, to the rounding of sin
 
-// Geometry of the instruments of types 6 and 7: additive constants and offset of the prism [m].
-constexpr double kAdditiva6 = 0.06;
-constexpr double kAdditiva7 = 0.11;
+// Offset of the prism of the instruments of types 6 and 7 [m].
 constexpr double kSbraccio = 0.16;
-
-constexpr bool FuoriCentro(int tipo) {
-  return tipo == kFuoriCentro10 || tipo == kFuoriCentro20 || tipo == kFuoriCentro30;
-}
 
 // Slope distance of a type-7 instrument from what it read; the reading itself where the triangle of
 // instrument, prism and target does not close. D and result in metres, z in radians.
@@ -42,13 +38,11 @@ void CalcCmpRigVelid1::CreaEquazDis(int& equazione) {
     for (const TOssCr& o : s.Osservazioni) {
       if (!DistanzaPla(o)) continue;
       double D = DistanzaOrizzontale(o);
-      if (FuoriCentro(o.TipoDist) && !Mancante(o.Direzione)) {
-        if (!(o.Direzione > 0.0)) {
-          AvvisaNonRiducibile(s.Punto, o.Punto, D);
-          break;
-        }
-        D = DistanzaAlCentro(s, o.Direzione, D);
+      if (NonRiducibile(o)) {
+        AvvisaNonRiducibile(s.Punto, o.Punto, D);
+        break;
       }
+      if (FuoriCentro(o)) D = DistanzaAlCentro(s, o.Direzione, D);
       D *= FattoreKm;
       if (Opzioni->Cartografiche != 0 && o.TipoDist != kPiana) {
         D = DistanzaEllissoide(s.Punto, o.Punto, D);
@@ -58,7 +52,8 @@ void CalcCmpRigVelid1::CreaEquazDis(int& equazione) {
         D *= scala;
       }
       const double sigma = (Opzioni->SqmDistCost + Opzioni->SqmDistProp * D) * FattoreKm;
-      Peso[static_cast<std::size_t>(equazione)] = SigmaZeroPriori * SigmaZeroPriori / (sigma * sigma);
+      Peso[static_cast<std::size_t>(equazione)] =
+          SigmaZeroPriori * SigmaZeroPriori / (sigma * sigma);
       Eodis(equazione, s.Punto, o.Punto, D);
       ++equazione;
     }
@@ -102,18 +97,19 @@ double CalcCmpRigVelid1::DistanzaOrizzontale(const TOssCr& osservazione) const {
   return D * std::sin(std::abs(z));
 }
 
-// The distance from the station centre when the instrument stood off it: cosine rule in the triangle
-// of centre, instrument and target, the direction read at the instrument [m].
+// The distance from the station centre when the instrument stood off it: cosine rule in the
+// triangle of centre, instrument and target, the direction read at the instrument [m].
 double CalcCmpRigVelid1::DistanzaAlCentro(const TStaCr& stazione, double direzione,
                                           double distanza) const {
   const double e = Eccentricita(stazione);
   const double angolo = (stazione.EccDirezione - direzione) * FattoreRad;
-  return std::sqrt(distanza * distanza + e * e - 2.0 * e * distanza * std::cos(angolo));
+  const double quadrato = distanza * distanza + e * e - 2.0 * e * distanza * std::cos(angolo);
+  return std::sqrt(quadrato < 0.0 ? 0.0 : quadrato);  // below 0 only by rounding
 }
 
 // A horizontal distance brought from the mean height of its ends to the ellipsoid, in its own unit.
-// The radius is the one that the last projected point has left, or else that of the station point. An
-// end without height takes the other's.
+// The radius is the one that the last projected point has left, or else that of the station point.
+// An end without height takes the other's.
 double CalcCmpRigVelid1::DistanzaEllissoide(int stazione, int collimato, double distanza) {
   if (RaggioMedio == 0.0) {
     double scala = 0.0;

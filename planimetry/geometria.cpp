@@ -1,5 +1,5 @@
-// Plane geometry shared by the equations and the reports: bearing and length of a line, reduction of a
-// direction to the station centre, sexagesimal angles.
+// Plane geometry shared by the equations and the reports: bearing and length of a line, reduction
+// of a direction to the station centre, sexagesimal angles.
 
 #include <algorithm>
 #include <cmath>
@@ -10,10 +10,12 @@
 namespace {
 constexpr double kEstOvest = 1e-7;  // a smaller difference of North makes a line due east or west
 constexpr double kGradiPerGon = 0.9;
+constexpr double kCentesimi = 100.0;   // minutes and seconds are split off as hundredths
+constexpr double kSessantesimi = 0.6;  // hundredths of a part to its sixtieths
 }  // namespace
 
-// Bearing from point 1 to point 2, from North clockwise in [0, 2 pi), and distance in the unit of the
-// coordinates. Coincident points count as due west.
+// Bearing from point 1 to point 2, from North clockwise in [0, 2 pi), and distance in the unit of
+// the coordinates. Coincident points count as due west.
 int CalcCmpRigVelid1::Anomalia(double e1, double n1, double e2, double n2, double& azimut,
                                double& distanza) {
   const double dE = e2 - e1;
@@ -31,9 +33,9 @@ int CalcCmpRigVelid1::Anomalia(double e1, double n1, double e2, double n2, doubl
   return 0;
 }
 
-// Reduces a direction [gon] read by an instrument at distance e [m] from the station centre, in
-// direction phi [gon] on the same circle: the angle at the target is asin(e sin(direction - phi) / D).
-// An eccentricity longer than the sight counts as as long; a target on the centre itself leaves the
+// Reduces a direction [gon] read by an instrument at distance e [m] from the station centre, which
+// it sees in direction phi [gon]: the angle at the target is asin(e sin(direction - phi) / D). An
+// eccentricity longer than the sight counts as as long; a target on the centre itself leaves the
 // direction unchanged. (Bezoari, Monti, Selvini, Topografia generale.)
 int CalcCmpRigVelid1::ExCentro(int stazione, int collimato, double eccDistanza, double eccDirezione,
                                double& direzione) const {
@@ -54,8 +56,8 @@ int CalcCmpRigVelid1::ExCentro(int stazione, int collimato, double eccDistanza, 
 int CalcCmpRigVelid1::Angl2(double gon, double& gradi, double& primi, double& secondi) {
   const double d = gon * kGradiPerGon;
   gradi = std::trunc(d);
-  const double f = (d - gradi) * 0.6;
-  primi = std::trunc(f * 100.0);
-  secondi = (f * 100.0 - primi) * 0.6 * 100.0;
+  const double f = (d - gradi) * kSessantesimi;
+  primi = std::trunc(f * kCentesimi);
+  secondi = (f * kCentesimi - primi) * kSessantesimi * kCentesimi;
   return 0;
 }

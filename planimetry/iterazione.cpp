@@ -1,6 +1,6 @@
-// One Gauss-Newton step in plan: all observation equations on the current coordinates, their solution,
-// and the corrections added to the unknown points. A step has converged when no single correction is
-// larger than kSoglia.
+// One Gauss-Newton step in plan: all observation equations on the current coordinates, their
+// solution, and the corrections added to the unknown points. A step has converged when no single
+// correction is larger than kSoglia.
 
 #include <cmath>
 

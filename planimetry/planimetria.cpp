@@ -1,6 +1,6 @@
-// The planimetric adjustment from its iterations to its reports. With Q the inverse of the last normal
-// matrix and s0 = SigmaZero, s0^2 Q is the covariance matrix of the corrections [km^2]; the unknowns of
-// unknown point k are 2k (East) and 2k + 1 (North).
+// The planimetric adjustment from its iterations to its reports. With Q the inverse of the last
+// normal matrix and s0 = SigmaZero, s0^2 Q is the covariance matrix of the corrections [km^2]; the
+// unknowns of unknown point k are 2k (East) and 2k + 1 (North).
 
 #include <cmath>
 #include <vector>

@@ -1,5 +1,5 @@
-// Gauss-Boaga projection (transverse Mercator) of the International 1924 ellipsoid with scale k0 on the
-// central meridian. Coordinates in km: x = northing, y = easting from the central meridian.
+// Gauss-Boaga projection (transverse Mercator) of the International 1924 ellipsoid with scale k0 on
+// the central meridian. Coordinates in km: x = northing, y = easting from the central meridian.
 //   scale of the line A-B      k0 + (yA^2 + yA yB + yB^2) / (6 k0 M N)
 //   arc-to-chord correction    (xA - xB) (2 yA + yB) / (6 k0^2 M N)                          [rad]
 // with the radii of curvature M (meridian) and N (prime vertical) at the latitude of A. The inverse
@@ -14,16 +14,16 @@
 namespace {
 
 constexpr double kK0 = 0.9996;
-constexpr double kSemiasse = 6378.388;              // International 1924 [km]
-constexpr double kEccentricita2 = 0.006722670022;   // first eccentricity squared
-constexpr double kSemiasseRidotto = 6375.8366448;   // k0 x semi-major axis [km]
+constexpr double kSemiasse = 6378.388;                    // International 1924 [km]
+constexpr double kEccentricita2 = 0.006722670022;         // first eccentricity squared
+constexpr double kSemiasseRidotto = 6375.8366448;         // k0 x semi-major axis [km]
 constexpr double kSchiacciamento = 0.003367003367003367;  // 1 / 297
-constexpr double kKmPerRad = 6363.6512449104;       // northing of a radian of latitude, about
+constexpr double kKmPerRad = 6363.6512449104;             // northing of a radian of latitude, about
 
 }  // namespace
 
-// Both points must have plane coordinates. `correzione` [gon] is subtracted from a direction read at
-// the first point. Leaves in RaggioMedio the mean radius sqrt(M N) at the first point [km].
+// Both points must have plane coordinates. `correzione` [gon] is subtracted from a direction read
+// at the first point. Leaves in RaggioMedio the mean radius sqrt(M N) at the first point [km].
 int CalcCmpRigVelid1::Gauss(int primo, int secondo, double& scala, double& correzione) {
   const double yA = Punto(primo).Est - FalsoEst;
   const double xA = Punto(primo).Nord;

@@ -1,5 +1,5 @@
-// Mean linear deformation modulus of the zone: the mean of the point scale factors of the projection
-// at the points of the network, whatever their roles.
+// Mean linear deformation modulus of the zone: the mean of the point scale factors of the
+// projection at the points of the network, whatever their roles.
 
 #include "frame/costanti.h"
 #include "kzt5cmrg.h"
@@ -10,7 +10,7 @@ int CalcCmpRigVelid1::Modulo() {
   int quanti = 0;
   for (int i = 0; i < nPunti; ++i) {
     const TCoorCr& p = Punto(i);
-    if (!Dato(p.Est) || !Dato(p.Nord) || p.Nord == 0.0) continue;
+    if (!Dato(p.Est) || Mancante(p.Nord) || p.Nord == 0.0) continue;
     double scala = 0.0;
     double correzione = 0.0;
     Gauss(i, i, scala, correzione);

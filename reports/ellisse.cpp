@@ -7,8 +7,8 @@
 #include "frame/costanti.h"
 #include "kzt5cmrg.h"
 
-// Variances in km^2, semi-axes in km. `teta` [gon] lies in 0 to 50 for a covariance not negative and in
-// 150 to 200 for a negative one; it does not tell which of the two variances is the larger.
+// Variances in km^2, semi-axes in km. `teta` [gon] lies in 0 to 50 for a covariance not negative
+// and in 150 to 200 for a negative one; it does not tell which of the two variances is the larger.
 int CalcCmpRigVelid1::SubEllisse(double varEst, double varNord, double covarianza, double& asseMag,
                                  double& asseMin, double& teta) const {
   const double media = (varEst + varNord) * 0.5;

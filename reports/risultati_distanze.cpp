@@ -1,5 +1,5 @@
-// The chapter of the distances: every usable distance against the one between the adjusted points. With
-// map coordinates the columns follow it from the horizontal to the ellipsoid and to the plane.
+// The chapter of the distances: every usable distance against the one between the adjusted points.
+// With map coordinates the columns follow it from the horizontal to the ellipsoid and to the plane.
 
 #include <cmath>
 
@@ -8,11 +8,9 @@
 #include "resources/catalogo.h"
 
 namespace {
-// Constants by which the report shows the instruments of types 6 and 7 [m]; the equations reduce these
-// two with constants of their own.
-constexpr double kAdditiva6 = 0.06;
-constexpr double kAdditiva7 = 0.11;
-constexpr double kSbraccio = 0.11;
+// Offset of the prism by which the report shows the instruments of types 6 and 7 [m]; the equations
+// reduce these two with an offset and formulas of their own.
+constexpr double kSbraccioMostrato = 0.11;
 }  // namespace
 
 void CalcCmpRigVelid1::ScriviDistanze() {
@@ -77,21 +75,16 @@ double CalcCmpRigVelid1::DistanzaMostrata(const TStaCr& stazione,
   double s = osservazione.Distanza;
   switch (osservazione.TipoDist) {
     case kInclinataTipo6:
-      s = (s - kAdditiva6) + kSbraccio * std::cos(std::abs(z));
+      s = (s - kAdditiva6) + kSbraccioMostrato * std::cos(std::abs(z));
       return s * std::sin(std::abs(z));
     case kInclinataTipo7: {
       const double lato = s - kAdditiva7;
-      const double altezza = kSbraccio * std::sin(z);
-      s = std::sqrt(lato * lato + altezza * altezza) + kSbraccio * std::cos(std::abs(z));
+      const double altezza = kSbraccioMostrato * std::sin(z);
+      s = std::sqrt(lato * lato + altezza * altezza) + kSbraccioMostrato * std::cos(std::abs(z));
       return s * std::sin(std::abs(z));
     }
     case kInclinata: return s * std::sin(std::abs(z));
-    case kFuoriCentro10:
-    case kFuoriCentro20:
-    case kFuoriCentro30:
-      return Mancante(osservazione.Direzione)
-                 ? s
-                 : DistanzaAlCentro(stazione, osservazione.Direzione, s);
-    default: return s;
+    default:
+      return FuoriCentro(osservazione) ? DistanzaAlCentro(stazione, osservazione.Direzione, s) : s;
   }
 }

@@ -1,5 +1,5 @@
-// The last chapter: every point with its final coordinates, height and roles, or, with map coordinates,
-// with latitude and longitude. The host's coordinates are given back in metres.
+// The last chapter: every point with its final coordinates, height and roles, or, with map
+// coordinates, with latitude and longitude. The host's coordinates are given back in metres.
 
 #include <cmath>
 
@@ -9,10 +9,9 @@
 
 namespace {
 
-// Central meridians of the two Gauss-Boaga zones, and what brings a longitude counted from them to the
-// meridian of Monte Mario [gon]. The third zone keeps its own meridian.
-constexpr double kFalsoEstOvest = 1500.0;
-constexpr double kFalsoEstEst = 2520.0;
+// What brings a longitude counted from the central meridian of a Gauss-Boaga zone to the meridian
+// of Monte Mario [gon]. The third zone keeps its own meridian.
+constexpr double kCentesimiPerSecondo = 100.0;
 constexpr double kOvestDaMonteMario = -3.8359259;
 constexpr double kEstDaMonteMario = 2.830741;
 
@@ -64,8 +63,8 @@ void CalcCmpRigVelid1::ScriviRigaGeografica(int punto) {
   ScriviSessagesimali(lambda / FattoreRad + DaMonteMario(FalsoEst), true);
 }
 
-// Degrees, minutes, whole seconds and truncated hundredths. The degrees carry the sign, also those of
-// a negative angle of less than one degree; the last angle ends the line.
+// Degrees, minutes, whole seconds and truncated hundredths. The degrees carry the sign, also those
+// of a negative angle of less than one degree; the last angle ends the line.
 void CalcCmpRigVelid1::ScriviSessagesimali(double gon, bool ultimo) {
   double gradi = 0.0;
   double primi = 0.0;
@@ -78,7 +77,7 @@ void CalcCmpRigVelid1::ScriviSessagesimali(double gon, bool ultimo) {
   Out->ScriviStringa(kSegnoPrimi, 0);
   Out->ScriviNumero(std::abs(interi), 3, 0);
   Out->ScriviStringa(kSegnoSecondi, 0);
-  const double centesimi = std::abs(std::trunc((secondi - interi) * 100.0));
+  const double centesimi = std::abs(std::trunc((secondi - interi) * kCentesimiPerSecondo));
   if (ultimo)
     Out->ScriviNumeroLn(centesimi, 2, 0);
   else

@@ -1,4 +1,5 @@
-// The chapter of the directions: every usable reading against the adjusted network, station by station,
+// The chapter of the directions: every usable reading against the adjusted network, station by
+// station,
 //   shown difference = reading + orientation - adjusted azimuth, brought to half a turn
 // and the linear discrepancy that it makes at the target. The first reading of a station is the
 // reference of its angles: it shows no difference and no w.
@@ -56,7 +57,8 @@ void CalcCmpRigVelid1::ScriviStazionePla(const TStaCr& stazione, double orientam
 }
 
 // Every usable reading after the first one of the station has the next angle equation, in the order
-// they were built.
+// they were built. A reading that is listed but not usable, one just at the limit of what counts as
+// given, has none.
 void CalcCmpRigVelid1::ScriviDirezioni(const TStaCr& stazione, double orientamento, const double* w,
                                        int& equazione) {
   bool riferimento = true;

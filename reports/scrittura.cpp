@@ -1,4 +1,5 @@
-// The small pieces of writing that the chapters of the report share. Texts are written with width 0.
+// The small pieces of writing that the chapters of the report share. Texts are written with width
+// 0.
 
 #include "frame/costanti.h"
 #include "kzt5cmrg.h"
@@ -25,7 +26,10 @@ void CalcCmpRigVelid1::ScriviTitolo(unsigned riga, unsigned titolo) {
 void CalcCmpRigVelid1::ScriviSezione(unsigned titolo) {
   ScriviTesto(kRigaDoppia);
   Out->SaltaRiga(1);
-  ScriviTitolo(titolo, kRigaDoppia);
+  ScriviTesto(titolo);
+  Out->SaltaRiga(1);
+  ScriviTesto(kRigaDoppia);
+  Out->SaltaRiga(2);
 }
 
 // One line of the tables of all points: coordinates as the record holds them, and the two roles.

@@ -1,5 +1,5 @@
-// Precision of the adjusted plane coordinates over the network: quadratic mean, mean, and spread about
-// the mean of their standard deviations, North (x) and East (y), in millimetres.
+// Precision of the adjusted plane coordinates over the network: quadratic mean, mean, and spread
+// about the mean of their standard deviations, North (x) and East (y), in millimetres.
 
 #include <cmath>
 #include <vector>

@@ -33,7 +33,8 @@ class TestoAnsi {
   constexpr operator std::string_view() const { return {Byte.data(), Lunghezza}; }
 
  private:
-  std::array<char, 96> Byte{};
+  static constexpr std::size_t kLunghezzaMassima = 96;
+  std::array<char, kLunghezzaMassima> Byte{};
   std::size_t Lunghezza = 0;
 };
 

@@ -180,9 +180,10 @@ Doppio DoppioAlt(const ReteProva& rete) {
     if (p.TipoAlt == kNonUsato || s.AltStrum > kNonDato) continue;
     const int strumento = s.AltStrumNota == kAltezzaIncognita ? u++ : -1;
     for (const TOssCr& o : s.Osservazioni) {
-      const TCoorCr& q = rete.Punti[o.Punto];
-      if (q.TipoAlt == kNonUsato || std::max({o.Distanza, o.Zenit, o.AltSegnale}) > kNonDato) continue;
-      const double piana = std::hypot(q.Est - p.Est, q.Nord - p.Nord);  // [m]
+      const TCoorCr& t = rete.Punti[o.Punto];
+      const double manca = std::max({o.Distanza, o.Zenit, o.AltSegnale});
+      if (t.TipoAlt == kNonUsato || manca > kNonDato) continue;
+      const double piana = std::hypot(t.Est - p.Est, t.Nord - p.Nord);  // [m]
       const double z = o.Zenit * kRadPerGon, e = s.EccDistanza;
       double altezza = s.AltStrumNota == kAltezzaNota ? s.AltStrum : 0;
       if (s.AltStrumNota == kAltezzaNota && e > 0.01 && std::max(e, o.Direzione) < kNonDato) {
@@ -195,8 +196,8 @@ Doppio DoppioAlt(const ReteProva& rete) {
       const double curvatura = (1 - rete.DsOr.CoeffRifr) / rete.DsOr.RaggioTerra / 2;
       if (rete.DsOr.CorrCurvRifr != 0) dislivello += orizzontale * orizzontale * curvatura;
       const auto predice = [&, ps = s.Punto, pt = o.Punto, strumento](const Incognite& h) {
-        const auto quota = [&](int i) { return numero[i] < 0 ? rete.Punti[i].Quota : h[numero[i]]; };
-        return quota(pt) - quota(ps) - (strumento < 0 ? Z(0) : h[strumento]);
+        const auto q = [&](int i) { return numero[i] < 0 ? rete.Punti[i].Quota : h[numero[i]]; };
+        return q(pt) - q(ps) - (strumento < 0 ? 0 : h[strumento]);
       };
       righe.push_back({predice, dislivello, 1000 / (piana * piana), false});
     }
@@ -232,5 +233,6 @@ Geografica DoppiaGeografica(double nord, double daMeridiano) {
   double fi = chi;
   for (int j = 0; j < 4; ++j) fi += delta[j] * std::sin(2 * (j + 1) * chi);
   const double w2 = 1 - e2 * std::sin(fi) * std::sin(fi);
-  return {fi, std::atan2(std::sinh(sfera.imag()), std::cos(sfera.real())), a * std::sqrt(1 - e2) / w2};
+  const double lambda = std::atan2(std::sinh(sfera.imag()), std::cos(sfera.real()));
+  return {fi, lambda, a * std::sqrt(1 - e2) / w2};
 }

@@ -10,26 +10,9 @@ namespace {
 using R = ReteProva&;
 constexpr double kNo = kValoreMancante;
 
-// A and B fixed, C and D unknown and 5 cm off; everybody sees everybody, in point order.
-ReteProva Quadrato() {
-  ReteProva rete{{3e-3, 2e-3, 1e-3, 9, 3, 0}, {0, 0.13, 6.378e6}, {"A", "B", "C", "D"}, {}, {}, {}};
-  const double est[] = {1000, 2000, 2010, 990}, nord[] = {1000, 1010, 2000, 2020};
-  for (int i = 0; i < 4; ++i) {
-    rete.Punti.push_back({{}, est[i] + i / 2 * 0.05, nord[i], 100. + i, 0, i < 2, i < 2, 0, 0, 0});
-    rete.Stazioni.push_back({{}, i, 1.5, 1, 0, 0, {}});
-    rete.Osservazioni.emplace_back();
-    for (int t = 0; t < 4; ++t) {
-      const double dE = est[t] - est[i], dN = nord[t] - nord[i], d = std::hypot(dE, dN);
-      const double azimut = std::fmod(std::atan2(dE, dN) / kRadPerGon + 400, 400);
-      const double zenit = 100 - std::atan2(t - i, d) / kRadPerGon, misura = d + 0.003 * (i % 2);
-      if (t != i) rete.Osservazioni[i].push_back({{}, t, azimut, zenit, 1.5, misura, 0});
-    }
-  }
-  return rete;
-}
-
-// What the cases change: an observation; A alone with its sights to B and C, without D; B seen by
-// nobody, its own station without sights or gone; map coordinates of A alone; C upon A.
+// The cases change a square: A and B are fixed, C and D unknown, and everybody sees everybody in
+// point order. What they change: an observation; A alone with its sights to B and C, without D;
+// B seen by nobody, its station without sights or gone; A alone with map coordinates; C upon A.
 TOssCr& Oss(R r, int stazione, int n) { return r.Osservazioni[stazione][n]; }
 void SoloA(R r, int calcolo) {
   r.Punti[3].TipoPla = r.Punti[3].TipoAlt = kNonUsato;
@@ -47,8 +30,8 @@ void Carta(R r, double est, double nord) {
   for (TCoorCr& p : r.Punti) p.Est = kNo;
   r.Punti[0].Est = est, r.Punti[0].Nord = nord;
 }
-const std::string kIndeterminato = "!!! INDETERMINAZIONE !!!!\n\n=";
-const std::string kControllo = "\n*** ERRORE NEL CONTROLLO\n\n  Punto      3  non determinabile in ";
+const std::string kIndeterminato = "    !!! INDETERMINAZIONE !!!!\n\n=";
+const std::string kControllo = "\n*** ERRORE NEL CONTROLLO\n\n  Punto      3  non determinabile in";
 void Sovrapposti(R r) { r.Punti[2].Est = r.Punti[2].Nord = 1000; }
 
 const struct CasoFlusso {
@@ -60,32 +43,40 @@ const struct CasoFlusso {
 } kCasi[] = {
     {"plain", [](R) {}, {"N.   2\n", "     Il criterio di convergenza \xE8 stato"}, "N.   3"},
     {"one step", [](R r) { r.Opzioni.MaxIter = 1; }, {"VERGENZA NON RAGGIUNTA !!! \n\n"}, "N.   2"},
-    {"limit of -5", [](R r) { r.Opzioni.MaxIter = -5; }, {"VERGENZA NON RAGGIUNTA !!! \n\n"}, "N.   2"},
-    {"station out of range", [](R r) { r.Stazioni[2].Punto = 4; }, {"Osservazioni   15\n", "ni    9\n"}},
-    {"target out of range", [](R r) { Oss(r, 0, 1).Punto = 4; }, {"Osservazioni   18\n", "ni   11\n"}},
+    {"limit of -5", [](R r) { r.Opzioni.MaxIter = -5; }, {"NON RAGGIUNTA !!! \n\n"}, "N.   2"},
+    {"no such station", [](R r) { r.Stazioni[2].Punto = 4; }, {"azioni   15\n", "azioni    9\n"}},
+    {"no such target", [](R r) { Oss(r, 0, 1).Punto = 4; }, {"azioni   18\n", "azioni   11\n"}},
     {"no point", [](R r) { r.Punti.clear(); }, {"Quota    Tipo\n\n\n"}, "ERRORE", false},
     {"no adjustment", [](R r) { r.Opzioni.TipoCalcolo = 4; }, {"RISULTATI"}, "COMPENSAZIONE   "},
     {"one direction", [](R r) { SoloA(r, 3), Oss(r, 0, 1).Distanza = kNo; },
-     {kControllo + "planimetria\n\n\n"}, "altimetria", false},
+     {kControllo + " planimetria\n\n\n"}, "altimetria", false},
     {"no target height", [](R r) { SoloA(r, 3), Oss(r, 0, 1).AltSegnale = kNo; },
-     {kControllo + "altimetria\n\n\n"}, "planimetria", false},
+     {kControllo + " altimetria\n\n\n"}, "planimetria", false},
     {"just enough", [](R r) { SoloA(r, 1), Oss(r, 0, 0).Distanza = kNo; },
      {"Sigma zero =  0.000 * 10-6 (in km-rad)\n\n\n", "  0.0\n\n\n="}, "ELLISSI"},
     {"one fixed", [](R r) { r.Punti[1].TipoPla = 0; },
-     {"\n*** ERRORE\n\nNUMERO DI STAZIONI FISSE (1)    INFERIORE A  2     " + kIndeterminato}, "N.   1"},
-    {"one row", [](R r) { SoloA(r, 1), Oss(r, 0, 0).Zenit = Oss(r, 0, 1).Direzione = kNo; },
-     {"\n*** ERRORE\n\nPIU' INCOGNITE (2)  DI OSSERVAZIONI (1)    " + kIndeterminato}, "FINE"},
+     {"\n*** ERRORE\n\nNUMERO DI STAZIONI FISSE (1)    INFERIORE A  2 " + kIndeterminato}, "ITERA"},
+    {"one row, first reading counts twice", [](R r) {
+       SoloA(r, 1), Oss(r, 0, 1).Punto = -1, r.Stazioni.push_back({{}, 2, 1.5, 1, 0, 0, {}});
+       r.Osservazioni[1].resize(1), Oss(r, 1, 0).Distanza = kNo;
+     }, {"\n*** ERRORE\n\nPIU' INCOGNITE (2)  DI OSSERVAZIONI (1)" + kIndeterminato}, "FINE"},
     {"singular", [](R r) { SoloA(r, 1), Sovrapposti(r); }, {"Ridondanza         1\n\n="}, "FINE"},
+    {"singular, heights go on", [](R r) {
+       SoloA(r, 3), Sovrapposti(r);
+       r.Stazioni.push_back({{}, 1, 1.5, 1, 0, 0, {}}), Oss(r, 1, 1).Direzione = kNo;
+     }, {"Ridondanza         3\n\n=", "QUOTE COMPENSATE"}, "FINE"},
+    {"own point", [](R r) { Oss(r, 0, 1).Punto = 0; }, {"DISTANZA FRA 1 e 1       0.000\n"}},
     {"coincident", Sovrapposti, {"CONTROLLARE LA DISTANZA FRA 1 e 3       0.000\n"}},
     {"no unknown", [](R r) { for (TCoorCr& p : r.Punti) p.TipoPla = p.TipoAlt = 1; },
      {"incognite =   0.0000 (m)\n", "RMS        (in mm)   Sx =     0     Sy =     0\n",
       "Media degli SqmZ  =     0.000    m\nMedia quadratica  =     0.000    m\n"}},
     {"height just enough", [](R r) { SoloA(r, 2), Oss(r, 0, 0).Punto = -1; },
      {"SismaZero         =   \xB1 0.000    m\n", "0.000   0.00\n"}},
-    {"height short", [](R r) { SoloA(r, 2), Oss(r, 0, 0).Zenit = kNo, r.Stazioni[0].AltStrumNota = 0; },
-     {"\n*** ERRORE\n\nPIU' INCOGNITE (2)  DI OSSERVAZIONI (1)    " + kIndeterminato}, "QUOTE"},
+    {"height short",
+     [](R r) { SoloA(r, 2), Oss(r, 0, 0).Zenit = kNo, r.Stazioni[0].AltStrumNota = 0; },
+     {"\n*** ERRORE\n\nPIU' INCOGNITE (2)  DI OSSERVAZIONI (1)" + kIndeterminato}, "QUOTE"},
     {"height singular", [](R r) { SoloA(r, 2), Sovrapposti(r); },
-     {"Osservazioni    1\n", "\n\nIMPOSSIBILE ESEGUIRE IL CALCOLO IN ALTIMETRIA !\n\n\n\n="}, "QUOTE"},
+     {"azioni    1\n", "\n\nIMPOSSIBILE ESEGUIRE IL CALCOLO IN ALTIMETRIA !\n\n\n\n="}, "QUOTE"},
     {"demoted", [](R r) { r.Punti[2].Est = kNo; }, {"    -   NoUs.    102.0000    Var.\n"}},
     {"not seen", [](R r) { SenzaB(r, -3); }, {"2000.0000   NoUs.    101.0000   NoUs.\n"}},
     {"stood upon", [](R r) { SenzaB(r, 1); }, {"2000.0000   Fiss.    101.0000   Fiss.\n"}},
@@ -95,6 +86,7 @@ const struct CasoFlusso {
     {"meridian", [](R r) { Carta(r, 1500e3, 4640e3); }, {"0.999600\n", " -3\xB0 27'  8\"39\n"}},
     {"no northing", [](R r) { Carta(r, 1700e3, kNo); }, {"000.0000             - 100.0000\n"}},
     {"no zone", [](R r) { Carta(r, 1150e3, 4640e3); }, {"  4640000.0000 100.0000\n"}, "\xB0 "},
+    {"zone edge", [](R r) { Carta(r, 1849e3, 4640e3); }, {"   0\xB0 "}},
     {"under a degree", [](R r) { Carta(r, 1745e3, 4640e3); }, {"  -0\xB0 "}},
     {"station without record", [](R r) {
        r.Stazioni.push_back(r.Stazioni[0]), r.Osservazioni.push_back(r.Osservazioni[0]);
@@ -104,7 +96,7 @@ const struct CasoFlusso {
 TEST(Flusso, Casi) {
   for (const CasoFlusso& c : kCasi) {
     SCOPED_TRACE(c.Nome);
-    ReteProva rete = Quadrato();
+    ReteProva rete = CaricaRete("quadrato");
     c.Cambia(rete);
     const double est = rete.Punti.empty() ? 0 : rete.Punti[0].Est;
     ProvaCalcolo job(rete);

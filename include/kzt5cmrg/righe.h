@@ -31,7 +31,7 @@ class Righe {
   static T* Alloca(std::size_t righe, std::size_t colonne) {
     if (colonne != 0 && righe > static_cast<std::size_t>(PTRDIFF_MAX) / sizeof(T) / colonne)
       throw std::bad_alloc();
-    return static_cast<T*>(::operator new(righe * colonne * sizeof(T), kAllineamento));
+    return static_cast<T*>(::operator new(righe* colonne * sizeof(T), kAllineamento));
   }
 
   std::unique_ptr<T*[]> Tabella;
