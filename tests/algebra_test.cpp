@@ -54,7 +54,8 @@ TEST(Algebra, PivotNonPositivo) {
   const double casi[][7] = {  // a b c of the matrix (a b; . c), result, a b c afterwards
       {4, 2, 5, 0, 2, 1, 2}, {4, 2, 1, 1, 2, 1, 0}, {4, 2, -1, 1, 2, 1, -2}, {0, 3, 4, 1, 0, 3, 4},
       {1, 0, 1e-15, 1, 1, 0, 1e-15}, {1, 0, 4e-15, 0, 1, 0, std::sqrt(4e-15)},
-      {1e-15, 3, 4, 1, 1e-15, 3, 4}, {-1, 3, 4, 1, -1, 3, 4}, {NAN, 3, 4, 1, NAN, 3, 4}, {4, 2, NAN, 1, 2, 1, NAN}};
+      {1e-15, 3, 4, 1, 1e-15, 3, 4}, {-1, 3, 4, 1, -1, 3, 4}, {NAN, 3, 4, 1, NAN, 3, 4},
+      {4, 2, NAN, 1, 2, 1, NAN}};
   for (const auto& [a, b, c, esito, a0, b0, c0] : casi) {
     double riga0[] = {a, b}, riga1[] = {kSotto, c}, *righe[] = {riga0, riga1};
     EXPECT_EQ(ProvaCalcolo::Tchol(righe, 2), esito) << a << ' ' << c;
