@@ -1,0 +1,97 @@
+// The dense kernels of every instruction set against LAPACK.
+
+#include <gtest/gtest.h>
+#include <lapacke.h>
+
+#include <cstring>
+
+#include "lsq/nuclei.h"
+#include "rete_prova.h"
+
+namespace {
+
+struct Quadrata {
+  explicit Quadrata(int n) : Dati(n * n) { Collega(n); }
+  Quadrata(const Quadrata& altra) : Dati(altra.Dati) {
+    Collega(static_cast<int>(std::ssize(altra.Righe)));
+  }
+  void Collega(int n) {
+    for (int i = 0; i < n; ++i) Righe.push_back(&Dati[i * n]);
+  }
+  std::vector<double> Dati;
+  std::vector<double*> Righe;
+};
+
+Quadrata Definita(int n) {
+  Caso caso(n);
+  Quadrata a(n);
+  for (int i = 0; i < n; ++i)
+    for (int j = i; j < n; ++j) a.Righe[i][j] = a.Righe[j][i] = caso.Reale(-1, 1) + (i == j) * n;
+  return a;
+}
+
+// The upper triangle of the first rows.
+double Distanza(const Quadrata& a, const Quadrata& b, int righe, int n) {
+  double massima = 0;
+  for (int i = 0; i < righe; ++i)
+    for (int j = i; j < n; ++j)
+      massima = std::max(massima, std::abs(a.Righe[i][j] - b.Righe[i][j]));
+  return massima;
+}
+
+struct Fronte {
+  int Larghezza, Ordine;
+};
+
+// LAPACK's factor holds that of the front in its first rows, and its inverse that of the front.
+TEST(Motori, Nuclei) {
+  constexpr Fronte kFronti[] = {{1, 1},     {3, 3},    {5, 9},     {2, 40},    {16, 16},
+                                {17, 17},   {20, 50},  {72, 73},   {100, 100}, {40, 300},
+                                {301, 301}, {96, 640}, {530, 530}, {24, 1600}};
+  for (const auto [w, n] : kFronti) {
+    SCOPED_TRACE(std::to_string(w) + " of " + std::to_string(n));
+    const Quadrata N = Definita(n);
+    Quadrata fattore = N;
+    LAPACKE_dpotrf(LAPACK_ROW_MAJOR, 'U', n, fattore.Dati.data(), n);
+    Quadrata inversa = fattore;
+    LAPACKE_dpotri(LAPACK_ROW_MAJOR, 'U', n, inversa.Dati.data(), n);
+    std::vector<double> conFma;
+    for (const Nuclei* nuclei : NucleiDisponibili()) {
+      SCOPED_TRACE(nuclei->Nome);
+      LavoroNuclei lavoro;
+      Quadrata a = N;
+      ASSERT_EQ(nuclei->Elimina(a.Righe.data(), w, n, lavoro.Per(w, n)), kEliminato);
+      EXPECT_LT(Distanza(a, fattore, w, n), 1e-14 * n);
+      Quadrata q = inversa;
+      for (int i = 0; i < w; ++i) std::copy_n(a.Righe[i], n, q.Righe[i]);
+      nuclei->Inverti(q.Righe.data(), w, n, lavoro.Per(w, n));
+      EXPECT_LT(Distanza(q, inversa, n, n), 1e-14);
+      for (int i = 0; i < n; ++i)
+        ASSERT_EQ(std::memcmp(a.Righe[i], N.Righe[i], i * sizeof(double)), 0) << "lower, row " << i;
+      if (!std::string(nuclei->Nome).starts_with("avx")) continue;
+      EXPECT_TRUE(conFma.empty() || a.Dati == conFma);
+      conFma = a.Dati;
+    }
+  }
+}
+
+// The rows before the failing one are factored over their whole length; it holds its reduced pivot.
+TEST(Motori, PivotNonPositivo) {
+  for (const int guasta : {0, 7, 16, 33, 150, 299}) {
+    const int n = 300;
+    Quadrata N = Definita(n), fattore = N;
+    LAPACKE_dpotrf(LAPACK_ROW_MAJOR, 'U', n, fattore.Dati.data(), n);
+    const double pivot = fattore.Righe[guasta][guasta] * fattore.Righe[guasta][guasta];
+    N.Righe[guasta][guasta] -= pivot + 1;
+    for (const Nuclei* nuclei : NucleiDisponibili()) {
+      SCOPED_TRACE(nuclei->Nome);
+      LavoroNuclei lavoro;
+      Quadrata a = N;
+      EXPECT_EQ(nuclei->Elimina(a.Righe.data(), n, n, lavoro.Per(n, n)), guasta);
+      EXPECT_LT(Distanza(a, fattore, guasta, n), 1e-12);
+      EXPECT_NEAR(a.Righe[guasta][guasta], -1, 1e-11);
+    }
+  }
+}
+
+}  // namespace
