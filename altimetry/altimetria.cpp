@@ -8,6 +8,7 @@
 
 #include "frame/costanti.h"
 #include "kzt5cmrg.h"
+#include "lsq/sparso.h"
 #include "resources/catalogo.h"
 
 namespace {
@@ -17,6 +18,7 @@ constexpr double kPesoUnitario = 0.001;
 // False when there are more unknowns than equations.
 bool CalcCmpRigVelid1::CalcCompZe() {
   ScriviSezione(kTitoloAltimetria);
+  Sparso.reset();
   ScriviConteggi(nNonUsatiAlt, nFissiAlt, nIncAlt);
   Out->SaltaRiga(1);
 
@@ -36,8 +38,7 @@ bool CalcCmpRigVelid1::CalcCompZe() {
     return true;
   }
   if (incognite < equazioni) {
-    Inver(Normale.Puntatori(), incognite);
-    Simmetrizza(Normale.Puntatori(), incognite);
+    InvertiNormale(equazioni, incognite);
     Baarda(Peso.get(), Coeff.Puntatori(), Indici.Puntatori(), Normale.Puntatori(), equazioni,
            Residui.get(), w.data(), SigmaZero);
   } else {
@@ -82,7 +83,7 @@ void CalcCmpRigVelid1::ScriviQuoteCompensate() {
   double sommaQuadrati = 0.0;
   for (int j = 0; j < nIncAlt; ++j) {
     const int punto = PuntoDaIncAlt[static_cast<std::size_t>(j)];
-    const double sqm = std::sqrt(Normale[j][j]) * SigmaZero;
+    const double sqm = std::sqrt(Cofattore(j, j)) * SigmaZero;
     TCoorCr& p = Punto(punto);
     p.Quota = Soluzione[static_cast<std::size_t>(j)];
     p.TipoAlt = kCompensato;

@@ -48,7 +48,7 @@ void CalcCmpRigVelid1::ScriviStazioneAlt(const TStaCr& stazione, int& strumento)
   ScriviTesto(kAltezzaCorretta);
   Out->ScriviNumero(altezza, 5, 3);
   Out->ScriviStringa(kPiuMenoAltezza, 0);
-  Out->ScriviNumeroLn(std::sqrt(Normale[j][j]) * SigmaZero, 5, 3);
+  Out->ScriviNumeroLn(std::sqrt(Cofattore(j, j)) * SigmaZero, 5, 3);
 }
 
 void CalcCmpRigVelid1::ScriviZenit(const TOssCr& osservazione, double residuo, double w) {

@@ -7,6 +7,8 @@ PACCHETTI_PROGRAMMA="g++ cmake ninja-build libcli11-dev libtomlplusplus-dev nloh
 # Besides, to test: the test framework, LAPACK as an independent computation, what a foreign host
 # uses to find the module, the static checks, and the definition of the Italian locale.
 PACCHETTI_PROVE="libgtest-dev liblapacke-dev pkg-config clang-tidy locales"
+# Besides, to measure: the benchmark framework, and what the kernels are compared with.
+PACCHETTI_MISURE="libbenchmark-dev libopenblas-dev"
 
 # Installs those of the packages given that are missing; asks the network nothing if none is.
 InstallaMancanti() {

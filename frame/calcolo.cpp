@@ -6,6 +6,7 @@
 
 #include "frame/costanti.h"
 #include "kzt5cmrg.h"
+#include "lsq/sparso.h"
 
 namespace {
 
@@ -25,6 +26,11 @@ std::unique_ptr<T[]> Vettore(int n) {
 CalcCmpRigVelid1::CalcCmpRigVelid1(const TOpzCr* opzioni, const TVettCr<TCoorCr>* punti,
                                    const TVettCr<TStaCr>* stazioni, const CCalcDsOr* dsOr,
                                    CFileOutTmp* out)
+    : CalcCmpRigVelid1(opzioni, punti, stazioni, dsOr, out, kOrdineDenso) {}
+
+CalcCmpRigVelid1::CalcCmpRigVelid1(const TOpzCr* opzioni, const TVettCr<TCoorCr>* punti,
+                                   const TVettCr<TStaCr>* stazioni, const CCalcDsOr* dsOr,
+                                   CFileOutTmp* out, int ordineDenso)
     : Opzioni(opzioni), Punti(punti), Stazioni(stazioni), DsOr(dsOr), Out(out) {
   nPunti = Conteggio(Punti->size());
   IncPla = Vettore<int>(nPunti);
@@ -41,7 +47,8 @@ CalcCmpRigVelid1::CalcCmpRigVelid1(const TOpzCr* opzioni, const TVettCr<TCoorCr>
   TermineNoto = Vettore<double>(MaxEquaz);
   Soluzione = Vettore<double>(DimNormale);
   Residui = Vettore<double>(MaxEquaz);
-  Normale = Righe<double>(DimNormale, DimNormale);
+  Denso = DimNormale <= ordineDenso;
+  if (Denso) Normale = Righe<double>(DimNormale, DimNormale);
   Peso = Vettore<double>(MaxEquaz);
   Coeff = Righe<double>(MaxEquaz, kSlot);
   Indici = Righe<int>(MaxEquaz, kSlot);

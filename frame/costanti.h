@@ -12,6 +12,10 @@ inline constexpr double kRadPerGon = std::numbers::pi / 200.0;
 inline constexpr double kKmPerMetro = 0.001;
 inline constexpr double kSigmaZeroPriori = 1e-6;
 
+// Up to this many unknowns the normal matrix is held dense: where a whole job takes as long either
+// way.
+inline constexpr int kOrdineDenso = 350;
+
 inline constexpr int kSlot = 6;        // coefficients of an equation row
 inline constexpr int kSlotVuoto = -1;  // number of the unknown in an empty slot
 

@@ -3,6 +3,9 @@
 #include "host/calcolo.h"
 
 #include <algorithm>
+#include <bit>
+
+#include "frame/costanti.h"
 
 namespace {
 
@@ -11,6 +14,17 @@ namespace {
 constexpr std::uint64_t kByteEquazione =
     6 * (sizeof(double) + sizeof(int)) + 2 * sizeof(void*) + 4 * sizeof(double);
 constexpr std::uint64_t kEquazioniPerOsservazione = 2;
+
+// A sparse factor of a network, whose points see only their neighbours, holds about this many
+// numbers an unknown and doubling of their count; as many again wait on the way.
+constexpr std::uint64_t kElementiPerRaddoppio = 12;
+constexpr std::uint64_t kCopieSparse = 2;
+
+std::uint64_t ByteNormale(std::uint64_t incognite) {
+  if (incognite <= kOrdineDenso) return incognite * incognite * sizeof(double);
+  return kCopieSparse * kElementiPerRaddoppio * std::bit_width(incognite) * incognite *
+         sizeof(double);
+}
 
 }  // namespace
 
@@ -41,7 +55,7 @@ Fabbisogno StimaFabbisogno(const Rete& rete) {
   std::uint64_t osservazioni = 0;
   for (const TStaCr& s : rete.Stazioni) osservazioni += s.Osservazioni.size();
   const std::uint64_t equazioni = kEquazioniPerOsservazione * osservazioni;
-  const std::uint64_t normale = incognite * incognite * sizeof(double);
+  const std::uint64_t normale = ByteNormale(incognite);
   return {static_cast<int>(incognite), static_cast<int>(equazioni), normale,
           normale + equazioni * kByteEquazione};
 }

@@ -33,7 +33,7 @@ double InGiro(double gon) {
 }  // namespace
 
 // The one place that reads the inverse of the normal matrix.
-double OsservatoreCalcolo::Cofattore(int i, int j) const { return Calcolo->Normale[i][j]; }
+double OsservatoreCalcolo::Cofattore(int i, int j) const { return Calcolo->Cofattore(i, j); }
 
 double OsservatoreCalcolo::CofattoreRiga(int riga) const {
   const double* coeff = Calcolo->Coeff[riga];

@@ -17,6 +17,8 @@
 #include "kzt5cmrg/righe.h"
 #include "kzt5cmrg/scrittore.h"
 
+class SistemaSparso;
+
 // One adjustment job: construct it over the host's records, call Esegui once, destroy it. The
 // results are in the point records and in the report. Inside a run plane coordinates are in
 // kilometres and angles in radians; heights stay in metres, readings in gon.
@@ -42,6 +44,11 @@ class KZT5CMRG_API CalcCmpRigVelid1 {
   friend class OsservatoreCalcolo;  // reads the state of a run for programs that need more
   friend struct ProvaCalcolo;       // tests
 
+  // A job that holds no dense matrix above `ordineDenso` unknowns.
+  CalcCmpRigVelid1(const TOpzCr* opzioni, const TVettCr<TCoorCr>* punti,
+                   const TVettCr<TStaCr>* stazioni, const CCalcDsOr* dsOr, CFileOutTmp* out,
+                   int ordineDenso);
+
   // --- what belongs to the host
   const TOpzCr* Opzioni;
   const TVettCr<TCoorCr>* Punti;
@@ -62,7 +69,8 @@ class KZT5CMRG_API CalcCmpRigVelid1 {
   std::unique_ptr<double[]> TermineNoto;  // [MaxEquaz] observed minus computed
   std::unique_ptr<double[]> Soluzione;    // [DimNormale] corrections [km], or heights [m]
   std::unique_ptr<double[]> Residui;      // [MaxEquaz] known term minus adjusted value
-  Righe<double> Normale;                  // [DimNormale x DimNormale] N, its factor, its inverse
+  Righe<double> Normale;                  // [DimNormale x DimNormale] N, its factor, its inverse;
+                                          // null when Sparso holds them
   double SigmaZero = 0.0;                 // a-posteriori standard deviation, unit weight
   std::unique_ptr<double[]> Peso;         // [MaxEquaz] weight of each equation
   Righe<double> Coeff;                    // [MaxEquaz x 6]
@@ -78,6 +86,10 @@ class KZT5CMRG_API CalcCmpRigVelid1 {
   int nIncAlt = 0, nFissiAlt = 0, nNonUsatiAlt = 0;
   int DimNormale = 0;  // order of Normale
   int MaxEquaz = 0;    // rows of the equation buffers
+
+  // --- large networks
+  bool Denso = true;                      // whether Normale holds the normal matrix, or Sparso
+  std::unique_ptr<SistemaSparso> Sparso;  // of the adjustment at work; null before it is solved
 
   TCoorCr& Punto(int indice) const { return (*Punti)[static_cast<std::size_t>(indice)]; }
 
@@ -112,8 +124,15 @@ class KZT5CMRG_API CalcCmpRigVelid1 {
   // lsq/equazioni.cpp
   void AzzeraEquazioni();
   void MinQua2(int equazioni, int incognite);
-  void FormaNormale(int equazioni, int incognite, double* noti);
+  void FormaNoti(int equazioni, double* noti) const;
   void CalcolaResidui(int equazioni, int incognite, const double* opposta);
+
+  // lsq/normale.cpp: the normal matrix, dense or sparse
+  bool FattorizzaNormale(int equazioni, int incognite);
+  void RisolviNormale(double* b, int incognite);
+  void InvertiNormale(int equazioni, int incognite);
+  double Cofattore(int i, int j) const;
+  void FormaNormale(int equazioni, int incognite);
 
   // lsq/cholesky.cpp
   static int Tchol(double** a, int ordine);
@@ -202,9 +221,9 @@ class KZT5CMRG_API CalcCmpRigVelid1 {
   int Statistica();
 
   // reports/baarda.cpp
-  static int Baarda(const double* peso, double** coeff, int** indici, double** inversa,
-                    int equazioni, const double* residui, double* w, double sigmaZero);
-  static double CofattoreOsservazione(const double* coeff, const int* indici, double** inversa);
+  int Baarda(const double* peso, double** coeff, int** indici, double** inversa, int equazioni,
+             const double* residui, double* w, double sigmaZero) const;
+  double CofattoreOsservazione(const double* coeff, const int* indici, double** inversa) const;
 
   // reports/ellisse.cpp
   int SubEllisse(double varEst, double varNord, double covarianza, double& asseMag, double& asseMin,

@@ -1,6 +1,6 @@
 // One least-squares solution from sparse equation rows. With A the coefficients, P the diagonal of
 // the weights and t the known terms:
-//   N x = A^t P t,  N = A^t P A        normal equations, full symmetric matrix
+//   N x = A^t P t,  N = A^t P A        normal equations
 //   r = t - A x                        residuals
 //   s0 = sqrt(r^t P r / (n - u))       standard deviation of unit weight, 0 without redundancy
 // Sums run in the order of the rows. (Mikhail and Ackermann, Observations and Least Squares, 1976.)
@@ -22,35 +22,27 @@ void CalcCmpRigVelid1::AzzeraEquazioni() {
   std::fill_n(TermineNoto.get(), MaxEquaz, 0.0);
 }
 
-// Leaves the factor of N in Normale, and in Soluzione, Residui and SigmaZero the result. When N is
-// not positive definite StatoCalcolo says so and the previous result stays.
+// Leaves the factor of N, and in Soluzione, Residui and SigmaZero the result. When N is not
+// positive definite StatoCalcolo says so and the previous result stays.
 void CalcCmpRigVelid1::MinQua2(int equazioni, int incognite) {
   std::vector<double> b(static_cast<std::size_t>(incognite));
-  FormaNormale(equazioni, incognite, b.data());
-  if (Tchol(Normale.Puntatori(), incognite) != 0) {
+  FormaNoti(equazioni, b.data());
+  if (!FattorizzaNormale(equazioni, incognite)) {
     StatoCalcolo = kSolutoreFallito;
     return;
   }
-  Sols(Normale.Puntatori(), b.data(), incognite);
+  RisolviNormale(b.data(), incognite);
   std::ranges::transform(b, Soluzione.get(), [](double x) { return -x; });
   CalcolaResidui(equazioni, incognite, b.data());
 }
 
-void CalcCmpRigVelid1::FormaNormale(int equazioni, int incognite, double* noti) {
-  std::fill_n(noti, incognite, 0.0);
-  for (int i = 0; i < incognite; ++i) std::fill_n(Normale[i], incognite, 0.0);
-  for (int r = 0; r < equazioni; ++r) {
-    const double* a = Coeff[r];
-    const int* inc = Indici[r];
-    for (int k = 0; k < kSlot; ++k) {
-      if (inc[k] < 0) continue;
-      const double ap = a[k] * Peso[static_cast<std::size_t>(r)];
-      double* riga = Normale[inc[k]];
-      for (int l = 0; l < kSlot; ++l)
-        if (inc[l] >= 0) riga[inc[l]] += ap * a[l];
-      noti[inc[k]] += ap * TermineNoto[static_cast<std::size_t>(r)];
-    }
-  }
+// Adds A^t P t to `noti`.
+void CalcCmpRigVelid1::FormaNoti(int equazioni, double* noti) const {
+  for (int r = 0; r < equazioni; ++r)
+    for (int k = 0; k < kSlot; ++k)
+      if (const int c = Indici[r][k]; c >= 0)
+        noti[c] += (Coeff[r][k] * Peso[static_cast<std::size_t>(r)]) *
+                   TermineNoto[static_cast<std::size_t>(r)];
 }
 
 // `opposta` is -x, as the triangular solution leaves it.

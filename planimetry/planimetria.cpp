@@ -7,6 +7,7 @@
 
 #include "frame/costanti.h"
 #include "kzt5cmrg.h"
+#include "lsq/sparso.h"
 #include "resources/catalogo.h"
 
 namespace {
@@ -17,6 +18,7 @@ constexpr double kSigmaZeroNullo = 1e-10;  // up to here the ellipses are left o
 // section then ends with what the iteration wrote.
 bool CalcCmpRigVelid1::CalcCompPla() {
   ScriviSezione(kTitoloPlanimetria);
+  Sparso.reset();
 
   int iterazione = 0;
   int equazioni = 0;
@@ -33,8 +35,7 @@ bool CalcCmpRigVelid1::CalcCompPla() {
 
   const int incognite = 2 * nIncPla;
   std::vector<double> w(static_cast<std::size_t>(MaxEquaz), 0.0);
-  if (incognite < equazioni) Inver(Normale.Puntatori(), incognite);
-  Simmetrizza(Normale.Puntatori(), incognite);
+  InvertiNormale(equazioni, incognite);
   if (incognite == equazioni)
     SigmaZero = 0.0;
   else
@@ -61,8 +62,8 @@ void CalcCmpRigVelid1::ScriviCoordinateCompensate() {
   for (int k = 0; k < nIncPla; ++k) {
     const int punto = PuntoDaIncPla[static_cast<std::size_t>(k)];
     const int c = 2 * k;
-    const double sqmEst = std::sqrt(Normale[c][c]) * SigmaZero / FattoreKm;
-    const double sqmNord = std::sqrt(Normale[c + 1][c + 1]) * SigmaZero / FattoreKm;
+    const double sqmEst = std::sqrt(Cofattore(c, c)) * SigmaZero / FattoreKm;
+    const double sqmNord = std::sqrt(Cofattore(c + 1, c + 1)) * SigmaZero / FattoreKm;
     TCoorCr& p = Punto(punto);
     p.TipoPla = kCompensato;
     Out->ScriviNumero(punto + 1, 3, 0);
@@ -89,8 +90,8 @@ void CalcCmpRigVelid1::ScriviEllissi() {
     TCoorCr& p = Punto(punto);
     double asseMag = 0.0;
     double asseMin = 0.0;
-    SubEllisse(s0Quadro * Normale[c][c], s0Quadro * Normale[c + 1][c + 1],
-               s0Quadro * Normale[c][c + 1], asseMag, asseMin, p.EllTeta);
+    SubEllisse(s0Quadro * Cofattore(c, c), s0Quadro * Cofattore(c + 1, c + 1),
+               s0Quadro * Cofattore(c, c + 1), asseMag, asseMin, p.EllTeta);
     p.EllAsseMag = asseMag / FattoreKm;
     p.EllAsseMin = asseMin / FattoreKm;
     Out->ScriviNumero(punto + 1, 3, 0);

@@ -8,9 +8,11 @@
 #include "frame/costanti.h"
 #include "kzt5cmrg.h"
 
-// Writes w for the rows 0 to equazioni - 1; 0 where the residual has no standard deviation.
+// Writes w for the rows 0 to equazioni - 1; 0 where the residual has no standard deviation. `inversa` is
+// Q by rows, or null for the inverse that the job holds.
 int CalcCmpRigVelid1::Baarda(const double* peso, double** coeff, int** indici, double** inversa,
-                             int equazioni, const double* residui, double* w, double sigmaZero) {
+                             int equazioni, const double* residui, double* w,
+                             double sigmaZero) const {
   for (int i = 0; i < equazioni; ++i) {
     const double q = CofattoreOsservazione(coeff[i], indici[i], inversa);
     const double sigma = sigmaZero * std::sqrt(std::abs(1.0 / peso[i] - q));
@@ -19,15 +21,22 @@ int CalcCmpRigVelid1::Baarda(const double* peso, double** coeff, int** indici, d
   return 0;
 }
 
-// a Q a^t of one row of six coefficients, over its slots in use.
+// a Q a^t of one row of six coefficients, over its slots in use. Every element of Q is looked up once.
 double CalcCmpRigVelid1::CofattoreOsservazione(const double* coeff, const int* indici,
-                                               double** inversa) {
+                                               double** inversa) const {
+  double Q[kSlot][kSlot];
+  for (int r = 0; r < kSlot; ++r)
+    for (int s = r; s < kSlot; ++s) {
+      if (indici[r] < 0 || indici[s] < 0) continue;
+      Q[r][s] = Q[s][r] =
+          inversa != nullptr ? inversa[indici[r]][indici[s]] : Cofattore(indici[r], indici[s]);
+    }
   double q = 0.0;
   for (int s = 0; s < kSlot; ++s) {
     if (indici[s] < 0) continue;
     double t = 0.0;
     for (int r = 0; r < kSlot; ++r)
-      if (indici[r] >= 0) t += coeff[r] * inversa[indici[r]][indici[s]];
+      if (indici[r] >= 0) t += coeff[r] * Q[r][s];
     q += t * coeff[s];
   }
   return q;

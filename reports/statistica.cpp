@@ -48,8 +48,8 @@ int CalcCmpRigVelid1::Statistica() {
     if (Punto(i).TipoPla != kCompensato || k < 0) continue;
     const int c = 2 * k;
     const double s0Quadro = SigmaZero * SigmaZero;
-    sigmaEst.push_back(std::sqrt(s0Quadro * Normale[c][c]) / kmPerMillimetro);
-    sigmaNord.push_back(std::sqrt(s0Quadro * Normale[c + 1][c + 1]) / kmPerMillimetro);
+    sigmaEst.push_back(std::sqrt(s0Quadro * Cofattore(c, c)) / kmPerMillimetro);
+    sigmaNord.push_back(std::sqrt(s0Quadro * Cofattore(c + 1, c + 1)) / kmPerMillimetro);
   }
   const Precisione nord = Riassumi(sigmaNord);
   const Precisione est = Riassumi(sigmaEst);

@@ -22,8 +22,8 @@ void Confronta(ProvaCalcolo& job, const Doppio& d) {
   std::vector<double> pesati, w(n);
   for (int r = 0; r < n; ++r) pesati.push_back(std::sqrt(d.Peso[r]) * d.Noti[r]);
   const double scala = kAccordo * Massimo(pesati);
-  ProvaCalcolo::Baarda(job.Peso.get(), job.Coeff.Puntatori(), job.Indici.Puntatori(),
-                       job.Normale.Puntatori(), n, job.Residui.get(), w.data(), job.SigmaZero);
+  job.Baarda(job.Peso.get(), job.Coeff.Puntatori(), job.Indici.Puntatori(),
+             job.Normale.Puntatori(), n, job.Residui.get(), w.data(), job.SigmaZero);
   for (int r = 0; r < n; ++r) {
     SCOPED_TRACE("row " + std::to_string(r));
     std::vector<double> densa(u), attesa(d.A.begin() + r * u, d.A.begin() + (r + 1) * u);

@@ -102,8 +102,10 @@ TEST(Geometria, Baarda) {
   double peso = 0.16, v = -2.5, w[2], q = 0.75 / peso, *inversa = &q;
   double coeff[] = {0, 0, 0, 1, 0, 0}, *riga = coeff;
   int numeri[] = {-1, -1, -1, 0, -1, -1}, *indici = numeri;
-  ProvaCalcolo::Baarda(&peso, &riga, &indici, &inversa, 1, &v, &w[0], 2.0);
-  ProvaCalcolo::Baarda(&peso, &riga, &indici, &inversa, 1, &v, &w[1], 0.0);
+  ReteProva rete;
+  const ProvaCalcolo job(rete);
+  job.Baarda(&peso, &riga, &indici, &inversa, 1, &v, &w[0], 2.0);
+  job.Baarda(&peso, &riga, &indici, &inversa, 1, &v, &w[1], 0.0);
   EXPECT_TRUE(std::abs(w[0] - 1) < kFine && w[1] == 0) << w[0] << ' ' << w[1];
 }
 

@@ -1,10 +1,13 @@
-// The dense kernels of every instruction set against LAPACK.
+// The two engines under the solver: the dense kernels of every instruction set against LAPACK, and
+// the sparse engine against the dense one.
 
 #include <gtest/gtest.h>
 #include <lapacke.h>
 
 #include <cstring>
+#include <filesystem>
 
+#include "bench/rete_sintetica.h"
 #include "lsq/nuclei.h"
 #include "rete_prova.h"
 
@@ -92,6 +95,45 @@ TEST(Motori, PivotNonPositivo) {
       EXPECT_NEAR(a.Righe[guasta][guasta], -1, 1e-11);
     }
   }
+}
+
+// Cofactors of unknowns that meet in an equation, and the whole report.
+void Confronta(ReteProva rete) {
+  for (const int calcolo : {kCalcoloPlanimetria, kCalcoloAltimetria}) {
+    ReteProva una = rete.Con(calcolo), altra = rete.Con(calcolo);
+    ProvaCalcolo densa(una, 1 << 20), sparsa(altra, -1);
+    ASSERT_EQ(densa.Esegui(), sparsa.Esegui());
+    EXPECT_EQ(densa.Rapporto.Testo, sparsa.Rapporto.Testo);
+    if (!densa.Contiene("CORRETTE") || densa.Contiene("Ridondanza         0")) continue;
+    for (int r = 0; r < densa.MaxEquaz; ++r)
+      for (int k = 0; k < 36; ++k) {
+        const int i = densa.Indici[r][k / 6], j = densa.Indici[r][k % 6];
+        if (i < 0 || j < 0) continue;
+        const double scala = std::sqrt(densa.Cofattore(i, i) * densa.Cofattore(j, j));
+        ASSERT_NEAR(densa.Cofattore(i, j), sparsa.Cofattore(i, j), 1e-9 * scala) << i << ' ' << j;
+      }
+  }
+}
+
+TEST(Motori, ReteSparsa) {
+  for (const auto& file : std::filesystem::directory_iterator(CARTELLA_PROVE "/reti")) {
+    if (file.path().extension() != ".net") continue;
+    SCOPED_TRACE(file.path().stem());
+    Confronta(CaricaRete(file.path().stem()));
+  }
+  for (unsigned seme = 0; seme < 20; ++seme) {
+    SCOPED_TRACE(seme);
+    Confronta(ReteCasuale(seme));
+  }
+  const ReteSintetica grande = GeneraRete(400);
+  ReteProva rete;
+  rete.Opzioni = grande.Opzioni;
+  rete.DsOr = grande.CurvaturaRifrazione;
+  rete.Punti = grande.Punti;
+  rete.Stazioni = grande.Stazioni;
+  rete.Osservazioni = grande.Osservazioni;
+  rete.Nomi.assign(grande.Nomi.begin(), grande.Nomi.end());
+  Confronta(rete);
 }
 
 }  // namespace

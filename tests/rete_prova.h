@@ -78,13 +78,13 @@ struct VistaProva {
 // One job over a network, its private operations and state laid open.
 struct ProvaCalcolo : VistaProva, CalcCmpRigVelid1 {
   using C = CalcCmpRigVelid1;
-  explicit ProvaCalcolo(ReteProva& rete)
+  explicit ProvaCalcolo(ReteProva& rete, int ordineDenso = kOrdineDenso)
       : VistaProva{(rete.Collega(), rete.Punti), rete.Stazioni, {}},
-        C(&rete.Opzioni, &VistaPunti, &VistaStazioni, &rete.DsOr, &Rapporto) {}
+        C(&rete.Opzioni, &VistaPunti, &VistaStazioni, &rete.DsOr, &Rapporto, ordineDenso) {}
   bool Contiene(const std::string& testo) const { return Rapporto.Testo.find(testo) + 1 != 0; }
 
   using C::TermineNoto, C::Soluzione, C::Residui, C::Peso, C::Normale, C::Coeff, C::Indici;
   using C::SigmaZero, C::RaggioMedio, C::Input, C::CaricaTesto, C::AzzeraEquazioni, C::Tchol;
   using C::Sols, C::Inver, C::CreaEquazAng, C::CreaEquazDis, C::Anomalia, C::ExCentro, C::Gauss;
-  using C::Geogra, C::SubEllisse, C::Baarda;
+  using C::Geogra, C::SubEllisse, C::Baarda, C::Cofattore, C::MaxEquaz;
 };
