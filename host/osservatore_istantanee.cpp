@@ -32,21 +32,12 @@ double InGiro(double gon) {
 
 }  // namespace
 
-// The one place that reads the inverse of the normal matrix.
+// The two places that read the inverse of the normal matrix.
 double OsservatoreCalcolo::Cofattore(int i, int j) const { return Calcolo->Cofattore(i, j); }
 
 double OsservatoreCalcolo::CofattoreRiga(int riga) const {
-  const double* coeff = Calcolo->Coeff[riga];
-  const int* indici = Calcolo->Indici[riga];
-  double q = 0.0;
-  for (int s = 0; s < kSlot; ++s) {
-    if (indici[s] < 0) continue;
-    double t = 0.0;
-    for (int r = 0; r < kSlot; ++r)
-      if (indici[r] >= 0) t += coeff[r] * Cofattore(indici[r], indici[s]);
-    q += t * coeff[s];
-  }
-  return q;
+  return Calcolo->CofattoreOsservazione(Calcolo->Coeff[riga], Calcolo->Indici[riga],
+                                        Calcolo->Normale.Puntatori());
 }
 
 // In the unit of the unknown.

@@ -184,6 +184,21 @@ void SistemaSparso::Risolvi(double* b) {
   }
 }
 
+// --- elements
+
+// Where the elements of two nodes begin, the one eliminated first as rows; `passoRiga` gets the step
+// from one of its rows to the next.
+const double* SistemaSparso::Blocco(int primo, int secondo, std::size_t& passoRiga) const {
+  const auto s = U(FronteDaPosto[U(primo)]);
+  const Fronte& f = Fronti[s];
+  int colonna = secondo - f.Inizio;
+  if (colonna >= f.Larghezza)
+    colonna = f.Larghezza +
+              static_cast<int>(std::ranges::lower_bound(f.Resto, secondo) - f.Resto.begin());
+  passoRiga = U(Ordine(s));
+  return Valori.data() + Inizio[s] + U((primo - f.Inizio) * Passo) * passoRiga + U(colonna * Passo);
+}
+
 double SistemaSparso::Elemento(int i, int j) const {
   int pi = Posizione[U(i / Passo)];
   int pj = Posizione[U(j / Passo)];
@@ -191,12 +206,26 @@ double SistemaSparso::Elemento(int i, int j) const {
     std::swap(pi, pj);
     std::swap(i, j);
   }
-  const auto s = U(FronteDaPosto[U(pi)]);
-  const Fronte& f = Fronti[s];
-  int colonna = pj - f.Inizio;
-  if (colonna >= f.Larghezza)
-    colonna =
-        f.Larghezza + static_cast<int>(std::ranges::lower_bound(f.Resto, pj) - f.Resto.begin());
-  const auto riga = U((pi - f.Inizio) * Passo + i % Passo);
-  return Valori[Inizio[s] + riga * U(Ordine(s)) + U(colonna * Passo + j % Passo)];
+  std::size_t passoRiga = 0;
+  const double* blocco = Blocco(pi, pj, passoRiga);
+  return blocco[U(i % Passo) * passoRiga + U(j % Passo)];
+}
+
+void SistemaSparso::Sottomatrice(const int* indici, double (*q)[kSlotRiga]) const {
+  for (int r = 0; r < kSlotRiga; r += Passo) {
+    if (indici[r] < 0) continue;
+    const int pr = Posizione[U(indici[r] / Passo)];
+    for (int s = r; s < kSlotRiga; s += Passo) {
+      if (indici[s] < 0) continue;
+      const int ps = Posizione[U(indici[s] / Passo)];
+      std::size_t passoRiga = 0;
+      const double* blocco = Blocco(std::min(pr, ps), std::max(pr, ps), passoRiga);
+      for (int a = 0; a < Passo; ++a)
+        for (int b = 0; b < Passo; ++b) {
+          const bool comeSta = pr < ps || (pr == ps && a <= b);
+          q[r + a][s + b] = q[s + b][r + a] =
+              comeSta ? blocco[U(a) * passoRiga + U(b)] : blocco[U(b) * passoRiga + U(a)];
+        }
+    }
+  }
 }

@@ -54,6 +54,8 @@ class SistemaSparso {
   // Element of what the last of Fattorizza and Inverti has left; the two unknowns must meet in some
   // equation.
   double Elemento(int i, int j) const;
+  // Those of all pairs of unknowns of one equation row, by its slots; empty slots are left alone.
+  void Sottomatrice(const int* indici, double (*q)[kSlotRiga]) const;
 
  private:
   // Numbers of unknowns: of the front's own, and with those it touches.
@@ -69,6 +71,7 @@ class SistemaSparso {
                 const double* peso);
   void AggiungiFigli(std::size_t s);
   void RaccogliInversa(std::size_t s, std::size_t padre);
+  const double* Blocco(int primo, int secondo, std::size_t& passoRiga) const;
   void Raccogli(std::size_t s, const double* b);
   void Riponi(std::size_t s, double* b, bool ancheResto) const;
 

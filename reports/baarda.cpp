@@ -7,9 +7,10 @@
 
 #include "frame/costanti.h"
 #include "kzt5cmrg.h"
+#include "lsq/sparso.h"
 
 // Writes w for the rows 0 to equazioni - 1; 0 where the residual has no standard deviation. `inversa` is
-// Q by rows, or null for the inverse that the job holds.
+// Q by rows, or null for the sparse inverse that the job holds.
 int CalcCmpRigVelid1::Baarda(const double* peso, double** coeff, int** indici, double** inversa,
                              int equazioni, const double* residui, double* w,
                              double sigmaZero) const {
@@ -21,16 +22,16 @@ int CalcCmpRigVelid1::Baarda(const double* peso, double** coeff, int** indici, d
   return 0;
 }
 
-// a Q a^t of one row of six coefficients, over its slots in use. Every element of Q is looked up once.
+// a Q a^t of one row of six coefficients, over its slots in use; `inversa` as for Baarda.
 double CalcCmpRigVelid1::CofattoreOsservazione(const double* coeff, const int* indici,
                                                double** inversa) const {
   double Q[kSlot][kSlot];
-  for (int r = 0; r < kSlot; ++r)
-    for (int s = r; s < kSlot; ++s) {
-      if (indici[r] < 0 || indici[s] < 0) continue;
-      Q[r][s] = Q[s][r] =
-          inversa != nullptr ? inversa[indici[r]][indici[s]] : Cofattore(indici[r], indici[s]);
-    }
+  if (inversa == nullptr)
+    Sparso->Sottomatrice(indici, Q);
+  else
+    for (int r = 0; r < kSlot; ++r)
+      for (int s = 0; s < kSlot; ++s)
+        if (indici[r] >= 0 && indici[s] >= 0) Q[r][s] = inversa[indici[r]][indici[s]];
   double q = 0.0;
   for (int s = 0; s < kSlot; ++s) {
     if (indici[s] < 0) continue;
