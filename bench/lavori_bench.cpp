@@ -32,6 +32,7 @@ void Lavoro(benchmark::State& stato) {
 BENCHMARK(Lavoro)
     ->Arg(9)
     ->Arg(50)
+    ->Arg(100)
     ->Arg(200)
     ->Arg(500)
     ->Arg(1000)
