@@ -17,7 +17,7 @@ void openblas_set_num_threads(int n);
 
 namespace {
 
-constexpr int kOrdini[] = {16, 50, 100, 200, 500, 1000, 2000, 3000};
+constexpr int kOrdini[] = {16, 20, 24, 32, 50, 100, 200, 500, 1000, 2000, 3000};
 
 std::vector<double> MatriceDefinita(int n) {
   std::mt19937_64 motore(7);

@@ -3,7 +3,6 @@
 // its own.
 //   bench_tabella [COMPENSA CARTELLA]    with these, also the whole program on CARTELLA/rete.toml
 
-#include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>

@@ -1,6 +1,6 @@
-# The dense kernels, one file compiled once for every instruction set. Which of them runs is chosen when
-# the module is loaded. The target `nuclei` carries their objects, for the module and for what tests and
-# times them by themselves.
+# The dense kernels, one file compiled once for every instruction set. Which of them runs is chosen
+# when the module is loaded. The target `nuclei` carries their objects, for the module and for what
+# tests and times them by themselves.
 add_library(nuclei INTERFACE)
 
 function(kzt5cmrg_oggetti nome sorgente)

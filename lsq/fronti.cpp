@@ -59,7 +59,8 @@ std::vector<int> AlberoEliminazione(const Precedenti& p) {
   return padre;
 }
 
-// Places in an order where every subtree stands together and the child listed last is the largest.
+// Places in an order where every subtree stands together. The largest child stands last, next to
+// its parent, which it may be joined to.
 std::vector<int> Postordine(const std::vector<int>& padre) {
   const int n = static_cast<int>(padre.size());
   std::vector<int> peso(U(n), 1), figlio(U(n), kRadice), fratello(U(n), kRadice), ordine;
@@ -69,8 +70,8 @@ std::vector<int> Postordine(const std::vector<int>& padre) {
   std::iota(perPeso.begin(), perPeso.end(), 0);
   std::ranges::stable_sort(perPeso, {}, [&](int i) { return -peso[U(i)]; });
   std::vector<int> pila;
-  for (const int i :
-       perPeso) {  // heaviest first, so that the list of children begins with the lightest
+  // Heaviest first, so that the list of children begins with the lightest.
+  for (const int i : perPeso) {
     const int p = padre[U(i)];
     if (p == kRadice) continue;
     fratello[U(i)] = figlio[U(p)];
@@ -113,13 +114,14 @@ double Elementi(double larghezza, double altezza) {
   return larghezza * altezza - larghezza * (larghezza - 1.0) / 2.0;
 }
 
-// Last place of each front: columns that share their pattern, then the relaxed joins of a front
-// with the parent that follows it.
+// A front: its first place, its own columns, and the length of the first of them.
 struct Blocco {
   int Inizio, Larghezza, Altezza;
   double Zeri;
 };
 
+// Columns that share their pattern, then the relaxed joins of a front with the child just before
+// it.
 std::vector<Blocco> Blocchi(const std::vector<int>& padre, const std::vector<int>& conteggio) {
   const int n = static_cast<int>(padre.size());
   std::vector<Blocco> blocchi;
@@ -189,8 +191,7 @@ AlberoFronti Analizza(const Grafo& grafo) {
   for (std::size_t s = 0; s < a.Fronti.size(); ++s) {
     Fronte& f = a.Fronti[s];
     std::ranges::sort(f.Resto);
-    const auto doppi = std::ranges::unique(f.Resto);
-    f.Resto.erase(doppi.begin(), doppi.end());
+    f.Resto.erase(std::unique(f.Resto.begin(), f.Resto.end()), f.Resto.end());
     if (f.Resto.empty()) continue;
     f.Padre = a.FronteDaPosto[U(f.Resto.front())];
     Fronte& p = a.Fronti[U(f.Padre)];

@@ -9,7 +9,7 @@
 // This file is compiled once for every instruction set; KZT5CMRG_NUCLEI names the result. Nothing
 // here has external linkage but that. (Gustavson, Recursion leads to automatic variable blocking
 // for dense linear-algebra algorithms, IBM J. Res. Dev. 41, 1997; Goto and van de Geijn, Anatomy of
-// high- performance matrix multiplication, ACM TOMS 34, 2008.)
+// high-performance matrix multiplication, ACM TOMS 34, 2008.)
 
 #include "lsq/nuclei.h"
 

@@ -18,10 +18,11 @@ inline constexpr int kProfondita = 256;
 inline constexpr int kAltezzaPannello = 96;
 inline constexpr int kLarghezzaPannello = 1536;
 inline constexpr int kMattonellaMassima = 24;  // columns that a tile of any set may be padded to
-inline constexpr int kOrdineSemplice = 16;     // up to here the plain loops serve
+inline constexpr int kOrdineSemplice = 24;     // up to here the plain loops serve
 
-// The larger of the two parts in which a matrix is split, in whole cache lines.
-constexpr int Meta(int ordine) { return (ordine / 2 + 7) / 8 * 8; }
+// Rows of the first of the two parts in which a matrix is split, in whole cache lines. Internal
+// linkage: no instruction set may lend its copy to another.
+static constexpr int Meta(int ordine) { return (ordine / 2 + 7) / 8 * 8; }
 
 // Work memory as the kernels take it.
 struct SpazioNuclei {
@@ -48,7 +49,7 @@ struct Nuclei {
   const char* Nome;
   // Eliminates the front: U in the first `larghezza` rows, F_RR - U_JR^t U_JR in the rest. Returns
   // kEliminato, or the first row whose pivot is not greater than kPivotMinimo (also catches NaN):
-  // the rows before it stay factored, its diagonal holds the reduced pivot.
+  // the rows before it stay factored, its diagonal holds the reduced pivot, the rest is undefined.
   int (*Elimina)(double* const* righe, int larghezza, int ordine, const SpazioNuclei& spazio);
   // From U in the first `larghezza` rows and Q_RR in the rest, leaves Q in the first rows.
   void (*Inverti)(double* const* righe, int larghezza, int ordine, const SpazioNuclei& spazio);

@@ -10,11 +10,17 @@
 #include "lsq/ordinamento.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 
 namespace {
 
 constexpr int kNessuno = -1;
+
+// A node seen from far more places than there are nodes on a line across the network is set aside
+// and eliminated last: it would be met again at every step and could not be placed better.
+constexpr int kGradoAmmesso = 16;
+constexpr double kGradoPerRadice = 10.0;
 
 class QuozienteMinimo {
  public:
@@ -59,7 +65,7 @@ class QuozienteMinimo {
   std::vector<int> marca;                      // stamp of the last set a node was put in
   std::vector<int> marcaElemento, differenza;  // |L_e \ L_p| of the elements met this time
   std::vector<std::pair<std::size_t, int>> impronte;
-  std::vector<int> ordine;
+  std::vector<int> ordine, accantonati;
   int bollo = 0, bolloElemento = 0;
   int gradoMinimo = 0;
   int rimasti = 0;
@@ -74,12 +80,20 @@ QuozienteMinimo::QuozienteMinimo(const Grafo& grafo)
       differenza(nodi.size(), 0),
       rimasti(grafo.Nodi()) {
   ordine.reserve(nodi.size());
+  const int massimo =
+      std::max(kGradoAmmesso, static_cast<int>(kGradoPerRadice * std::sqrt(grafo.Nodi())));
   for (int i = 0; i < grafo.Nodi(); ++i) {
     const auto k = static_cast<std::size_t>(i);
     N(i).Vicini.assign(grafo.Vicini.begin() + grafo.Inizio[k],
                        grafo.Vicini.begin() + grafo.Inizio[k + 1]);
     N(i).Grado = static_cast<int>(N(i).Vicini.size());
-    Inserisci(i);
+    if (N(i).Grado > massimo) {
+      accantonati.push_back(i);
+      N(i).Peso = 0;
+      --rimasti;
+    } else {
+      Inserisci(i);
+    }
   }
 }
 
@@ -242,6 +256,7 @@ std::vector<int> QuozienteMinimo::Ordina() {
     }
     if (E(p).Nodi.empty()) E(p).Vivo = false;
   }
+  ordine.insert(ordine.end(), accantonati.begin(), accantonati.end());
   return ordine;
 }
 

@@ -121,7 +121,10 @@ void SistemaSparso::Inverti() {
     const int w = Larghezza(s);
     double* const* righe = PreparaFronte(s);
     std::copy_n(Valori.data() + Inizio[s], U(w) * U(ordine), Matrice.data());
-    if (w < ordine) {
+    if (w == ordine) {  // a root: nothing of the parts of the network before it is needed
+      Pila.Svuota();
+      inPila.clear();
+    } else {
       for (const auto padre = U(Fronti[s].Padre); inPila.back() != padre; inPila.pop_back())
         Pila.Togli();
       RaccogliInversa(s, inPila.back());
@@ -186,8 +189,8 @@ void SistemaSparso::Risolvi(double* b) {
 
 // --- elements
 
-// Where the elements of two nodes begin, the one eliminated first as rows; `passoRiga` gets the step
-// from one of its rows to the next.
+// Where the elements of two nodes begin, the one eliminated first as rows; `passoRiga` gets the
+// step from one of its rows to the next.
 const double* SistemaSparso::Blocco(int primo, int secondo, std::size_t& passoRiga) const {
   const auto s = U(FronteDaPosto[U(primo)]);
   const Fronte& f = Fronti[s];

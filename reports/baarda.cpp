@@ -9,8 +9,8 @@
 #include "kzt5cmrg.h"
 #include "lsq/sparso.h"
 
-// Writes w for the rows 0 to equazioni - 1; 0 where the residual has no standard deviation. `inversa` is
-// Q by rows, or null for the sparse inverse that the job holds.
+// Writes w for the rows 0 to equazioni - 1; 0 where the residual has no standard deviation.
+// `inversa` is Q by rows, or null for the sparse inverse that the job holds.
 int CalcCmpRigVelid1::Baarda(const double* peso, double** coeff, int** indici, double** inversa,
                              int equazioni, const double* residui, double* w,
                              double sigmaZero) const {
