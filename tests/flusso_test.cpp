@@ -84,6 +84,12 @@ const struct CasoFlusso {
      {"990.0500       103.0000   Comp.\n"}},
     {"no map point", [](R r) { Carta(r, kNo, 0); }, {"ZONA =    0.000000\n\n"}},
     {"meridian", [](R r) { Carta(r, 1500e3, 4640e3); }, {"0.999600\n", " -3\xB0 27'  8\"39\n"}},
+    {"on the equator", [](R r) { Carta(r, 1500e3, 0); }, {"ZONA =    0.000000\n\n"}},
+    {"mean of the scale", [](R r) {
+       Carta(r, 1500e3, 4640e3);
+       r.Punti[1].Est = 1600e3, r.Punti[1].Nord = 4640e3;
+       r.Punti[2].Est = 1700e3, r.Punti[2].Nord = 0, r.Punti[3].Est = 1700e3, r.Punti[3].Nord = kNo;
+     }, {"ZONA =    0.999662\n\n"}},
     {"no northing", [](R r) { Carta(r, 1700e3, kNo); }, {"000.0000             - 100.0000\n"}},
     {"no zone", [](R r) { Carta(r, 1150e3, 4640e3); }, {"  4640000.0000 100.0000\n"}, "\xB0 "},
     {"zone edge", [](R r) { Carta(r, 1849e3, 4640e3); }, {"   0\xB0 "}},

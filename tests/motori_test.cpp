@@ -6,6 +6,7 @@
 
 #include <cstring>
 #include <filesystem>
+#include <functional>
 
 #include "bench/rete_sintetica.h"
 #include "lsq/nuclei.h"
@@ -72,6 +73,7 @@ TEST(Motori, Nuclei) {
       for (int i = 0; i < n; ++i)
         ASSERT_EQ(std::memcmp(a.Righe[i], N.Righe[i], i * sizeof(double)), 0) << "lower, row " << i;
       if (!std::string(nuclei->Nome).starts_with("avx")) continue;
+      a.Dati.insert(a.Dati.end(), q.Dati.begin(), q.Dati.end());
       EXPECT_TRUE(conFma.empty() || a.Dati == conFma);
       conFma = a.Dati;
     }
@@ -134,6 +136,60 @@ TEST(Motori, ReteSparsa) {
   rete.Osservazioni = grande.Osservazioni;
   rete.Nomi.assign(grande.Nomi.begin(), grande.Nomi.end());
   Confronta(rete);
+}
+
+// Networks on which an engine can stumble. The report of the dense one tells where it ends.
+TEST(Motori, RetiDifficili) {
+  const std::string quadrato = LeggiFile(CARTELLA_PROVE "/reti/quadrato.net");
+  // C on the base A - B after one step, where both distances fix East alone.
+  const double alto = 300, lato = std::hypot(500, alto), misura = lato - alto * alto / lato;
+  const std::string sullaBase =
+      "OPZ 0.003 0.002 0.001 9 1 0\nDSOR 0 0.13 6378000\nPT A|0 0 0 1 2\nPT B|1000 0 0 1 2\n"
+      "PT C|500 300 0 0 2\nST 0 1.5 1 0 0\nOS 2 - 100 1.5 0 0\nST 1 1.5 1 0 0\nOS 2 - 100 1.5 0 0";
+  const struct {
+    const char* Nome;
+    std::function<void(ReteProva&)> Cambia;
+    std::vector<std::string> Contiene;
+    const char* Manca;
+  } casi[] = {
+      {"in two parts", [&](ReteProva& r) {
+         const ReteProva altra = LeggiRete(quadrato);
+         for (TCoorCr p : altra.Punti) p.Est += 7e4, r.Punti.push_back(p), r.Nomi.push_back("Z");
+         for (TStaCr s : altra.Stazioni) s.Punto += 4, r.Stazioni.push_back(s);
+         for (auto giro : altra.Osservazioni) {
+           for (TOssCr& o : giro) o.Punto += 4;
+           r.Osservazioni.push_back(giro);
+         }
+       }, {"Incognite       8\n", "Ridondanza        32\n", "RISUTATI"}, "*** ERRORE"},
+      {"nothing in plan reaches D", [](ReteProva& r) {  // but a reading that has no other beside it
+         for (auto& giro : r.Osservazioni)
+           std::erase_if(giro, [](const TOssCr& o) { return o.Punto == 3; });
+         r.Osservazioni[3].resize(1), r.Osservazioni[3][0].Distanza = kValoreMancante;
+       }, {"N.   1\n"}, "FINE"},
+      {"nothing in height reaches D", [](ReteProva& r) {  // but a zenith angle without distance
+         for (auto& giro : r.Osservazioni)
+           std::erase_if(giro, [](const TOssCr& o) { return o.Punto == 3; });
+         for (TOssCr& o : r.Osservazioni[3]) o.Distanza = kValoreMancante;
+       }, {"IMPOSSIBILE ESEGUIRE IL CALCOLO IN ALTIMETRIA"}, "QUOTE COMPENSATE"},
+      {"no redundancy", [](ReteProva& r) {
+         r.Punti[3].TipoPla = r.Punti[3].TipoAlt = kNonUsato;
+         r.Stazioni.resize(1), r.Osservazioni.resize(1), r.Osservazioni[0].resize(2);
+         r.Osservazioni[0][0].Distanza = kValoreMancante;
+       }, {"Sigma zero =  0.000 * 10-6"}, "ELLISSI"},
+      {"failure at the second step", [&](ReteProva& r) {
+         r = LeggiRete(sullaBase);
+         for (auto& giro : r.Osservazioni) giro[0].Distanza = misura;
+       }, {"N.   2\n"}, "FINE"}};
+  for (const auto& c : casi) {
+    SCOPED_TRACE(c.Nome);
+    ReteProva rete = LeggiRete(quadrato);
+    c.Cambia(rete);
+    Confronta(rete);
+    ProvaCalcolo job(rete, -1);
+    EXPECT_TRUE(job.Esegui());
+    for (const auto& testo : c.Contiene) EXPECT_TRUE(job.Contiene(testo)) << job.Rapporto.Testo;
+    EXPECT_FALSE(job.Contiene(c.Manca)) << job.Rapporto.Testo;
+  }
 }
 
 }  // namespace

@@ -82,9 +82,15 @@ struct ProvaCalcolo : VistaProva, CalcCmpRigVelid1 {
       : VistaProva{(rete.Collega(), rete.Punti), rete.Stazioni, {}},
         C(&rete.Opzioni, &VistaPunti, &VistaStazioni, &rete.DsOr, &Rapporto, ordineDenso) {}
   bool Contiene(const std::string& testo) const { return Rapporto.Testo.find(testo) + 1 != 0; }
+  // The whole number that follows a text of the report.
+  int Numero(const std::string& testo) const {
+    return std::stoi(Rapporto.Testo.substr(Rapporto.Testo.find(testo) + testo.size()));
+  }
 
   using C::TermineNoto, C::Soluzione, C::Residui, C::Peso, C::Normale, C::Coeff, C::Indici;
   using C::SigmaZero, C::RaggioMedio, C::Input, C::CaricaTesto, C::AzzeraEquazioni, C::Tchol;
   using C::Sols, C::Inver, C::CreaEquazAng, C::CreaEquazDis, C::Anomalia, C::ExCentro, C::Gauss;
   using C::Geogra, C::SubEllisse, C::Baarda, C::Cofattore, C::MaxEquaz;
+  using C::Angl2, C::CofattoreOsservazione, C::DistanzePresenti, C::ExZet, C::MinQua2;
+  using C::Statistica, C::StatoCalcolo;
 };

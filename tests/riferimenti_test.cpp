@@ -21,10 +21,7 @@ void Vicino(const json& atteso, const char* chiave, double trovato, double tolle
 void Confronta(ReteProva rete, const json& parte, const json& punti) {
   ProvaCalcolo job(rete);
   ASSERT_TRUE(job.Esegui());
-  const auto numero = [&job](const std::string& testo) {
-    return std::stoi(job.Rapporto.Testo.substr(job.Rapporto.Testo.find(testo) + testo.size()));
-  };
-  const int equazioni = numero("N. Osservazioni"), incognite = numero("N. Incognite   ");
+  const int equazioni = job.Numero("N. Osservazioni"), incognite = job.Numero("N. Incognite   ");
   int ridondanza = equazioni - incognite;
   EXPECT_EQ(ridondanza, parte.value("redundancy", parte.value("equations", 0) - incognite));
   // Observations between fixed points hold no unknown. Where the reference leaves them out, their
