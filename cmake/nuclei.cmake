@@ -23,7 +23,8 @@ endfunction()
 
 kzt5cmrg_oggetti(nuclei_scelta lsq/scelta_nuclei.cpp)
 kzt5cmrg_nuclei(Portabili)
-if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$")
+# MinGW does not align the stack for vectors wider than 16 bytes.
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$" AND NOT MINGW)
   kzt5cmrg_nuclei(Avx2 -mavx2 -mfma)
   kzt5cmrg_nuclei(Avx512 -mavx512f -mavx2 -mfma)
   target_compile_definitions(nuclei_scelta PRIVATE KZT5CMRG_NUCLEI_X86)
