@@ -125,9 +125,13 @@ int main(int argc, char** argv) {
   int puntiPrima = 0;
   for (const int n : kPunti) {
     const Misura m = InUnProcesso([n] { return Lavoro(n); });
-    std::printf("%8d %10.4f %11.4f %10.2f %11.0f\n", n, m.Tempo, m.Tempo / unita,
-                std::log(m.Tempo / prima.Tempo) / std::log(static_cast<double>(n) / puntiPrima),
-                m.Memoria);
+    std::printf("%8d %10.4f %11.4f ", n, m.Tempo, m.Tempo / unita);
+    if (puntiPrima == 0)
+      std::printf("%10s", "");
+    else
+      std::printf("%10.2f",
+                  std::log(m.Tempo / prima.Tempo) / std::log(static_cast<double>(n) / puntiPrima));
+    std::printf(" %11.0f\n", m.Memoria);
     std::fflush(stdout);
     prima = m;
     puntiPrima = n;
