@@ -49,15 +49,15 @@ void SistemaSparso::Assembla(std::size_t s, const double* const* coeff, const in
   double* const* righe = RigheMatrice.data();
   for (int v = InizioRighe[s]; v < InizioRighe[s + 1]; ++v) {
     const auto r = U(RigheDaFronte[U(v)]);
-    int dove[kSlotRiga];
-    for (int k = 0; k < kSlotRiga; ++k) {
+    int dove[kSlot];
+    for (int k = 0; k < kSlot; ++k) {
       const int c = indici[r][k];
       dove[k] = c < 0 ? c : Locale[U(Posizione[U(c / Passo)])] * Passo + c % Passo;
     }
-    for (int k = 0; k < kSlotRiga; ++k) {
+    for (int k = 0; k < kSlot; ++k) {
       if (dove[k] < 0) continue;
       const double ap = coeff[r][k] * peso[r];
-      for (int l = 0; l < kSlotRiga; ++l)
+      for (int l = 0; l < kSlot; ++l)
         if (dove[l] >= dove[k]) righe[dove[k]][dove[l]] += ap * coeff[r][l];
     }
   }
@@ -214,11 +214,11 @@ double SistemaSparso::Elemento(int i, int j) const {
   return blocco[U(i % Passo) * passoRiga + U(j % Passo)];
 }
 
-void SistemaSparso::Sottomatrice(const int* indici, double (*q)[kSlotRiga]) const {
-  for (int r = 0; r < kSlotRiga; r += Passo) {
+void SistemaSparso::Sottomatrice(const int* indici, double (*q)[kSlot]) const {
+  for (int r = 0; r < kSlot; r += Passo) {
     if (indici[r] < 0) continue;
     const int pr = Posizione[U(indici[r] / Passo)];
-    for (int s = r; s < kSlotRiga; s += Passo) {
+    for (int s = r; s < kSlot; s += Passo) {
       if (indici[s] < 0) continue;
       const int ps = Posizione[U(indici[s] / Passo)];
       std::size_t passoRiga = 0;

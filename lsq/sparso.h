@@ -5,10 +5,9 @@
 #include <cstddef>
 #include <vector>
 
+#include "frame/costanti.h"
 #include "lsq/fronti.h"
 #include "lsq/nuclei.h"
-
-inline constexpr int kSlotRiga = 6;  // coefficients of an equation row
 
 // Upper triangles that wait for another front, the last one put first. It grows to what one pass
 // needs.
@@ -55,7 +54,7 @@ class SistemaSparso {
   // equation.
   double Elemento(int i, int j) const;
   // Those of all pairs of unknowns of one equation row, by its slots; empty slots are left alone.
-  void Sottomatrice(const int* indici, double (*q)[kSlotRiga]) const;
+  void Sottomatrice(const int* indici, double (*q)[kSlot]) const;
 
  private:
   // Numbers of unknowns: of the front's own, and with those it touches.

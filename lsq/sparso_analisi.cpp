@@ -13,7 +13,7 @@ constexpr std::size_t U(int i) { return static_cast<std::size_t>(i); }
 // Whether the unknowns stand in every row as pairs (2k, 2k + 1) in slots (2s, 2s + 1).
 bool APaia(int equazioni, const int* const* indici) {
   for (int r = 0; r < equazioni; ++r)
-    for (int s = 0; s < kSlotRiga; s += 2) {
+    for (int s = 0; s < kSlot; s += 2) {
       const int a = indici[r][s];
       const int b = indici[r][s + 1];
       if (a < 0 ? b >= 0 : a % 2 != 0 || b != a + 1) return false;
@@ -23,11 +23,11 @@ bool APaia(int equazioni, const int* const* indici) {
 
 // The different nodes of a row.
 struct NodiRiga {
-  std::array<int, kSlotRiga> Nodi{};
+  std::array<int, kSlot> Nodi{};
   int Quanti = 0;
 
   NodiRiga(const int* indici, int passo) {
-    for (int s = 0; s < kSlotRiga; s += passo) {
+    for (int s = 0; s < kSlot; s += passo) {
       if (indici[s] < 0) continue;
       const int nodo = indici[s] / passo;
       if (std::find(begin(), end(), nodo) == end()) Nodi[U(Quanti++)] = nodo;
