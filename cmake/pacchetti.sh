@@ -3,7 +3,8 @@
 # shellcheck shell=sh disable=SC2034,SC2086
 
 # To build and run compensa.
-PACCHETTI_PROGRAMMA="g++ cmake ninja-build libcli11-dev libtomlplusplus-dev nlohmann-json3-dev"
+PACCHETTI_PROGRAMMA="g++ cmake ninja-build libcli11-dev libtomlplusplus-dev nlohmann-json3-dev
+  libpugixml-dev libsqlite3-dev"
 # Besides, to test: the test framework, LAPACK as an independent computation, what a foreign host
 # uses to find the module, the static checks, and the definition of the Italian locale.
 PACCHETTI_PROVE="libgtest-dev liblapacke-dev pkg-config clang-tidy locales"

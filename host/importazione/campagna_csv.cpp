@@ -1,0 +1,14 @@
+// libretto di campagna in CSV
+
+#include "host/importazione/lettore.h"
+
+namespace {
+
+bool Riconosce(std::string_view /*testo*/) { return false; }
+
+void Leggi(std::string_view /*testo*/, std::string_view /*file*/, const OpzioniLettura& /*opzioni*/,
+           Libretto& /*libretto*/, Diagnostica& /*diagnostica*/) {}
+
+}  // namespace
+
+const Lettore kLettoreCampagna = {"csv", "libretto di campagna in CSV", Riconosce, Leggi};

@@ -1,0 +1,28 @@
+// The table of the readers.
+
+#include <algorithm>
+#include <array>
+
+#include "host/importazione/lettore.h"
+
+namespace {
+
+constexpr std::array<const Lettore*, 5> kLettori = {
+    &kLettoreGkf, &kLettoreSdr, &kLettoreGsi, &kLettoreCatasto, &kLettoreCampagna};
+
+}  // namespace
+
+std::span<const Lettore* const> Lettori() { return kLettori; }
+
+const Lettore* RiconosciFormato(std::string_view testo) {
+  const auto* trovato = std::find_if(kLettori.begin(), kLettori.end(), [&](const Lettore* lettore) {
+    return lettore->Riconosce(testo);
+  });
+  return trovato == kLettori.end() ? nullptr : *trovato;
+}
+
+const Lettore* LettoreDiNome(std::string_view nome) {
+  const auto* trovato = std::find_if(kLettori.begin(), kLettori.end(),
+                                     [&](const Lettore* lettore) { return lettore->Nome == nome; });
+  return trovato == kLettori.end() ? nullptr : *trovato;
+}

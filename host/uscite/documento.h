@@ -1,0 +1,19 @@
+#pragma once
+
+// What every output is built from: the result model of a run with the report, the messages and the
+// provenance that go with it. An output adds nothing of its own: it only shows.
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/risultati.h"
+
+struct Documento {
+  const Risultati& Esiti;
+  std::string_view Rapporto;         // text report, UTF-8, lines ended by '\n'
+  std::vector<std::string> Messaggi; // warnings of this run, UTF-8, one line each
+  std::vector<std::string> Note;     // how coordinates that the file lacks were obtained, likewise
+  std::string DataOra;               // of the run, gg/mm/aaaa hh:mm
+  std::string Impronta;              // SHA-256 of the network file, hexadecimal
+};

@@ -1,0 +1,11 @@
+#pragma once
+
+// The result as a GeoPackage with the layers punti, visuali and ellissi.
+
+#include <functional>
+#include <string_view>
+
+#include "host/uscite/documento.h"
+
+// Passes the bytes of the file on in pieces.
+void ScriviGeoPackage(const Documento& documento, const std::function<void(std::string_view)>& scrivi);

@@ -1,0 +1,11 @@
+#pragma once
+
+// The result as one self-contained HTML page, UTF-8.
+
+#include <functional>
+#include <string_view>
+
+#include "host/uscite/documento.h"
+
+// Passes the bytes of the file on in pieces.
+void ScriviHtml(const Documento& documento, const std::function<void(std::string_view)>& scrivi);
