@@ -6,8 +6,10 @@
 PACCHETTI_PROGRAMMA="g++ cmake ninja-build libcli11-dev libtomlplusplus-dev nlohmann-json3-dev
   libpugixml-dev libsqlite3-dev"
 # Besides, to test: the test framework, LAPACK as an independent computation, what a foreign host
-# uses to find the module, the static checks, and the definition of the Italian locale.
-PACCHETTI_PROVE="libgtest-dev liblapacke-dev pkg-config clang-tidy locales"
+# uses to find the module, the static checks, the definition of the Italian locale, a browser, a
+# reader of drawings and geographic layers, and the compiler that fuzzes.
+PACCHETTI_PROVE="libgtest-dev liblapacke-dev pkg-config clang-tidy locales chromium poppler-utils
+  gdal-bin clang libclang-rt-14-dev man-db"
 # Besides, to measure: the benchmark framework, and what the kernels are compared with.
 PACCHETTI_MISURE="libbenchmark-dev libopenblas-dev"
 

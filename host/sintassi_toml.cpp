@@ -93,7 +93,8 @@ class Scansione {
         const std::size_t fine = FineVirgolette(i);
         const bool ascii = std::all_of(Testo.begin() + static_cast<std::ptrdiff_t>(i),
                                        Testo.begin() + static_cast<std::ptrdiff_t>(fine), Ascii);
-        if (!ascii && kPrimaDiUnTesto.find(Ultimo) == std::string_view::npos) {
+        if (!ascii && (kPrimaDiUnTesto.find(Ultimo) == std::string_view::npos ||
+                       (Ultimo == '.' && !InChiave()))) {
           return Qui(i, "virgolette in un punto inatteso");
         }
         Ultimo = c;
@@ -104,6 +105,11 @@ class Scansione {
         return Qui(i, "carattere di controllo fuori dalle virgolette");
       } else if (!Chiude(c)) {
         return Qui(i, std::string("parentesi ") + c + " che non ne chiude nessuna");
+      } else if ((c == '[' || c == '{') &&
+                 kPrimaDiUnaParentesi.find(Ultimo) == std::string_view::npos) {
+        return Qui(i, std::string("parentesi ") + c + " in un punto inatteso");
+      } else if (c == '=' && NelValore) {
+        return Qui(i, "segno = di troppo");
       } else if (!Conta(c)) {
         return Qui(i, "chiave con troppe parti");
       } else {
@@ -117,6 +123,11 @@ class Scansione {
   static constexpr std::string_view kPrimaDiUnTesto = "\n=[{,.";
   static constexpr std::string_view kSpazi = " \t\r\n";
   static constexpr std::string_view kFineChiave = "\n=[]{},";
+  static constexpr std::string_view kPrimaDiUnaParentesi = "\n=[{,";
+  static constexpr std::string_view kPrimaDiUnaChiave = "\n{,";
+
+  // Whether a dot here joins the parts of a key.
+  bool InChiave() const { return !NelValore && (Aperte.empty() || Aperte.back() == '{'); }
 
   // False when a closing bracket has no opening one of its kind before it.
   bool Chiude(char c) {
@@ -135,6 +146,8 @@ class Scansione {
     } else if (c == '.' && Ultimo != '.') {
       ++Punti;
     }
+    if (c == '=') NelValore = true;
+    if (kPrimaDiUnaChiave.find(c) != std::string_view::npos) NelValore = false;
     Ultimo = c;
     return Punti < kPartiMassime;
   }
@@ -170,9 +183,10 @@ class Scansione {
 
   std::string_view Testo;
   std::string_view File;
-  char Ultimo = '\n';  // last character that is no blank
-  int Punti = 0;       // of the dotted key, so far
-  std::string Aperte;  // brackets that wait for their closing one
+  char Ultimo = '\n';      // last character that is no blank
+  int Punti = 0;           // of the dotted key, so far
+  bool NelValore = false;  // after the = of a key
+  std::string Aperte;      // brackets that wait for their closing one
 };
 
 }  // namespace

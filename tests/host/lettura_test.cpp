@@ -145,6 +145,9 @@ constexpr CasoGuasto kGuastiToml[] = {
     {"tipo = 1 }", "tipo = 2 }", "20:89", "0, 1, 3, 6, 7, 10, 20, 30"},
     {"\"fuori_centro\"", "\"fuori centro\"", "28:85", "forse \"fuori_centro\"?"},
     {"punto = \"12\"", "punto = \"A\"", "19:3", "il punto osservato è la stazione stessa"},
+    {"nome = 12", "nome = 1o='\u00D5'", "4:14", "segno = di troppo"},
+    {"nome = 12", "nome = 1[['\u00D5'", "4:13", "parentesi [ in un punto inatteso"},
+    {"nome = 12", "nome = [\n1.'\u00D5'", "5:3", "virgolette in un punto inatteso"},
     {"epsg", "città", "10:5", "carattere \"à\" (U+00E0) fuori dalle virgolette"},
     {"\"Rete di città\"", "[[}]]", "9:10", "parentesi } che non ne chiude nessuna"},
 };
