@@ -3,6 +3,7 @@
 #include "rete_prova.h"
 
 #include <charconv>
+#include <climits>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
@@ -51,17 +52,21 @@ ReteProva LeggiRete(const std::string& testo) {
       if (p == "-") continue;
       if (std::from_chars(inizio, fine, n.back()).ptr != fine) throw std::invalid_argument(p);
     }
-    const auto intero = [&n](int k) { return static_cast<int>(n.at(k)); };
-    const auto byte = [&n](int k) { return static_cast<unsigned char>(n.at(k)); };
-    if (tipo == "OPZ") rete.Opzioni = {n.at(0), n[1], n[2], intero(3), intero(4), byte(5)};
+    const auto intero = [&n](int k) {
+      const double v = n.at(k);
+      return v >= INT_MIN && v <= INT_MAX ? static_cast<int>(v) : throw std::invalid_argument("int");
+    };
+    const auto byte = [&intero](int k) { return static_cast<unsigned char>(intero(k)); };
+    if (tipo == "OPZ") rete.Opzioni = {n.at(0), n.at(1), n.at(2), intero(3), intero(4), byte(5)};
     if (tipo == "DSOR") rete.DsOr = {byte(0), n.at(1), n.at(2)};
     if (tipo == "PT") rete.Nomi.push_back(nome);
     const int ruolo = tipo == "PT" ? intero(4) : 0;
-    if (tipo == "PT") rete.Punti.push_back({{}, n[0], n[1], n[2], 0, intero(3), ruolo, 0, 0, 0});
+    if (tipo == "PT") rete.Punti.push_back({{}, n.at(0), n.at(1), n.at(2), 0, intero(3), ruolo, 0, 0, 0});
     if (tipo == "ST") rete.Osservazioni.emplace_back();
-    if (tipo == "ST") rete.Stazioni.push_back({{}, intero(0), n[1], intero(2), n[3], n.at(4), {}});
-    if (tipo != "OS") continue;
-    rete.Osservazioni.back().push_back({{}, intero(0), n[1], n[2], n[3], n[4], intero(5)});
+    if (tipo == "ST") rete.Stazioni.push_back({{}, intero(0), n.at(1), intero(2), n.at(3), n.at(4), {}});
+    if (tipo != "OS" || rete.Osservazioni.empty()) continue;
+    const int tipoDist = intero(5);
+    rete.Osservazioni.back().push_back({{}, intero(0), n[1], n[2], n[3], n[4], tipoDist});
   }
   rete.Collega();
   return rete;
