@@ -5,11 +5,11 @@
 # To build and run compensa.
 PACCHETTI_PROGRAMMA="g++ cmake ninja-build libcli11-dev libtomlplusplus-dev nlohmann-json3-dev
   libpugixml-dev libsqlite3-dev"
-# Besides, to test: the test framework, LAPACK as an independent computation, what a foreign host
+# Besides, to test: the test framework, LAPACK and PROJ as independent computations, what a foreign host
 # uses to find the module, the static checks, the definition of the Italian locale, a browser, a
 # reader of drawings and geographic layers, and the compiler that fuzzes.
-PACCHETTI_PROVE="libgtest-dev liblapacke-dev pkg-config clang-tidy locales chromium poppler-utils
-  gdal-bin clang libclang-rt-14-dev man-db"
+PACCHETTI_PROVE="libgtest-dev liblapacke-dev libproj-dev pkg-config clang-tidy locales chromium
+  poppler-utils gdal-bin clang libclang-rt-14-dev man-db"
 # Besides, to measure: the benchmark framework, and what the kernels are compared with.
 PACCHETTI_MISURE="libbenchmark-dev libopenblas-dev"
 
