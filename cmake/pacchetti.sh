@@ -9,7 +9,7 @@ PACCHETTI_PROGRAMMA="g++ cmake ninja-build libcli11-dev libtomlplusplus-dev nloh
 # uses to find the module, the static checks, the definition of the Italian locale, a browser, a
 # reader of drawings and geographic layers, and the compiler that fuzzes.
 PACCHETTI_PROVE="libgtest-dev liblapacke-dev libproj-dev pkg-config clang-tidy locales chromium
-  poppler-utils gdal-bin clang libclang-rt-14-dev man-db"
+  poppler-utils gdal-bin clang libclang-rt-14-dev man-db abigail-tools"
 # Besides, to measure: the benchmark framework, and what the kernels are compared with.
 PACCHETTI_MISURE="libbenchmark-dev libopenblas-dev"
 

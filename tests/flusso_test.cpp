@@ -3,6 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <bit>
+#include <cstddef>
+
 #include "rete_prova.h"
 
 namespace {
@@ -122,6 +126,22 @@ TEST(Flusso, Catalogo) {
       somma = (somma ^ static_cast<unsigned char>(c)) * 0x100000001b3;
   EXPECT_EQ(somma, 0x7ab11d6c65ef936b);
   EXPECT_EQ(ProvaCalcolo::CaricaTesto(12459) + ProvaCalcolo::CaricaTesto(12549), "");
+}
+
+// Writers of hosts were built with these places in the table of virtual functions: the second word
+// of a pointer to member is the adjustment, the first the offset plus one.
+TEST(Flusso, PostiDelloScrittore) {
+  using W = CFileOutTmp;
+  const auto posto = [](auto metodo) {
+    static_assert(sizeof metodo == 2 * sizeof(std::ptrdiff_t));
+    return (std::bit_cast<std::array<std::ptrdiff_t, 2>>(metodo)[0] - 1) / 8;
+  };
+  EXPECT_EQ(posto(&W::ScriviStringa), 2);  // after the two destructors
+  EXPECT_EQ(posto(&W::ScriviStringaLn), 3);
+  EXPECT_EQ(posto(&W::ScriviNumero), 4);
+  EXPECT_EQ(posto(&W::ScriviNumeroLn), 5);
+  EXPECT_EQ(posto(&W::ScriviSpazi), 6);
+  EXPECT_EQ(posto(&W::SaltaRiga), 7);
 }
 
 }  // namespace
