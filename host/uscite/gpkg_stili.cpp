@@ -69,7 +69,7 @@ std::string Componi(std::string_view modello, std::initializer_list<Valore> valo
 }
 
 std::string Componi(std::string_view modello, const Strato& strato, const Classe& c,
-                    std::string_view indice) {
+                    std::string_view indice = {}) {
   return Componi(modello, {{"colonna", strato.Colonna},
                            {"valore", c.Valore},
                            {"etichetta", c.Etichetta},
@@ -147,9 +147,6 @@ std::string Qml(const Strato& strato) {
                   {"scritte", scritte}});
 }
 
-// Sizes of this language are pixels of 0.28 mm.
-std::string Pixel(std::string_view millimetri);
-
 std::string_view SimboloSld(Genere genere) {
   switch (genere) {
     case Genere::Marcatore:
@@ -166,4 +163,39 @@ std::string_view SimboloSld(Genere genere) {
   }
   return {};
 }
+
+std::string Sld(const Strato& strato) {
+  std::string regole;
+  for (const Classe& c : strato.Classi) {
+    const bool tratti = strato.Segno != Genere::Marcatore && !c.SegnoSld.empty();
+    const std::string tratteggio =
+        tratti ? Componi("<CssParameter name=\"stroke-dasharray\">{sld}</CssParameter>\n", strato, c)
+               : "";
+    const std::string simbolo = Componi(SimboloSld(strato.Segno), {{"sld", c.SegnoSld},
+                                                                   {"colore", c.Colore},
+                                                                   {"tratti", tratteggio}});
+    regole += Componi(R"(<Rule><Name>{etichetta}</Name><ogc:Filter><ogc:PropertyIsEqualTo>
+<ogc:PropertyName>{colonna}</ogc:PropertyName><ogc:Literal>{valore}</ogc:Literal>
+</ogc:PropertyIsEqualTo></ogc:Filter>
+)",
+                      strato, c) +
+              simbolo + "</Rule>\n";
+  }
+  return Componi(R"(<?xml version="1.0" encoding="UTF-8"?>
+<StyledLayerDescriptor version="1.0.0" xmlns="http://www.opengis.net/sld" )"
+                 R"(xmlns:ogc="http://www.opengis.net/ogc">
+<NamedLayer><Name>{tabella}</Name><UserStyle><FeatureTypeStyle>
+{regole}</FeatureTypeStyle></UserStyle></NamedLayer>
+</StyledLayerDescriptor>
+)",
+                 {{"tabella", strato.Tabella}, {"regole", regole}});
+}
+
 }  // namespace
+
+std::array<StileStrato, 3> StiliStrati() {
+  std::array<StileStrato, 3> stili;
+  for (std::size_t i = 0; i < stili.size(); ++i)
+    stili[i] = {kStrati[i].Tabella, Qml(kStrati[i]), Sld(kStrati[i])};
+  return stili;
+}
