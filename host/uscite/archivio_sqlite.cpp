@@ -12,8 +12,8 @@ namespace {
 
 [[noreturn]] void Fallisci(sqlite3* archivio, int esito) {
   if (esito == SQLITE_NOMEM) throw std::bad_alloc();
-  throw std::runtime_error(std::string("SQLite: ") +
-                           (archivio != nullptr ? sqlite3_errmsg(archivio) : sqlite3_errstr(esito)));
+  throw std::runtime_error(std::string("SQLite: ") + (archivio != nullptr ? sqlite3_errmsg(archivio)
+                                                                          : sqlite3_errstr(esito)));
 }
 
 }  // namespace
@@ -26,9 +26,9 @@ void Istruzione::Termina::operator()(sqlite3_stmt* istruzione) const {
 
 ArchivioSqlite::ArchivioSqlite() {
   sqlite3* archivio = nullptr;
-  const int esito = sqlite3_open_v2(
-      ":memory:", &archivio, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX,
-      nullptr);
+  const int esito =
+      sqlite3_open_v2(":memory:", &archivio,
+                      SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX, nullptr);
   Maniglia.reset(archivio);  // to be closed also when it could not be opened
   if (esito != SQLITE_OK) Fallisci(archivio, esito);
 }
@@ -52,8 +52,8 @@ void ArchivioSqlite::Versa(const std::function<void(std::string_view)>& scrivi) 
 Istruzione::Istruzione(ArchivioSqlite& archivio, const std::string& sql)
     : Archivio(archivio.Maniglia.get()) {
   sqlite3_stmt* istruzione = nullptr;
-  Controlla(sqlite3_prepare_v2(Archivio, sql.data(), static_cast<int>(sql.size()), &istruzione,
-                               nullptr));
+  Controlla(
+      sqlite3_prepare_v2(Archivio, sql.data(), static_cast<int>(sql.size()), &istruzione, nullptr));
   Maniglia.reset(istruzione);
 }
 
@@ -80,8 +80,8 @@ Istruzione& Istruzione::Testo(std::string_view valore) {
 }
 
 Istruzione& Istruzione::Blob(std::string_view byte) {
-  Controlla(sqlite3_bind_blob64(Maniglia.get(), ++Posto, byte.data(), byte.size(),
-                                SQLITE_TRANSIENT));
+  Controlla(
+      sqlite3_bind_blob64(Maniglia.get(), ++Posto, byte.data(), byte.size(), SQLITE_TRANSIENT));
   return *this;
 }
 

@@ -37,6 +37,7 @@ class Istruzione {
   // A number that does not exist becomes NULL.
   Istruzione& Numero(double valore);
   Istruzione& Intero(std::int64_t valore);
+  Istruzione& Logico(bool valore) { return Intero(valore ? 1 : 0); }
   Istruzione& Testo(std::string_view valore);
   Istruzione& Blob(std::string_view byte);
   Istruzione& Nullo();

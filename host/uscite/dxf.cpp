@@ -60,12 +60,13 @@ constexpr std::array<Strato, 11> kStrati{{{"0", kNero},
 
 // Sizes relative to the larger side of the drawing and to the height of the texts.
 constexpr double kTestoSuLato = 0.012;
-constexpr double kTestoSuPasso = 0.25;      // over the mean distance of neighbouring points
-constexpr double kTestoSenzaLato = 1.0;     // of a drawing without extent [m]
+constexpr double kTestoSuPasso = 0.25;   // over the mean distance of neighbouring points
+constexpr double kTestoSenzaLato = 1.0;  // of a drawing without extent [m]
 constexpr double kNoteSuLato = 0.015;
 constexpr double kQuotaSuTesto = 0.7;
-constexpr double kScostamento = 0.6;        // of a text from its point, over its height
+constexpr double kScostamento = 0.6;  // of a text from its point, over its height
 constexpr double kInterlinea = 1.8;
+constexpr double kSottoNote = 0.5;           // lines free below the last
 constexpr double kLarghezzaCarattere = 0.9;  // upper bound, over the height
 constexpr double kPuntoSuTesto = 0.6;
 constexpr double kSegno = 1.0, kVuoto = 0.6;  // of a dashed line, over the height of the texts
@@ -78,12 +79,8 @@ std::string TestoDxf(std::string_view utf8) {
     char32_t Codice;
     std::string_view Testo;
   };
-  constexpr std::array<Sostituto, 6> kSostituti{{{U'σ', "sigma"},
-                                                 {U'₀', "0"},
-                                                 {U'−', "-"},
-                                                 {U'χ', "chi"},
-                                                 {U'≤', "<="},
-                                                 {U'≥', ">="}}};
+  constexpr std::array<Sostituto, 6> kSostituti{
+      {{U'σ', "sigma"}, {U'₀', "0"}, {U'−', "-"}, {U'χ', "chi"}, {U'≤', "<="}, {U'≥', ">="}}};
   std::string testo;
   while (!utf8.empty()) {
     const Carattere c = PrimoCarattere(utf8);
@@ -106,7 +103,7 @@ std::string TestoDxf(std::string_view utf8) {
 }
 
 struct Misure {
-  Riquadro Area;                  // with ellipses, names and notes
+  Riquadro Area;  // with ellipses, names and notes
   double QuotaMin = 0.0, QuotaMax = 0.0;
   double Testo = kTestoSenzaLato;  // height of the names [m]
   double TestoNote = kTestoSenzaLato;
@@ -146,6 +143,14 @@ class Disegno {
   std::string Blocco;
 };
 
+// The letters of a drawing have different widths: blanks that line columns up go.
+std::string SenzaColonne(const std::string& riga) {
+  std::string testo;
+  for (const char c : riga)
+    if (c != ' ' || !testo.ends_with(' ')) testo += c;
+  return testo;
+}
+
 std::vector<std::string> TestiNote(const Documento& d, double esagerazione) {
   const Risultati& r = d.Esiti;
   const SistemaRiferimento sistema = RiconosciSistema(r);
@@ -153,14 +158,15 @@ std::vector<std::string> TestiNote(const Documento& d, double esagerazione) {
   if (!r.DatiProgetto.Nome.empty()) righe.push_back(r.DatiProgetto.Nome);
   righe.push_back(std::string(kNomeProgramma) + " " + std::string(kVersioneProgramma) + ", " +
                   d.DataOra + ", " + r.File);
-  for (const std::string& riga : RigheSommario(r)) righe.push_back(riga);
-  const std::string codice =
-      sistema.Codice > 0 ? "EPSG:" + std::to_string(sistema.Codice) + " " : std::string();
+  for (const std::string& riga : RigheSommario(r)) righe.push_back(SenzaColonne(riga));
   righe.push_back("Coordinate: Est (x), Nord (y), quota (z; 0 dove manca) in metri");
-  righe.push_back("Sistema: " + codice + sistema.Nome + "; " + sistema.Nota);
+  righe.push_back("Sistema di riferimento: " + (sistema.Codice > 0
+                                                    ? "EPSG:" + std::to_string(sistema.Codice) +
+                                                          " " + sistema.Nome + "; " + sistema.Nota
+                                                    : sistema.Nota));
   if (std::any_of(r.Punti.begin(), r.Punti.end(), ConEllisse))
     righe.push_back("Ellissi d'errore standard (1 sigma, a posteriori), esagerazione " +
-                    NumeroBreve(esagerazione) + " : 1");
+                    TestoEsagerazione(esagerazione) + " : 1");
   righe.push_back("Visuali sospette: residuo normalizzato w > 3.29; tratteggiate: senza distanza");
   return righe;
 }
@@ -353,7 +359,7 @@ void Disegno::Ellisse(const RisultatoPunto& p) {
 
 void Disegno::Note() {
   const double passo = kInterlinea * M.TestoNote;
-  double nord = M.Area.NordMin + static_cast<double>(RigheNote.size()) * passo;
+  double nord = M.Area.NordMin + (static_cast<double>(RigheNote.size()) + kSottoNote) * passo;
   for (const std::string& riga : RigheNote)
     Testo(kNote, M.Area.EstMin, nord -= passo, M.TestoNote, riga);
 }

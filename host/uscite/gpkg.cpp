@@ -91,8 +91,8 @@ std::string DataIso(std::string_view data) {
 
 // A row of an insertion with as many values as asked for.
 std::string Inserimento(std::string_view tabella, std::string_view colonne) {
-  std::string sql = "INSERT INTO " + std::string(tabella) + " (" + std::string(colonne) +
-                    ") VALUES (?";
+  std::string sql =
+      "INSERT INTO " + std::string(tabella) + " (" + std::string(colonne) + ") VALUES (?";
   for (const char c : colonne)
     if (c == ',') sql += ",?";
   return sql += ")";
@@ -158,10 +158,10 @@ Pacchetto::Pacchetto(const Documento& documento)
 // Three systems stand in every package.
 void Pacchetto::Sistemi() {
   constexpr std::string_view kNonDefinito = "undefined";
-  Istruzione riga(Archivio,
-                  Inserimento("gpkg_spatial_ref_sys", "srs_name, srs_id, organization, "
-                                                      "organization_coordsys_id, definition, "
-                                                      "description"));
+  Istruzione riga(Archivio, Inserimento("gpkg_spatial_ref_sys",
+                                        "srs_name, srs_id, organization, "
+                                        "organization_coordsys_id, definition, "
+                                        "description"));
   const auto aggiungi = [&](std::string_view nome, int codice, std::string_view ente,
                             std::string_view definizione, std::string_view descrizione) {
     riga.Testo(nome).Intero(codice).Testo(ente).Intero(codice).Testo(definizione);
@@ -196,23 +196,26 @@ void Pacchetto::Contenuti() {
                                    "table_name, column_name, geometry_type_name, srs_id, z, m"));
   double asse = 0.0;  // of the largest ellipse as drawn, which the extent makes room for
   for (const RisultatoPunto& p : R.Punti)
-    if (ConEllisse(p)) asse = std::max(asse, p.EllAsseMag * std::fmax(Fattore95, 1.0) * Esagerazione);
+    if (ConEllisse(p))
+      asse = std::max(asse, p.EllAsseMag * std::fmax(Fattore95, 1.0) * Esagerazione);
   const Riquadro q = RiquadroPunti(R);
   const auto strato = [&](std::string_view nome, std::string_view descrizione,
-                          std::string_view genere, int z, double margine) {
+                          std::string_view genere, int z, double margine, bool vuoto) {
     contenuto.Testo(nome).Testo("features").Testo(nome).Testo(descrizione).Testo(Data);
-    if (posti == 0)
+    if (vuoto)
       contenuto.Nullo().Nullo().Nullo().Nullo();
     else
-      contenuto.Numero(q.EstMin - margine).Numero(q.NordMin - margine)
-          .Numero(q.EstMax + margine).Numero(q.NordMax + margine);
+      contenuto.Numero(q.EstMin - margine)
+          .Numero(q.NordMin - margine)
+          .Numero(q.EstMax + margine)
+          .Numero(q.NordMax + margine);
     contenuto.Intero(Srs).Inserisci();
     geometria.Testo(nome).Testo("geom").Testo(genere).Intero(Srs).Intero(z).Intero(0).Inserisci();
   };
   const int z = quote == 0 ? 0 : quote == posti ? 1 : 2;
-  strato("punti", "Punti della rete con la loro precisione", "POINT", z, 0.0);
-  strato("visuali", "Visuali, una per coppia di punti", "LINESTRING", 0, 0.0);
-  strato("ellissi", "Ellissi d'errore esagerate", "POLYGON", 0, asse);
+  strato("punti", "Punti della rete con la loro precisione", "POINT", z, 0.0, posti == 0);
+  strato("visuali", "Visuali, una per coppia di punti", "LINESTRING", 0, 0.0, posti == 0);
+  strato("ellissi", "Ellissi d'errore esagerate", "POLYGON", 0, asse, asse == 0.0);
   const auto tabella = [&](std::string_view nome, std::string_view descrizione) {
     contenuto.Testo(nome).Testo("attributes").Testo(nome).Testo(descrizione).Testo(Data);
     contenuto.Nullo().Nullo().Nullo().Nullo().Nullo().Inserisci();
@@ -222,10 +225,10 @@ void Pacchetto::Contenuti() {
 }
 
 void Pacchetto::Punti() {
-  Istruzione riga(Archivio,
-                  Inserimento("punti", "geom, nome, ruolo, planimetria, altimetria, est, nord, "
-                                       "quota, sqm_e_mm, sqm_n_mm, sqm_q_mm, a_mm, b_mm, az_gon, "
-                                       "az_deg, corr_e_mm, corr_n_mm, corr_q_mm"));
+  Istruzione riga(Archivio, Inserimento("punti",
+                                        "geom, nome, ruolo, planimetria, altimetria, est, nord, "
+                                        "quota, sqm_e_mm, sqm_n_mm, sqm_q_mm, a_mm, b_mm, az_gon, "
+                                        "az_deg, corr_e_mm, corr_n_mm, corr_q_mm"));
   const auto correzione = [](int ruolo, double finale, double iniziale) {
     return ruolo == kCompensato ? (finale - iniziale) * kMilli : kAssente;
   };
@@ -249,9 +252,9 @@ void Pacchetto::Punti() {
 }
 
 void Pacchetto::Visuali() {
-  Istruzione riga(Archivio,
-                  Inserimento("visuali", "geom, da, a, tipo, classe, andata, ritorno, direzione, "
-                                         "distanza, zenit, equazioni, w_max, r_min"));
+  Istruzione riga(Archivio, Inserimento("visuali",
+                                        "geom, da, a, tipo, classe, andata, ritorno, direzione, "
+                                        "distanza, zenit, equazioni, w_max, r_min"));
   for (const VisualeUnica& v : RaccogliVisuali(R)) {
     const RisultatoPunto& da = R.Punti[static_cast<std::size_t>(v.Da)];
     const RisultatoPunto& a = R.Punti[static_cast<std::size_t>(v.A)];
@@ -261,14 +264,15 @@ void Pacchetto::Visuali() {
       riga.Nullo();
     riga.Testo(da.Nome).Testo(a.Nome).Testo(TipoVisuale(v)).Testo(ClasseVisuale(v));
     riga.Intero(v.Andata).Intero(v.Ritorno);
-    riga.Intero(v.Direzione).Intero(v.Distanza).Intero(v.Zenit).Intero(v.Equazioni);
+    riga.Logico(v.Direzione).Logico(v.Distanza).Logico(v.Zenit).Intero(v.Equazioni);
     riga.Numero(v.WMassimo).Numero(v.RidondanzaMinima).Inserisci();
   }
 }
 
 void Pacchetto::Ellissi() {
-  Istruzione riga(Archivio, Inserimento("ellissi", "geom, nome, livello, fattore, scala, a_mm, "
-                                                   "b_mm, az_gon, az_deg"));
+  Istruzione riga(Archivio, Inserimento("ellissi",
+                                        "geom, nome, livello, fattore, scala, a_mm, "
+                                        "b_mm, az_gon, az_deg"));
   const auto aggiungi = [&](const RisultatoPunto& p, std::string_view livello, double fattore) {
     riga.Blob(GeometriaPoligono(Srs, AnelloEllisse(p, fattore * Esagerazione)));
     riga.Testo(p.Nome).Testo(livello).Numero(fattore).Numero(Esagerazione);
@@ -283,10 +287,10 @@ void Pacchetto::Ellissi() {
 }
 
 void Pacchetto::Stili() {
-  Istruzione riga(Archivio,
-                  Inserimento("layer_styles", "f_table_catalog, f_table_schema, f_table_name, "
-                                              "f_geometry_column, styleName, styleQML, styleSLD, "
-                                              "useAsDefault, description, owner, update_time"));
+  Istruzione riga(Archivio, Inserimento("layer_styles",
+                                        "f_table_catalog, f_table_schema, f_table_name, "
+                                        "f_geometry_column, styleName, styleQML, styleSLD, "
+                                        "useAsDefault, description, owner, update_time"));
   for (const StileStrato& stile : StiliStrati()) {
     riga.Testo("").Testo("").Testo(stile.Strato).Testo("geom").Testo(stile.Strato);
     riga.Testo(stile.Qml).Testo(stile.Sld).Intero(1).Testo("").Testo("").Testo(Data).Inserisci();

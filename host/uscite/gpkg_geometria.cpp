@@ -11,10 +11,10 @@
 namespace {
 
 constexpr std::uint8_t kVersione = 0;
-constexpr std::uint8_t kPiccoloPrima = 1;            // also the byte order mark of the binary
+constexpr std::uint8_t kPiccoloPrima = 1;  // also the byte order mark of the binary
 constexpr std::uint8_t kEstensionePiana = 1 << 1;
 constexpr std::uint32_t kPunto = 1, kLinea = 2, kPoligono = 3;
-constexpr std::uint32_t kConZ = 1000;                // added to the code of a kind
+constexpr std::uint32_t kConZ = 1000;  // added to the code of a kind
 
 template <class Intero>
 void AggiungiIntero(std::string& byte, Intero valore) {

@@ -11,11 +11,11 @@ namespace {
 enum class Genere { Marcatore, Linea, Area };
 
 struct Classe {
-  std::string_view Valore;     // of the column
+  std::string_view Valore;  // of the column
   std::string_view Etichetta;
-  std::string_view Colore;     // #rrggbb
-  std::string_view Rgb;        // the same as "r,g,b"
-  std::string_view SegnoQml;   // of a marker; of a line or outline its dash
+  std::string_view Colore;    // #rrggbb
+  std::string_view Rgb;       // the same as "r,g,b"
+  std::string_view SegnoQml;  // of a marker; of a line or outline its dash
   std::string_view SegnoSld;
   std::string_view Larghezza;  // of a marker or line [mm]
 };
@@ -33,14 +33,15 @@ constexpr Classe kClassiVisuali[] = {
     {"senza equazioni", "non usata nel calcolo", "#7f7f7f", "127,127,127", "dash", "4 2", "0.26"},
 };
 constexpr Classe kClassiEllissi[] = {
-    {"standard 1 sigma", "ellisse standard (1 sigma)", "#cc79a7", "204,121,167", "solid", "", "0.4"},
+    {"standard 1 sigma", "ellisse standard (1 sigma)", "#cc79a7", "204,121,167", "solid", "",
+     "0.4"},
     {"95 %", "ellisse di confidenza 95 %", "#7f7f7f", "127,127,127", "dash", "4 2", "0.3"},
 };
 
 struct Strato {
   std::string_view Tabella;
   Genere Segno;
-  std::string_view Colonna;  // that the classes tell apart
+  std::string_view Colonna;    // that the classes tell apart
   std::string_view Etichetta;  // column written beside the features; empty = none
   std::span<const Classe> Classi;
 };
@@ -115,9 +116,10 @@ std::string Qml(const Strato& strato) {
   for (std::size_t i = 0; i < strato.Classi.size(); ++i) {
     const Classe& c = strato.Classi[i];
     const std::string indice = std::to_string(i);
-    categorie += Componi("<category render=\"true\" symbol=\"{indice}\" value=\"{valore}\" "
-                         "type=\"string\" label=\"{etichetta}\"/>\n",
-                         strato, c, indice);
+    categorie += Componi(
+        "<category render=\"true\" symbol=\"{indice}\" value=\"{valore}\" "
+        "type=\"string\" label=\"{etichetta}\"/>\n",
+        strato, c, indice);
     simboli += Componi(SimboloQml(strato.Segno), strato, c, indice);
   }
   constexpr std::string_view kScritte = R"(<labeling type="simple"><settings calloutType="simple">
@@ -169,11 +171,12 @@ std::string Sld(const Strato& strato) {
   for (const Classe& c : strato.Classi) {
     const bool tratti = strato.Segno != Genere::Marcatore && !c.SegnoSld.empty();
     const std::string tratteggio =
-        tratti ? Componi("<CssParameter name=\"stroke-dasharray\">{sld}</CssParameter>\n", strato, c)
-               : "";
-    const std::string simbolo = Componi(SimboloSld(strato.Segno), {{"sld", c.SegnoSld},
-                                                                   {"colore", c.Colore},
-                                                                   {"tratti", tratteggio}});
+        tratti
+            ? Componi("<CssParameter name=\"stroke-dasharray\">{sld}</CssParameter>\n", strato, c)
+            : "";
+    const std::string simbolo =
+        Componi(SimboloSld(strato.Segno),
+                {{"sld", c.SegnoSld}, {"colore", c.Colore}, {"tratti", tratteggio}});
     regole += Componi(R"(<Rule><Name>{etichetta}</Name><ogc:Filter><ogc:PropertyIsEqualTo>
 <ogc:PropertyName>{colonna}</ogc:PropertyName><ogc:Literal>{valore}</ogc:Literal>
 </ogc:PropertyIsEqualTo></ogc:Filter>

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "host/campi.h"
+#include "host/numeri.h"
 
 namespace {
 
@@ -63,6 +64,13 @@ double EsagerazioneEllissi(const Risultati& r) {
   std::nth_element(assi.begin(), mezzo, assi.end());
   const double voluta = kQuotaLato * RiquadroPunti(r).Lato() / *mezzo;
   return std::isnormal(voluta) ? Tondo(voluta) : 1.0;
+}
+
+// A round factor below one has its only digit as many places behind the point as its decade says.
+std::string TestoEsagerazione(double esagerazione) {
+  constexpr int kMaxDecimali = 17;
+  const double decade = std::floor(std::log10(esagerazione * 1.5));  // clear of rounding
+  return NumeroFisso(esagerazione, std::clamp(static_cast<int>(-decade), 0, kMaxDecimali));
 }
 
 std::array<PuntoPiano, kVerticiEllisse> AnelloEllisse(const RisultatoPunto& p, double fattore) {

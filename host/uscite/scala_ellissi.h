@@ -4,6 +4,7 @@
 // ellipses as rings, exaggerated so that they are seen.
 
 #include <array>
+#include <string>
 #include <string_view>
 
 #include "host/risultati.h"
@@ -16,7 +17,7 @@ struct PuntoPiano {
 
 struct Riquadro {
   double EstMin = 0.0, NordMin = 0.0, EstMax = 0.0, NordMax = 0.0;  // [m]
-  double Lato() const;  // the larger side
+  double Lato() const;                                              // the larger side
 };
 
 // Whether a point has both plane coordinates, and thus a place in a drawing.
@@ -30,6 +31,7 @@ Riquadro RiquadroPunti(const Risultati& risultati);
 // The factor 1, 2 or 5 * 10^n that brings the median semi-major axis of the standard ellipses
 // nearest to 4 % of the larger side of the drawing; 1 without ellipses or extent.
 double EsagerazioneEllissi(const Risultati& risultati);
+std::string TestoEsagerazione(double esagerazione);  // "20000", "0.5"
 
 // The ellipse of a point as an open ring that begins at the end of its semi-major axis and turns
 // clockwise; fattore multiplies the standard semi-axes.

@@ -47,16 +47,16 @@ struct Piano {
   int Codice;
   std::string_view Nome;
   int Geografico;
-  double Meridiano;  // central [degrees from Greenwich]
+  int Meridiano;  // central [degrees from Greenwich]
   double Scala;
-  double FalsoEst;   // [m]
+  int FalsoEst;  // [m]
   Assi Ordine = Assi::EstNord;
 };
 
 constexpr double kScalaUtm = 0.9996;
-constexpr double kFalsoEstUtm = 500000.0;
-constexpr double kFalsoEstOvest = 1500000.0;
-constexpr double kFalsoEstEst = 2520000.0;
+constexpr int kFalsoEstUtm = 500000;
+constexpr int kFalsoEstOvest = 1500000;
+constexpr int kFalsoEstEst = 2520000;
 constexpr int kGaussBoagaOvest = 3003;
 constexpr int kGaussBoagaEst = 3004;
 
@@ -99,11 +99,10 @@ std::string Autorita(int codice) {
 }
 
 std::string Wkt(const Piano& piano) {
-  const auto& g = *std::find_if(kGeografici.begin(), kGeografici.end(), [&](const Geografico& x) {
-    return x.Codice == piano.Geografico;
-  });
-  const auto parametro = [](std::string_view nome, double valore) {
-    return "PARAMETER[\"" + std::string(nome) + "\"," + NumeroBreve(valore) + "],";
+  const auto& g = *std::find_if(kGeografici.begin(), kGeografici.end(),
+                                [&](const Geografico& x) { return x.Codice == piano.Geografico; });
+  const auto parametro = [](std::string_view nome, const std::string& valore) {
+    return "PARAMETER[\"" + std::string(nome) + "\"," + valore + "],";
   };
   const std::string_view assi = piano.Ordine == Assi::EstNord
                                     ? R"(AXIS["Easting",EAST],AXIS["Northing",NORTH],)"
@@ -111,9 +110,11 @@ std::string Wkt(const Piano& piano) {
   std::string wkt = "PROJCS[\"" + std::string(piano.Nome) + "\",GEOGCS[\"" + std::string(g.Nome);
   wkt += "\"," + std::string(g.Datum) + R"(,PRIMEM["Greenwich",0,)" + Autorita(kGreenwich);
   wkt += R"(],UNIT["degree",0.0174532925199433,)" + Autorita(kGrado) + "]," + Autorita(g.Codice);
-  wkt += R"(],PROJECTION["Transverse_Mercator"],)" + parametro("latitude_of_origin", 0);
-  wkt += parametro("central_meridian", piano.Meridiano) + parametro("scale_factor", piano.Scala);
-  wkt += parametro("false_easting", piano.FalsoEst) + parametro("false_northing", 0);
+  wkt += R"(],PROJECTION["Transverse_Mercator"],)" + parametro("latitude_of_origin", "0");
+  wkt += parametro("central_meridian", std::to_string(piano.Meridiano));
+  wkt += parametro("scale_factor", NumeroBreve(piano.Scala));
+  wkt +=
+      parametro("false_easting", std::to_string(piano.FalsoEst)) + parametro("false_northing", "0");
   wkt += R"(UNIT["metre",1,)" + Autorita(kMetro) + "]," + std::string(assi);
   return wkt + Autorita(piano.Codice) + "]";
 }
@@ -121,24 +122,28 @@ std::string Wkt(const Piano& piano) {
 SistemaRiferimento DiCodice(int codice, std::string nota) {
   const auto piano = std::find_if(kPiani.begin(), kPiani.end(),
                                   [&](const Piano& x) { return x.Codice == codice; });
-  if (piano == kPiani.end())
-    return {codice, "EPSG:" + std::to_string(codice), "", std::move(nota)};
+  if (piano == kPiani.end()) return {codice, "EPSG:" + std::to_string(codice), "", std::move(nota)};
   if (piano->Ordine == Assi::NordEst)
-    nota += "; il codice elenca prima il Nord e poi l'Est: nelle geometrie x resta l'Est e y il Nord";
+    nota +=
+        "; il codice elenca prima il Nord e poi l'Est: nelle geometrie x resta l'Est e y il Nord";
   return {codice, std::string(piano->Nome), Wkt(*piano), std::move(nota)};
 }
 
 SistemaRiferimento DaFalsoEst(double falsoEst) {
   const auto nota = [](std::string_view zona) {
-    return "fuso " + std::string(zona) + " riconosciuto dal falso Est: il file della rete non dà epsg";
+    return "fuso " + std::string(zona) +
+           " riconosciuto dal falso Est: il file della rete non dà epsg";
   };
   if (falsoEst == kFalsoEstOvest) return DiCodice(kGaussBoagaOvest, nota("Gauss-Boaga Ovest"));
   if (falsoEst == kFalsoEstEst) return DiCodice(kGaussBoagaEst, nota("Gauss-Boaga Est"));
   if (falsoEst == kFalsoEstUtm)
-    return {0, std::string(kNomeIgnoto), "",
-            "falso Est di 500 km: il fuso non si può sapere dalle coordinate; per averlo serve epsg "
-            "nel file della rete"};
-  return {0, std::string(kNomeIgnoto), "", "coordinate locali: il file della rete non dà epsg"};
+    return {
+        0, std::string(kNomeIgnoto), "",
+        "falso Est di 500 km: il fuso non si può sapere dalle coordinate; per averlo serve epsg "
+        "nel file della rete"};
+  return {0, std::string(kNomeIgnoto), "",
+          "il file della rete non dice il sistema delle coordinate (manca epsg): possono essere "
+          "locali"};
 }
 
 }  // namespace

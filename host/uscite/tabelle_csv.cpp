@@ -109,9 +109,7 @@ constexpr std::array<Colonna<P>, 20> kColonnePunti{{
     {"nord_iniziale_m", [](const P& p) { return p.F.Metri(p.Punto.NordIniziale); }},
     {"quota_iniziale_m", [](const P& p) { return p.F.Metri(p.Punto.QuotaIniziale); }},
     {"correzione_est_comp_meno_iniziale_mm",
-     [](const P& p) {
-       return Correzione(p, p.Punto.Ruoli.Pla, p.Punto.Est, p.Punto.EstIniziale);
-     }},
+     [](const P& p) { return Correzione(p, p.Punto.Ruoli.Pla, p.Punto.Est, p.Punto.EstIniziale); }},
     {"correzione_nord_comp_meno_iniziale_mm",
      [](const P& p) {
        return Correzione(p, p.Punto.Ruoli.Pla, p.Punto.Nord, p.Punto.NordIniziale);
@@ -135,15 +133,15 @@ struct O {
     return punto >= 0 && i < R.Punti.size() ? Testo(R.Punti[i].Nome) : "";
   }
   // A value of one of the equations of the reading; empty if it did not give this equation.
-  std::string Valore(int equazione, double Equazione::* campo, int decimali,
+  std::string Valore(int equazione, double Equazione::*campo, int decimali,
                      double unita = 1.0) const {
     if (equazione == kNessuno) return {};
     return F.Numero(R.Equazioni[static_cast<std::size_t>(equazione)].*campo * unita, decimali);
   }
-  std::string Angolo(double Equazione::* campo) const {
+  std::string Angolo(double Equazione::*campo) const {
     return Valore(Lettura.Angolo, campo, kDecimaliGon);
   }
-  std::string AngoloMgon(double Equazione::* campo) const {
+  std::string AngoloMgon(double Equazione::*campo) const {
     return Valore(Lettura.Angolo, campo, kDecimaliMgon, kMilli);
   }
   std::string Riferimento() const {

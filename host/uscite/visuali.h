@@ -17,8 +17,8 @@ struct VisualeUnica {
   bool Direzione = false;           // read in some shot, whether or not the adjustment used it
   bool Distanza = false;
   bool Zenit = false;
-  int Equazioni = 0;                // that the shots gave, of both adjustments
-  double WMassimo = kAssente;       // largest normalised residual of them; kAssente = no equations
+  int Equazioni = 0;           // that the shots gave, of both adjustments
+  double WMassimo = kAssente;  // largest normalised residual of them; kAssente = no equations
   double RidondanzaMinima = kAssente;
 
   int Tiri() const { return Andata + Ritorno; }
