@@ -1,6 +1,6 @@
 // A GeoPackage (OGC 12-128, version 1.3): the tables that every one has, the layers punti, visuali
-// and ellissi, their default looks and the table metadati. Nothing in it depends on when or where it
-// is written, save the date of the document.
+// and ellissi, their default looks and the table metadati. Nothing in it depends on when or where
+// it is written, save the date of the document.
 
 #include "host/uscite/gpkg.h"
 

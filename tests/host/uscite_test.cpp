@@ -68,7 +68,8 @@ std::map<std::pair<int, int>, double> Coppie(const Risultati& r) {
   for (const RisultatoStazione& s : r.Stazioni)
     for (std::size_t o = 0; o < s.Osservazioni.size(); ++o) coppia(s, o);
   for (const Equazione& e : r.Equazioni)
-    if (double& massimo = coppia(r.Stazioni[e.Stazione], e.Osservazione); e.W > massimo) massimo = e.W;
+    if (double& massimo = coppia(r.Stazioni[e.Stazione], e.Osservazione); e.W > massimo)
+      massimo = e.W;
   return w;
 }
 
@@ -97,20 +98,24 @@ TEST(Uscite, CsvDaIlModello) {
   };
   for (const auto& [nome, r] : Reti()) {
     std::istringstream p(Byte(r, [](auto&& d, auto s) { ScriviPuntiCsv(d, Decimali::Punto, s); }));
-    std::istringstream o(Byte(r, [](auto&& d, auto s) { ScriviOsservazioniCsv(d, Decimali::Virgola, s); }));
+    std::istringstream o(
+        Byte(r, [](auto&& d, auto s) { ScriviOsservazioniCsv(d, Decimali::Virgola, s); }));
     std::string testo;
     std::getline(p, testo), std::getline(o, testo);
     for (const RisultatoPunto& x : r.Punti) {
       std::getline(p, testo);
-      EXPECT_TRUE(testo.starts_with(x.Nome + ";") || testo.starts_with("\"caff\u00e8;\"\"1\"\"\";"));
-      EXPECT_NE(testo.find(campi({x.Est, x.Nord, x.Quota, x.SqmEst * 1e3}, "4442")), testo.npos) << testo;
+      EXPECT_TRUE(testo.starts_with(x.Nome + ";") ||
+                  testo.starts_with("\"caff\u00e8;\"\"1\"\"\";"));
+      EXPECT_NE(testo.find(campi({x.Est, x.Nord, x.Quota, x.SqmEst * 1e3}, "4442")), testo.npos)
+          << testo;
     }
     for (const RisultatoStazione& s : r.Stazioni)
       for (const RisultatoOsservazione& x : s.Osservazioni) {
         std::getline(o, testo);
         const Equazione e = x.EqDistanza < 0 ? Equazione{.W = kAssente} : r.Equazioni[x.EqDistanza];
         const std::string atteso = campi({e.Compensato, e.Residuo * 1e3, e.Sqm * 1e3, e.W}, "4223");
-        EXPECT_NE(testo.find(std::regex_replace(atteso, std::regex("\\."), ",")), testo.npos) << testo;
+        EXPECT_NE(testo.find(std::regex_replace(atteso, std::regex("\\."), ",")), testo.npos)
+            << testo;
       }
     EXPECT_FALSE(std::getline(p, testo) || std::getline(o, testo));
   }
@@ -130,11 +135,14 @@ TEST(Uscite, DxfCoppieStratiEdEllissi) {
       const int c = std::stoi(codice);
       if (c == 0) entita = valore;
       if (c == 8 && entita != "VERTEX" && entita != "SEQEND") ++strati[valore];
-      if (c >= 10 && c < 60) { EXPECT_EQ(valore.find('e'), valore.npos); }
+      if (c >= 10 && c < 60) {
+        EXPECT_EQ(valore.find('e'), valore.npos);
+      }
       if (c == 10) est = std::stod(valore);
       if (c != 20 || entita != "VERTEX") continue;
       const RisultatoPunto& p = *ellissi.at(vertici++ / kVerticiEllisse);
-      EXPECT_NEAR(SuEllisse(p, est - p.Est, std::stod(valore) - p.Nord, EsagerazioneEllissi(r)), 1, 1e-3);
+      EXPECT_NEAR(SuEllisse(p, est - p.Est, std::stod(valore) - p.Nord, EsagerazioneEllissi(r)), 1,
+                  1e-3);
     }
     EXPECT_EQ(entita, "EOF");
     EXPECT_GE(strati.extract("NOTE").mapped(), 8);
@@ -153,7 +161,8 @@ std::string Ogr(const std::string& file) {
 
 TEST(Uscite, GeoPackageRilettoConSqliteEOgr) {
   for (const auto& [nome, r] : Reti()) {
-    const std::string file = testing::TempDir() + "uscite_" + nome, byte = Byte(r, ScriviGeoPackage);
+    const std::string file = testing::TempDir() + "uscite_" + nome,
+                      byte = Byte(r, ScriviGeoPackage);
     EXPECT_EQ(byte, Byte(r, ScriviGeoPackage));
     std::ofstream(file + ".gpkg", std::ios::binary) << byte;
     std::ofstream(file + ".dxf", std::ios::binary) << Byte(r, ScriviDxf);
@@ -172,12 +181,14 @@ TEST(Uscite, GeoPackageRilettoConSqliteEOgr) {
       std::string esa;
       for (const double v : valori)
         for (int i = 0; i < 64; i += 8)
-          for (const int mezzo : {4, 0}) esa += "0123456789ABCDEF"[std::bit_cast<std::uint64_t>(v) >> (i + mezzo) & 15];
+          for (const int mezzo : {4, 0})
+            esa += "0123456789ABCDEF"[std::bit_cast<std::uint64_t>(v) >> (i + mezzo) & 15];
       return esa;
     };
-    EXPECT_EQ(chiedi("PRAGMA integrity_check; PRAGMA foreign_key_check; PRAGMA application_id;"
-                     "SELECT DISTINCT last_change FROM gpkg_contents; SELECT count(*) FROM visuali"),
-              (Testi{"ok", "1196444487", "2024-03-05T17:45:00.000Z", std::to_string(Coppie(r).size())}));
+    EXPECT_EQ(
+        chiedi("PRAGMA integrity_check; PRAGMA foreign_key_check; PRAGMA application_id;"
+               "SELECT DISTINCT last_change FROM gpkg_contents; SELECT count(*) FROM visuali"),
+        (Testi{"ok", "1196444487", "2024-03-05T17:45:00.000Z", std::to_string(Coppie(r).size())}));
     Testi punti, ellissi;
     for (const RisultatoPunto& p : r.Punti) {
       std::vector<double> posto{p.Est, p.Nord, p.Quota};
@@ -198,7 +209,8 @@ TEST(Uscite, GeoPackageRilettoConSqliteEOgr) {
     if (!std::string_view(OGRINFO).starts_with('/')) GTEST_SKIP() << "ogrinfo is not installed";
     const std::string gpkg = Ogr(file + ".gpkg"), dxf = Ogr(file + ".dxf");
     EXPECT_FALSE(std::regex_search(gpkg + dxf, std::regex("[Ww]arning|ERROR|FAILURE"))) << gpkg;
-    EXPECT_EQ(gpkg.find("ID[\"EPSG\",3003]]") + 1 > 0, nome == "gauss_boaga_ovest" || nome == "strana");
+    EXPECT_EQ(gpkg.find("ID[\"EPSG\",3003]]") + 1 > 0,
+              nome == "gauss_boaga_ovest" || nome == "strana");
     EXPECT_NE(gpkg.find("Feature Count: " + std::to_string(r.Punti.size())), gpkg.npos);
     for (const auto& [strato, n] : Attesi(r)) {
       const std::regex riga("Layer \\(String\\) = " + strato + "\n");
