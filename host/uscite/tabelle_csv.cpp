@@ -1,8 +1,228 @@
-// To be written.
+// Tables for spreadsheets. A column is its name and the function that fills it, so that header and
+// rows cannot part. Names of points stand as they are, also those that a spreadsheet would take for
+// a formula: other programs find the point again by its name.
 
 #include "host/uscite/tabelle_csv.h"
 
-void ScriviPuntiCsv(const Documento& /*documento*/, Decimali /*decimali*/,
-                    const std::function<void(std::string_view)>& /*scrivi*/) {}
-void ScriviOsservazioniCsv(const Documento& /*documento*/, Decimali /*decimali*/,
-                           const std::function<void(std::string_view)>& /*scrivi*/) {}
+#include <algorithm>
+#include <array>
+#include <span>
+#include <string>
+
+#include "host/campi.h"
+#include "host/numeri.h"
+#include "host/statistica.h"
+#include "host/uscite/scala_ellissi.h"
+
+namespace {
+
+using Scrivi = std::function<void(std::string_view)>;
+
+constexpr std::string_view kBom = "\xEF\xBB\xBF";
+constexpr std::string_view kFineRiga = "\r\n";
+constexpr double kProbabilita = 0.95;
+constexpr double kMilli = 1000.0;  // mm in a metre, mgon in a gon
+constexpr int kDecimaliM = 4;
+constexpr int kDecimaliMm = 2;
+constexpr int kDecimaliGon = 5;
+constexpr int kDecimaliMgon = 3;
+constexpr int kDecimaliW = 3;
+constexpr int kDecimaliR = 4;
+
+// How a table writes its fields.
+struct Forma {
+  Decimali Segno;
+
+  std::string Numero(double valore, int decimali) const {
+    if (!std::isfinite(valore)) return {};
+    std::string testo = NumeroFisso(valore, decimali);
+    if (Segno == Decimali::Virgola) std::replace(testo.begin(), testo.end(), '.', ',');
+    return testo;
+  }
+  std::string Metri(double valore) const { return Numero(valore, kDecimaliM); }
+  std::string Mm(double metri) const { return Numero(metri * kMilli, kDecimaliMm); }
+  std::string Gon(double valore) const { return Numero(valore, kDecimaliGon); }
+};
+
+std::string Testo(std::string_view testo) {
+  if (testo.find_first_of(";,\"\r\n\t") == std::string_view::npos) return std::string(testo);
+  std::string campo = "\"";
+  for (const char c : testo) campo.append(c == '"' ? 2 : 1, c);
+  return campo += '"';
+}
+
+std::string SiNo(bool valore) { return valore ? "si" : "no"; }
+
+template <class Contesto>
+struct Colonna {
+  std::string_view Nome;
+  std::string (*Campo)(const Contesto&);
+};
+
+template <class Contesto>
+void ScriviIntestazione(std::span<const Colonna<Contesto>> colonne, const Scrivi& scrivi) {
+  std::string riga(kBom);
+  for (const Colonna<Contesto>& colonna : colonne)
+    (riga += &colonna == &colonne.front() ? "" : ";") += colonna.Nome;
+  scrivi(riga += kFineRiga);
+}
+
+template <class Contesto>
+void ScriviRiga(std::span<const Colonna<Contesto>> colonne, const Contesto& contesto,
+                const Scrivi& scrivi) {
+  std::string riga;
+  for (const Colonna<Contesto>& colonna : colonne)
+    (riga += &colonna == &colonne.front() ? "" : ";") += colonna.Campo(contesto);
+  scrivi(riga += kFineRiga);
+}
+
+// A point of the table of points.
+struct P {
+  const RisultatoPunto& Punto;
+  Forma F;
+  double Fattore95;  // of its ellipse
+};
+
+std::string Correzione(const P& p, int ruolo, double finale, double iniziale) {
+  return ruolo == kCompensato ? p.F.Mm(finale - iniziale) : "";
+}
+
+constexpr std::array<Colonna<P>, 20> kColonnePunti{{
+    {"nome", [](const P& p) { return Testo(p.Punto.Nome); }},
+    {"ruolo_planimetria", [](const P& p) { return std::string(NomeRuolo(p.Punto.Ruoli.Pla)); }},
+    {"ruolo_altimetria", [](const P& p) { return std::string(NomeRuolo(p.Punto.Ruoli.Alt)); }},
+    {"est_m", [](const P& p) { return p.F.Metri(p.Punto.Est); }},
+    {"nord_m", [](const P& p) { return p.F.Metri(p.Punto.Nord); }},
+    {"quota_m", [](const P& p) { return p.F.Metri(p.Punto.Quota); }},
+    {"sqm_est_a_posteriori_1sigma_mm", [](const P& p) { return p.F.Mm(p.Punto.SqmEst); }},
+    {"sqm_nord_a_posteriori_1sigma_mm", [](const P& p) { return p.F.Mm(p.Punto.SqmNord); }},
+    {"sqm_quota_a_posteriori_1sigma_mm", [](const P& p) { return p.F.Mm(p.Punto.SqmQuota); }},
+    {"ellisse_a_a_posteriori_1sigma_mm", [](const P& p) { return p.F.Mm(p.Punto.EllAsseMag); }},
+    {"ellisse_b_a_posteriori_1sigma_mm", [](const P& p) { return p.F.Mm(p.Punto.EllAsseMin); }},
+    {"ellisse_a_95_percento_mm",
+     [](const P& p) { return p.F.Mm(p.Punto.EllAsseMag * p.Fattore95); }},
+    {"ellisse_b_95_percento_mm",
+     [](const P& p) { return p.F.Mm(p.Punto.EllAsseMin * p.Fattore95); }},
+    {"ellisse_azimut_asse_a_da_nord_orario_gon",
+     [](const P& p) { return p.F.Gon(p.Punto.EllAzimut); }},
+    {"est_iniziale_m", [](const P& p) { return p.F.Metri(p.Punto.EstIniziale); }},
+    {"nord_iniziale_m", [](const P& p) { return p.F.Metri(p.Punto.NordIniziale); }},
+    {"quota_iniziale_m", [](const P& p) { return p.F.Metri(p.Punto.QuotaIniziale); }},
+    {"correzione_est_comp_meno_iniziale_mm",
+     [](const P& p) { return Correzione(p, p.Punto.Ruoli.Pla, p.Punto.Est, p.Punto.EstIniziale); }},
+    {"correzione_nord_comp_meno_iniziale_mm",
+     [](const P& p) {
+       return Correzione(p, p.Punto.Ruoli.Pla, p.Punto.Nord, p.Punto.NordIniziale);
+     }},
+    {"correzione_quota_comp_meno_iniziale_mm",
+     [](const P& p) {
+       return Correzione(p, p.Punto.Ruoli.Alt, p.Punto.Quota, p.Punto.QuotaIniziale);
+     }},
+}};
+
+// A reading of the table of observations.
+struct O {
+  const Risultati& R;
+  std::size_t NumeroStazione;
+  const RisultatoStazione& Stazione;
+  const RisultatoOsservazione& Lettura;
+  Forma F;
+
+  std::string Nome(int punto) const {
+    const auto i = static_cast<std::size_t>(punto);
+    return punto >= 0 && i < R.Punti.size() ? Testo(R.Punti[i].Nome) : "";
+  }
+  // A value of one of the equations of the reading; empty if it did not give this equation.
+  std::string Valore(int equazione, double Equazione::*campo, int decimali,
+                     double unita = 1.0) const {
+    if (equazione == kNessuno) return {};
+    return F.Numero(R.Equazioni[static_cast<std::size_t>(equazione)].*campo * unita, decimali);
+  }
+  std::string Angolo(double Equazione::*campo) const {
+    return Valore(Lettura.Angolo, campo, kDecimaliGon);
+  }
+  std::string AngoloMgon(double Equazione::*campo) const {
+    return Valore(Lettura.Angolo, campo, kDecimaliMgon, kMilli);
+  }
+  std::string Riferimento() const {
+    if (Lettura.Angolo == kNessuno) return {};
+    const int da = R.Equazioni[static_cast<std::size_t>(Lettura.Angolo)].Riferimento;
+    return da == kNessuno ? "" : Nome(Stazione.Osservazioni[static_cast<std::size_t>(da)].Punto);
+  }
+  std::string Tipo() const {
+    if (!Presente(Lettura.Distanza)) return {};
+    for (const ParolaNota& parola : kParoleTipo)
+      if (parola.Valore == Lettura.TipoDist) return std::string(parola.Testo);
+    return std::to_string(Lettura.TipoDist);
+  }
+  bool Usata() const {
+    return Lettura.Angolo != kNessuno || Lettura.EqDistanza != kNessuno ||
+           Lettura.Dislivello != kNessuno || Lettura.DirezioneRiferimento;
+  }
+};
+using E = Equazione;
+
+constexpr std::array<Colonna<O>, 31> kColonneOsservazioni{{
+    {"messa_in_stazione", [](const O& o) { return std::to_string(o.NumeroStazione); }},
+    {"da", [](const O& o) { return o.Nome(o.Stazione.Punto); }},
+    {"a", [](const O& o) { return o.Nome(o.Lettura.Punto); }},
+    {"altezza_strumento_m", [](const O& o) { return o.F.Metri(o.Stazione.AltStrum); }},
+    {"altezza_segnale_m", [](const O& o) { return o.F.Metri(o.Lettura.AltSegnale); }},
+    {"direzione_letta_gon", [](const O& o) { return o.F.Gon(o.Lettura.Direzione); }},
+    {"zenit_letto_gon", [](const O& o) { return o.F.Gon(o.Lettura.Zenit); }},
+    {"distanza_letta_m", [](const O& o) { return o.F.Metri(o.Lettura.Distanza); }},
+    {"tipo_distanza", [](const O& o) { return o.Tipo(); }},
+    {"usata_nel_calcolo", [](const O& o) { return SiNo(o.Usata()); }},
+    {"direzione_di_riferimento", [](const O& o) { return SiNo(o.Lettura.DirezioneRiferimento); }},
+    {"angolo_contato_da", [](const O& o) { return o.Riferimento(); }},
+    {"angolo_osservato_ridotto_gon", [](const O& o) { return o.Angolo(&E::Usato); }},
+    {"angolo_compensato_gon", [](const O& o) { return o.Angolo(&E::Compensato); }},
+    {"angolo_residuo_oss_meno_comp_mgon", [](const O& o) { return o.AngoloMgon(&E::Residuo); }},
+    {"angolo_sqm_a_posteriori_1sigma_mgon", [](const O& o) { return o.AngoloMgon(&E::Sqm); }},
+    {"angolo_w", [](const O& o) { return o.Valore(o.Lettura.Angolo, &E::W, kDecimaliW); }},
+    {"angolo_ridondanza",
+     [](const O& o) { return o.Valore(o.Lettura.Angolo, &E::Ridondanza, kDecimaliR); }},
+    {"distanza_osservata_ridotta_m",
+     [](const O& o) { return o.Valore(o.Lettura.EqDistanza, &E::Usato, kDecimaliM); }},
+    {"distanza_compensata_m",
+     [](const O& o) { return o.Valore(o.Lettura.EqDistanza, &E::Compensato, kDecimaliM); }},
+    {"distanza_residuo_oss_meno_comp_mm",
+     [](const O& o) { return o.Valore(o.Lettura.EqDistanza, &E::Residuo, kDecimaliMm, kMilli); }},
+    {"distanza_sqm_a_posteriori_1sigma_mm",
+     [](const O& o) { return o.Valore(o.Lettura.EqDistanza, &E::Sqm, kDecimaliMm, kMilli); }},
+    {"distanza_w", [](const O& o) { return o.Valore(o.Lettura.EqDistanza, &E::W, kDecimaliW); }},
+    {"distanza_ridondanza",
+     [](const O& o) { return o.Valore(o.Lettura.EqDistanza, &E::Ridondanza, kDecimaliR); }},
+    {"dislivello_osservato_ridotto_m",
+     [](const O& o) { return o.Valore(o.Lettura.Dislivello, &E::Usato, kDecimaliM); }},
+    {"dislivello_compensato_m",
+     [](const O& o) { return o.Valore(o.Lettura.Dislivello, &E::Compensato, kDecimaliM); }},
+    {"dislivello_residuo_oss_meno_comp_mm",
+     [](const O& o) { return o.Valore(o.Lettura.Dislivello, &E::Residuo, kDecimaliMm, kMilli); }},
+    {"dislivello_sqm_a_posteriori_1sigma_mm",
+     [](const O& o) { return o.Valore(o.Lettura.Dislivello, &E::Sqm, kDecimaliMm, kMilli); }},
+    {"dislivello_w", [](const O& o) { return o.Valore(o.Lettura.Dislivello, &E::W, kDecimaliW); }},
+    {"dislivello_ridondanza",
+     [](const O& o) { return o.Valore(o.Lettura.Dislivello, &E::Ridondanza, kDecimaliR); }},
+    {"altezza_strumento_compensata_m",
+     [](const O& o) { return o.F.Metri(o.Stazione.AltStrumCompensata); }},
+}};
+
+}  // namespace
+
+void ScriviPuntiCsv(const Documento& documento, Decimali decimali, const Scrivi& scrivi) {
+  const Risultati& r = documento.Esiti;
+  const double fattore =
+      r.Planimetria.Contate() ? FattoreEllisse(kProbabilita, r.Planimetria.Ridondanza()) : kAssente;
+  ScriviIntestazione<P>(kColonnePunti, scrivi);
+  for (const RisultatoPunto& punto : r.Punti)
+    ScriviRiga<P>(kColonnePunti, {punto, {decimali}, fattore}, scrivi);
+}
+
+void ScriviOsservazioniCsv(const Documento& documento, Decimali decimali, const Scrivi& scrivi) {
+  const Risultati& r = documento.Esiti;
+  ScriviIntestazione<O>(kColonneOsservazioni, scrivi);
+  for (std::size_t i = 0; i < r.Stazioni.size(); ++i)
+    for (const RisultatoOsservazione& o : r.Stazioni[i].Osservazioni)
+      ScriviRiga<O>(kColonneOsservazioni, {r, i + 1, r.Stazioni[i], o, {decimali}}, scrivi);
+}

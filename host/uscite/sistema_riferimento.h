@@ -1,0 +1,19 @@
+#pragma once
+
+// Which plane coordinate system the coordinates of a result belong to, as far as it is known. The
+// coordinates are only labelled with it, never transformed.
+
+#include <string>
+
+#include "host/risultati.h"
+
+struct SistemaRiferimento {
+  int Codice = 0;           // EPSG; 0 = unknown, or local coordinates
+  std::string Nome;         // as the register names it; for an unknown system a word of ours
+  std::string Definizione;  // OGC WKT 1; empty for codes outside the table of Italian systems
+  std::string Nota;         // Italian: where the code comes from, what to look out for
+};
+
+// The code of the network file if it can be that of plane coordinates, else that of the Gauss-Boaga
+// zone recognised by its false easting. A false easting of 500 km does not tell the zone.
+SistemaRiferimento RiconosciSistema(const Risultati& risultati);
