@@ -29,8 +29,8 @@ constexpr std::array<std::string_view, 5> kNelleOsservazioni = {
     "point", "obs", "height-differences", "vectors", "coordinates"};
 constexpr std::array<std::string_view, 3> kAttributiRete = {"axes-xy", "angles", "epoch"};
 constexpr std::array<std::string_view, 14> kAttributiParametri = {
-    "sigma-apr", "conf-pr",  "tol-abs",   "sigma-act", "update-constrained-coordinates",
-    "algorithm", "language", "encoding",  "angular",   "latitude",
+    "sigma-apr", "conf-pr",  "tol-abs",    "sigma-act", "update-constrained-coordinates",
+    "algorithm", "language", "encoding",   "angular",   "latitude",
     "ellipsoid", "cov-band", "iterations", "epoch"};
 constexpr std::array<std::string_view, 5> kAttributiOsservazioni = {
     "direction-stdev", "angle-stdev", "zenith-angle-stdev", "azimuth-stdev", "distance-stdev"};
@@ -85,7 +85,7 @@ class LettoreRete {
 };
 
 void LettoreRete::LeggiAssi(const pugi::xml_node& rete) {
-  if (rete.attribute("axes-xy")) {
+  if (Contesto::Ha(rete, "axes-xy")) {
     const std::string_view assi = Contesto::Valore(rete, "axes-xy");
     const auto x = assi.size() == 2 ? VersoreDi(assi[0]) : std::nullopt;
     const auto y = assi.size() == 2 ? VersoreDi(assi[1]) : std::nullopt;
@@ -99,7 +99,7 @@ void LettoreRete::LeggiAssi(const pugi::xml_node& rete) {
   }
   const std::string_view senso = Contesto::Valore(rete, "angles");
   C.Orario = senso != "right-handed";
-  if (rete.attribute("angles") && C.Orario && senso != "left-handed")
+  if (Contesto::Ha(rete, "angles") && C.Orario && senso != "left-handed")
     C.Errore(rete, "angles", "parola sconosciuta", "\"left-handed\" o \"right-handed\"");
 }
 
@@ -109,12 +109,12 @@ void LettoreRete::LeggiPredefiniti(const pugi::xml_node& nodo) {
   SqmPredefiniti = {};
   SqmPredefiniti.Direzione = C.Numero(nodo, "direction-stdev", kPositivo);
   SqmPredefiniti.Angolo = C.Numero(nodo, "angle-stdev", kPositivo);
-  if (nodo.attribute("zenith-angle-stdev"))
+  if (Contesto::Ha(nodo, "zenith-angle-stdev"))
     C.Conta(Gravita::Avviso, nodo,
             {.Record = "<points-observations>",
              .Campo = "zenith-angle-stdev",
              .Problema = "non serve: le visuali in quota si pesano con la distanza"});
-  if (!nodo.attribute("distance-stdev")) return;
+  if (!Contesto::Ha(nodo, "distance-stdev")) return;
   constexpr std::size_t kCoefficienti = 3;
   std::array<double, kCoefficienti> abc = {0.0, 0.0, 1.0};
   const std::string_view testo = Contesto::Valore(nodo, "distance-stdev");
@@ -145,11 +145,12 @@ void LettoreRete::LeggiPredefiniti(const pugi::xml_node& nodo) {
 RuoliLetti LettoreRete::LeggiRuoli(const pugi::xml_node& nodo) {
   RuoliLetti ruoli{kNonUsato, kNonUsato};
   const auto prendi = [&](const char* attributo, int ruolo) {
-    if (!nodo.attribute(attributo)) return;
+    if (!Contesto::Ha(nodo, attributo)) return;
     const std::string_view testo = Contesto::Valore(nodo, attributo);
     std::string minuscolo(testo);
-    std::transform(testo.begin(), testo.end(), minuscolo.begin(),
-                   [](char c) { return c >= 'X' && c <= 'Z' ? static_cast<char>(c + 'x' - 'X') : c; });
+    std::transform(testo.begin(), testo.end(), minuscolo.begin(), [](char c) {
+      return c >= 'X' && c <= 'Z' ? static_cast<char>(c + 'x' - 'X') : c;
+    });
     if (minuscolo != "xy" && minuscolo != "z" && minuscolo != "xyz")
       return C.Errore(nodo, attributo, "parola sconosciuta", "\"xy\", \"z\" o \"xyz\"");
     if (minuscolo.front() == 'x') ruoli.Pla = ruolo;
@@ -184,7 +185,7 @@ void LettoreRete::LeggiPunto(const pugi::xml_node& nodo) {
   const std::optional<double> x = C.Numero(nodo, "x", {"x", "m"});
   const std::optional<double> y = C.Numero(nodo, "y", {"y", "m"});
   const std::optional<double> z = C.Numero(nodo, "z", {"z", "m"});
-  if (x.has_value() != y.has_value() && !nodo.attribute(x ? "y" : "x"))
+  if (x.has_value() != y.has_value() && !Contesto::Ha(nodo, x ? "y" : "x"))
     C.Errore(nodo, x ? "y" : "x", "manca l'attributo", "x e y insieme");
   const RuoliLetti ruoli = LeggiRuoli(nodo);
   if (!nome) return;
@@ -262,12 +263,19 @@ void LettoreRete::AggiungiNonDefiniti() {
   }
 }
 
-// What the roles of the points leave to compute.
+// What the roles of the points and the readings leave to compute.
 void LettoreRete::ScegliCalcolo() {
+  bool inPiano = false;
+  bool inQuota = false;
+  for (const PostazioneLibretto& s : C.Libro.Postazioni)
+    for (const BattutaLibretto& b : s.Battute) {
+      inPiano = inPiano || b.Direzione || b.Distanza;
+      inQuota = inQuota || b.Segnale;
+    }
   int calcolo = 0;
   for (const PuntoLibretto& p : C.Libro.Punti) {
-    if (p.Ruoli.Pla == kIncognito) calcolo |= kCalcoloPlanimetria;
-    if (p.Ruoli.Alt == kIncognito) calcolo |= kCalcoloAltimetria;
+    if (inPiano && p.Ruoli.Pla == kIncognito) calcolo |= kCalcoloPlanimetria;
+    if (inQuota && p.Ruoli.Alt == kIncognito) calcolo |= kCalcoloAltimetria;
   }
   if (calcolo != 0) C.Libro.Opzioni.TipoCalcolo = calcolo;
 }
@@ -281,9 +289,9 @@ void LettoreRete::Leggi(const pugi::xml_node& radice) {
   };
   sconosciuti(radice, kNellaRadice);
   const pugi::xml_node rete = radice.child("network");
-  if (!rete) {
-    C.Diario.Errore(C.Dove(radice), {.Record = "<gama-local>",
-                                     .Problema = "manca l'elemento <network>"});
+  if (rete.empty()) {
+    C.Diario.Errore(C.Dove(radice),
+                    {.Record = "<gama-local>", .Problema = "manca l'elemento <network>"});
     return;
   }
   C.ControllaAttributi(rete, kAttributiRete);

@@ -73,8 +73,8 @@ Contesto::Contesto(std::string_view testo, std::string_view file, const OpzioniL
     : Lettura(lettura), Libro(libretto), Diario(diagnostica), Testo(testo), Posti(testo, file) {}
 
 Posizione Contesto::Dove(const pugi::xml_node& nodo) {
-  const std::ptrdiff_t scarto = nodo.offset_debug();
-  return Posti.Dove(scarto > 0 ? static_cast<std::size_t>(scarto) - 1 : 0);  // at the '<'
+  const std::ptrdiff_t apre = nodo.type() == pugi::node_pi ? 2 : 1;  // "<?" or "<" before the name
+  return Posti.Dove(static_cast<std::size_t>(std::max(nodo.offset_debug() - apre, {})));
 }
 
 Posizione Contesto::Dove(const pugi::xml_node& nodo, std::string_view attributo) {
@@ -104,13 +104,13 @@ void Contesto::Errore(const pugi::xml_node& nodo, const char* attributo, std::st
   Diario.Errore(Dove(nodo, attributo), {.Record = RecordDi(nodo),
                                         .Campo = attributo,
                                         .Problema = std::move(problema),
-                                        .Trovato = a ? Cita(a.value()) : std::string(),
+                                        .Trovato = !a.empty() ? Cita(a.value()) : std::string(),
                                         .Voluto = std::move(voluto)});
 }
 
 std::optional<double> Contesto::Numero(const pugi::xml_node& nodo, const char* attributo,
                                        const RegolaNumero& regola, bool obbligatorio) {
-  if (!nodo.attribute(attributo)) {
+  if (!Ha(nodo, attributo)) {
     if (obbligatorio) Errore(nodo, attributo, "manca l'attributo", NumeroVoluto(regola));
     return std::nullopt;
   }
@@ -120,7 +120,8 @@ std::optional<double> Contesto::Numero(const pugi::xml_node& nodo, const char* a
   const Posizione dove = Dove(nodo, attributo);
   if (letto.Esito == EsitoNumero::Valido || letto.Esito == EsitoNumero::NonFinito) {
     const double valore = letto.Esito == EsitoNumero::Valido ? letto.Valore : HUGE_VAL;
-    Diario.Errore(dove, GuastoNumero(RecordDi(nodo), Rinominata(regola, attributo), trovato, valore));
+    Diario.Errore(dove,
+                  GuastoNumero(RecordDi(nodo), Rinominata(regola, attributo), trovato, valore));
     return std::nullopt;
   }
   Guasto guasto{.Record = RecordDi(nodo),
@@ -128,7 +129,8 @@ std::optional<double> Contesto::Numero(const pugi::xml_node& nodo, const char* a
                 .Problema = "non è un numero",
                 .Trovato = trovato,
                 .Voluto = NumeroVoluto(regola)};
-  if (letto.Esito == EsitoNumero::Virgola) guasto.Suggerimento = "in questi file i decimali hanno il punto";
+  if (letto.Esito == EsitoNumero::Virgola)
+    guasto.Suggerimento = "in questi file i decimali hanno il punto";
   Diario.Errore(dove, std::move(guasto));
   return std::nullopt;
 }
@@ -149,8 +151,7 @@ std::optional<Angolo> Contesto::LeggiVal(const pugi::xml_node& nodo) {
 std::optional<std::string> Contesto::Nome(const pugi::xml_node& nodo, const char* attributo) {
   const std::string_view nome = Valore(nodo, attributo);
   if (!nome.empty()) return std::string(nome);
-  Errore(nodo, attributo,
-         nodo.attribute(attributo) ? "il nome del punto è vuoto" : "manca l'attributo",
+  Errore(nodo, attributo, Ha(nodo, attributo) ? "il nome del punto è vuoto" : "manca l'attributo",
          "il nome di un punto");
   return std::nullopt;
 }
@@ -187,7 +188,7 @@ void Contesto::NonSupportato(const pugi::xml_node& nodo, const std::string& gene
   Conta(Gravita::Errore, nodo,
         {.Record = "<" + std::string(nodo.name()) + ">",
          .Problema = "la rete non ha osservazioni di questo genere: " + genere,
-         .Suggerimento = "--ignora-non-supportati le tralascia"},
+         .Suggerimento = "--ignora-non-supportati tralascia queste osservazioni"},
         quanti);
 }
 
@@ -228,9 +229,9 @@ std::string RecordDi(const pugi::xml_node& nodo) {
 }
 
 pugi::xml_node Successivo(pugi::xml_node nodo, const pugi::xml_node& radice) {
-  if (nodo.first_child()) return nodo.first_child();
-  while (nodo && nodo != radice && !nodo.next_sibling()) nodo = nodo.parent();
-  return !nodo || nodo == radice ? pugi::xml_node() : nodo.next_sibling();
+  if (!nodo.first_child().empty()) return nodo.first_child();
+  while (!nodo.empty() && nodo != radice && nodo.next_sibling().empty()) nodo = nodo.parent();
+  return nodo.empty() || nodo == radice ? pugi::xml_node() : nodo.next_sibling();
 }
 
 }  // namespace gkf

@@ -84,6 +84,9 @@ class Contesto {
   // Of the value of an attribute, or of the element where it has none of that name.
   Posizione Dove(const pugi::xml_node& nodo, std::string_view attributo);
 
+  static bool Ha(const pugi::xml_node& nodo, const char* attributo) {
+    return !nodo.attribute(attributo).empty();
+  }
   // The value of an attribute without the blanks around it.
   static std::string_view Valore(const pugi::xml_node& nodo, const char* attributo);
   // Nothing if the attribute is missing; a wrong one, or one that is missing though obbligatorio,
@@ -133,6 +136,10 @@ pugi::xml_node Successivo(pugi::xml_node nodo, const pugi::xml_node& radice);
 
 // gkf_registro.cpp. Whether the book was filled from the register of the file.
 bool LeggiRegistro(const pugi::xml_document& documento, Contesto& contesto);
+
+// gkf_scarti.cpp. The diagonal of the covariance matrix of an <obs>, a variance for each observation;
+// empty if it has none, or a wrong one, which is then reported.
+std::vector<double> LeggiVarianze(const pugi::xml_node& obs, Contesto& contesto);
 
 // gkf_osservazioni.cpp
 struct Predefiniti {

@@ -72,19 +72,17 @@ class LettoreObs {
   void Leggi();
 
  private:
-  void LeggiCovarianze();
   void ScegliAltezza();
   void LeggiElemento(const pugi::xml_node& e, std::optional<double> varianza);
   void LeggiLettura(const pugi::xml_node& e, Genere genere, std::optional<double> varianza);
   void LeggiOrizzontale(const pugi::xml_node& e, std::optional<double> varianza);
   void LeggiAngolo(const pugi::xml_node& e, std::optional<double> varianza);
-  bool Completa(Battuta& b, const pugi::xml_node& e, Genere genere,
-                std::optional<double> varianza);
+  bool Completa(Battuta& b, const pugi::xml_node& e, Genere genere, std::optional<double> varianza);
   bool CompletaDistanza(BattutaLibretto& b, const pugi::xml_node& e,
                         std::optional<double> varianza);
   std::optional<double> SqmAngolo(const pugi::xml_node& e, const Angolo& val,
-                                  std::optional<double> predefinito,
-                                  std::optional<double> varianza, double fattore);
+                                  std::optional<double> predefinito, std::optional<double> varianza,
+                                  double fattore);
   Messa& Postazione(const pugi::xml_node& e, const std::string& da, double altezza);
   Messa& Nuova(const pugi::xml_node& e, const std::string& da, double altezza);
   Battuta& Cerca(Messa& messa, const pugi::xml_node& e, const std::string& a, Genere genere,
@@ -100,52 +98,11 @@ class LettoreObs {
   double Altezza = 0.0;  // of the set-up with the circle
   std::vector<Messa> Messe;
   std::size_t Centrale = std::string::npos;  // the set-up with the circle
-  std::vector<double> Varianze;              // by element; empty = no matrix
 };
-
-// The diagonal of a covariance matrix that is written by rows of its upper band.
-void LettoreObs::LeggiCovarianze() {
-  const pugi::xml_node m = Obs.child("cov-mat");
-  if (!m) return;
-  const std::optional<int> dim = LeggiIntero(Contesto::Valore(m, "dim"));
-  const std::optional<int> banda = LeggiIntero(Contesto::Valore(m, "band"));
-  std::size_t elementi = 0;
-  for (const pugi::xml_node& e : Obs.children()) {
-    const bool osservazione = e.type() == pugi::node_element && e != m;
-    elementi += osservazione ? 1u : 0u;
-  }
-  if (!dim || *dim < 0 || static_cast<std::size_t>(*dim) != elementi)
-    return C.Errore(m, "dim", "la matrice non ha una riga per osservazione",
-                    std::to_string(elementi));
-  if (!banda || *banda < 0 || *banda > std::max(*dim - 1, 0))
-    return C.Errore(m, "band", "larghezza di banda non valida", "un intero da 0 a dim - 1");
-  const std::string_view testo = m.child_value();
-  constexpr std::string_view kBianchi = " \t\r\n";
-  std::size_t dove = 0;
-  for (int i = 0; i < *dim; ++i) {
-    const int nellaRiga = std::min(*banda, *dim - 1 - i) + 1;
-    for (int j = 0; j < nellaRiga; ++j) {
-      dove = testo.find_first_not_of(kBianchi, dove);
-      if (dove == std::string_view::npos)
-        return C.Errore(m, "", "la matrice ha meno numeri di quanti ne vogliono dim e band");
-      const std::size_t fine = std::min(testo.find_first_of(kBianchi, dove), testo.size());
-      const NumeroLetto v = LeggiNumero(testo.substr(dove, fine - dove));
-      if (v.Esito != EsitoNumero::Valido || (j == 0 && !(v.Valore > 0.0)))
-        return C.Errore(m, "", "nella matrice " + Cita(testo.substr(dove, fine - dove)) +
-                                   (j == 0 ? " non è una varianza" : " non è un numero"));
-      if (j == 0) Varianze.push_back(v.Valore);
-      dove = fine;
-    }
-  }
-  if (*banda > 0)
-    C.Conta(Gravita::Avviso, m,
-            {.Record = "<cov-mat>",
-             .Problema = "le correlazioni fra le osservazioni si perdono: restano le varianze"});
-}
 
 // What the set-up states, or else what holds for its first element that needs a height.
 void LettoreObs::ScegliAltezza() {
-  if (Obs.attribute("from_dh")) {
+  if (Contesto::Ha(Obs, "from_dh")) {
     Altezza = C.Numero(Obs, "from_dh", kAltezzaDh).value_or(0.0);
     return;
   }
@@ -159,13 +116,14 @@ void LettoreObs::ScegliAltezza() {
 }
 
 double LettoreObs::AltezzaDi(const pugi::xml_node& e) {
-  if (e.attribute("from_dh")) return C.Numero(e, "from_dh", kAltezzaDh).value_or(Altezza);
-  if (!Obs.attribute("from_dh"))
-    C.Conta(Gravita::Avviso, Obs,
-            {.Record = "<obs>",
-             .Campo = "from_dh",
-             .Problema = "visuali senza l'altezza dello strumento: in questo formato vale 0, nota"});
-  return Obs.attribute("from_dh") ? Altezza : 0.0;
+  if (Contesto::Ha(e, "from_dh")) return C.Numero(e, "from_dh", kAltezzaDh).value_or(Altezza);
+  if (!Contesto::Ha(Obs, "from_dh"))
+    C.Conta(
+        Gravita::Avviso, Obs,
+        {.Record = "<obs>",
+         .Campo = "from_dh",
+         .Problema = "visuali senza l'altezza dello strumento: in questo formato vale 0, nota"});
+  return Contesto::Ha(Obs, "from_dh") ? Altezza : 0.0;
 }
 
 std::string LettoreObs::DaDi(const pugi::xml_node& e) {
@@ -207,8 +165,7 @@ Battuta& LettoreObs::Cerca(Messa& messa, const pugi::xml_node& e, const std::str
                            Genere genere, std::optional<double> altezza) {
   Bersaglio& bersaglio = messa.PerNome[a];
   std::size_t& libera = bersaglio.PrimaLibera[genere];
-  while (libera < bersaglio.Battute.size() &&
-         messa.Battute[bersaglio.Battute[libera]].Ha[genere])
+  while (libera < bersaglio.Battute.size() && messa.Battute[bersaglio.Battute[libera]].Ha[genere])
     ++libera;
   for (std::size_t i = libera; i < bersaglio.Battute.size(); ++i) {
     Battuta& b = messa.Battute[bersaglio.Battute[i]];
@@ -233,7 +190,7 @@ std::optional<double> LettoreObs::SqmAngolo(const pugi::xml_node& e, const Angol
   std::optional<double> sqm;
   if (varianza) {
     sqm = val.Sqm(std::sqrt(*varianza));
-  } else if (e.attribute("stdev")) {
+  } else if (Contesto::Ha(e, "stdev")) {
     if (const std::optional<double> stdev = C.Stdev(e)) sqm = val.Sqm(*stdev);
   } else if (predefinito) {
     sqm = *predefinito * kGonPerCc;
@@ -251,7 +208,7 @@ bool LettoreObs::CompletaDistanza(BattutaLibretto& b, const pugi::xml_node& e,
   const ModelloDistanza* modello = nullptr;
   if (varianza) {
     b.SqmDistanza = std::sqrt(*varianza) * kMetriPerMm;
-  } else if (e.attribute("stdev")) {
+  } else if (Contesto::Ha(e, "stdev")) {
     if (const std::optional<double> stdev = C.Stdev(e)) b.SqmDistanza = *stdev * kMetriPerMm;
   } else if (Predefinite.Distanza) {
     modello = &*Predefinite.Distanza;
@@ -272,8 +229,7 @@ bool LettoreObs::Completa(Battuta& b, const pugi::xml_node& e, Genere genere,
   if (!val) return false;
   if (genere == kDir) {
     b.Dati.Direzione = NelGiro(C.Orario ? val->Gon : -val->Gon);
-    b.Dati.SqmDirezione =
-        SqmAngolo(e, *val, Predefinite.Direzione, varianza, std::numbers::sqrt2);
+    b.Dati.SqmDirezione = SqmAngolo(e, *val, Predefinite.Direzione, varianza, std::numbers::sqrt2);
     return true;
   }
   if (!Ammesso(kZenit, val->Gon)) {
@@ -281,7 +237,7 @@ bool LettoreObs::Completa(Battuta& b, const pugi::xml_node& e, Genere genere,
     return false;
   }
   b.Dati.Zenit = val->Gon;
-  if (varianza || e.attribute("stdev"))
+  if (varianza || Contesto::Ha(e, "stdev"))
     C.Conta(Gravita::Avviso, e,
             {.Record = "<z-angle>",
              .Campo = "stdev",
@@ -297,7 +253,7 @@ void LettoreObs::LeggiLettura(const pugi::xml_node& e, Genere genere,
   if (!a || da.empty()) return;
   const bool inQuota = genere != kDir;
   std::optional<double> segnale = C.Numero(e, "to_dh", Rinominata(kSegnale, "to_dh"));
-  if (inQuota && !e.attribute("to_dh")) {
+  if (inQuota && !Contesto::Ha(e, "to_dh")) {
     segnale = 0.0;
     C.Conta(Gravita::Avviso, e,
             {.Record = "<obs>",
@@ -341,8 +297,7 @@ void LettoreObs::LeggiAngolo(const pugi::xml_node& e, std::optional<double> vari
   const std::string da = DaDi(e);
   const std::optional<Angolo> val = C.LeggiVal(e);
   if (!bs || !fs || da.empty() || !val) return;
-  const bool stessa =
-      !Messe.empty() && Messe.back().Mira == *bs && Messe.back().Dati.Punto == da;
+  const bool stessa = !Messe.empty() && Messe.back().Mira == *bs && Messe.back().Dati.Punto == da;
   if (!stessa) {
     Messa& nuova = Nuova(e, da, Altezza);
     nuova.Mira = *bs;
@@ -384,14 +339,14 @@ void LettoreObs::Consegna() {
 
 void LettoreObs::Leggi() {
   C.ControllaAttributi(Obs, kAttributiObs);
-  LeggiCovarianze();
+  const std::vector<double> varianze = LeggiVarianze(Obs, C);
   ScegliAltezza();
   std::vector<std::pair<pugi::xml_node, std::optional<double>>> orizzontali;
   std::size_t i = 0;
   for (const pugi::xml_node& e : Obs.children()) {
     if (e.type() != pugi::node_element || std::string_view(e.name()) == "cov-mat") continue;
     const std::optional<double> varianza =
-        i < Varianze.size() ? std::optional(Varianze[i]) : std::nullopt;
+        i < varianze.size() ? std::optional(varianze[i]) : std::nullopt;
     ++i;
     if (std::string_view(e.name()) == "distance") {
       C.ControllaAttributi(e, kAttributi);

@@ -23,7 +23,8 @@ struct Istruzioni {
 Istruzioni Raccogli(const pugi::xml_document& documento) {
   Istruzioni istruzioni;
   Impronta impronta;
-  for (pugi::xml_node n = Successivo(documento, documento); n; n = Successivo(n, documento)) {
+  for (pugi::xml_node n = Successivo(documento, documento); !n.empty();
+       n = Successivo(n, documento)) {
     if (n.type() == pugi::node_element) {
       impronta.Elemento(n.name());
       for (const pugi::xml_attribute& a : n.attributes()) impronta.Attributo(a.name(), a.value());
@@ -127,12 +128,11 @@ bool LeggiRegistro(const pugi::xml_document& documento, Contesto& contesto) {
   const Istruzioni istruzioni = Raccogli(documento);
   if (istruzioni.Nodi.empty()) return false;
   std::string testo = "<r>";
-  for (const pugi::xml_node& n : istruzioni.Nodi)
-    testo.append("<").append(n.value()).append("/>");
+  for (const pugi::xml_node& n : istruzioni.Nodi) testo.append("<").append(n.value()).append("/>");
   testo += "</r>";
   pugi::xml_document registro;
-  const bool letto = static_cast<bool>(registro.load_buffer(
-      testo.data(), testo.size(), pugi::parse_default, pugi::encoding_utf8));
+  const bool letto = static_cast<bool>(
+      registro.load_buffer(testo.data(), testo.size(), pugi::parse_default, pugi::encoding_utf8));
   const pugi::xml_node radice = registro.document_element();
   const pugi::xml_node inizio = radice.first_child();
   const pugi::xml_node fine = radice.last_child();

@@ -95,8 +95,8 @@ void Scarti::Concludi(OpzioniLibretto& opzioni, const Posizione& dove,
     diagnostica.Avviso(
         dove, {.Record = "scarti quadratici medi",
                .Problema = "il file ne dà " + std::to_string(conteggi.size()) + " diversi per " +
-                           std::string(di) + ", la rete ne ha uno solo: preso " + preso +
-                           ", di " + std::to_string(PiuFrequente(conteggi).Quanti) + " su " +
+                           std::string(di) + ", la rete ne ha uno solo: preso " + preso + ", di " +
+                           std::to_string(PiuFrequente(conteggi).Quanti) + " su " +
                            std::to_string(totale),
                .Suggerimento = "si possono dare con le opzioni del comando"});
   };
@@ -113,6 +113,68 @@ void Scarti::Concludi(OpzioniLibretto& opzioni, const Posizione& dove,
   if (Distanze.size() > 1 && !retta)
     avvisa(Distanze, "le distanze",
            Scritto(coppia.first) + " m + " + Scritto(coppia.second) + " m/km");
+}
+
+namespace {
+
+constexpr std::string_view kBianchi = " \t\r\n";
+
+// The next number of a text from dove on, which moves past it; as a text.
+std::string_view Prossimo(std::string_view testo, std::size_t& dove) {
+  dove = std::min(testo.find_first_not_of(kBianchi, dove), testo.size());
+  const std::size_t inizio = dove;
+  dove = std::min(testo.find_first_of(kBianchi, inizio), testo.size());
+  return testo.substr(inizio, dove - inizio);
+}
+
+// The rows of the upper band, each from its diagonal on. What is wrong with them, empty if nothing.
+std::string LeggiBanda(std::string_view testo, int dim, int banda, std::vector<double>& varianze) {
+  std::size_t dove = 0;
+  for (int i = 0; i < dim; ++i) {
+    const int nellaRiga = std::min(banda, dim - 1 - i) + 1;
+    for (int j = 0; j < nellaRiga; ++j) {
+      const std::string_view scritto = Prossimo(testo, dove);
+      const NumeroLetto v = LeggiNumero(scritto);
+      if (scritto.empty()) return "la matrice ha meno numeri di quanti ne vogliono dim e band";
+      if (v.Esito != EsitoNumero::Valido) return Cita(scritto) + " non è un numero";
+      if (j == 0 && !(v.Valore > 0.0)) return Cita(scritto) + " non è una varianza";
+      if (j == 0) varianze.push_back(v.Valore);
+    }
+  }
+  return {};
+}
+
+}  // namespace
+
+std::vector<double> LeggiVarianze(const pugi::xml_node& obs, Contesto& contesto) {
+  std::vector<double> varianze;
+  const pugi::xml_node m = obs.child("cov-mat");
+  if (m.empty()) return varianze;
+  const auto osservazioni = std::count_if(obs.begin(), obs.end(), [&](const pugi::xml_node& e) {
+    return e.type() == pugi::node_element && e != m;
+  });
+  const int dim = LeggiIntero(Contesto::Valore(m, "dim")).value_or(-1);
+  const int banda = LeggiIntero(Contesto::Valore(m, "band")).value_or(-1);
+  if (dim != osservazioni) {
+    contesto.Errore(m, "dim", "la matrice non ha una riga per osservazione",
+                    std::to_string(osservazioni));
+    return varianze;
+  }
+  if (banda < 0 || banda > std::max(dim - 1, 0)) {
+    contesto.Errore(m, "band", "larghezza di banda non valida", "un intero da 0 a dim - 1");
+    return varianze;
+  }
+  std::string problema = LeggiBanda(m.child_value(), dim, banda, varianze);
+  if (!problema.empty()) {
+    contesto.Errore(m, "", std::move(problema));
+    varianze.clear();
+  } else if (banda > 0) {
+    contesto.Conta(
+        Gravita::Avviso, m,
+        {.Record = "<cov-mat>",
+         .Problema = "le correlazioni fra le osservazioni si perdono: restano le varianze"});
+  }
+  return varianze;
 }
 
 }  // namespace gkf

@@ -21,15 +21,16 @@
 #include <string>
 #include <unordered_set>
 
-#include "host/campi.h"
 #include "host/importazione/gkf_formato.h"
 #include "host/numeri.h"
+#include "host/uscite/gkf_registro.h"
 #include "host/versione.h"
 
 namespace {
 
 constexpr std::string_view kSpazioNomi = "http://www.gnu.org/software/gama/gama-local";
-constexpr double kSqmUnitario = 1e-3;  // of an angle, where all weigh the same and none is given [gon]
+constexpr double kSqmUnitario =
+    1e-3;  // of an angle, where all weigh the same and none is given [gon]
 constexpr double kMmDiSigmaZero = 1.0;  // standard deviation of unit weight in height
 constexpr int kDecimaliGon = 8;
 constexpr int kDecimaliMetri = 6;
@@ -44,55 +45,14 @@ std::string Decimale(double valore, int decimali) {
   return testo;
 }
 
-// In attributes and texts alike. Control characters, which elements may not have, become blanks
-// there; in instructions, whose text no XML parser interprets, they stay as references.
-std::string Protetto(std::string_view testo, bool inElemento) {
-  constexpr char kBianco = ' ';
-  std::string protetto;
-  for (const char c : testo) {
-    switch (c) {
-      case '&': protetto += "&amp;"; break;
-      case '<': protetto += "&lt;"; break;
-      case '>': protetto += "&gt;"; break;
-      case '"': protetto += "&quot;"; break;
-      default:
-        if (static_cast<unsigned char>(c) >= kBianco) {
-          protetto += c;
-        } else if (inElemento) {
-          protetto += kBianco;
-        } else {
-          protetto += "&#" + std::to_string(static_cast<unsigned char>(c)) + ";";
-        }
-    }
-  }
-  return protetto;
-}
-
 // The value that a reader gets back.
 std::string Lecito(std::string_view testo) {
   std::string lecito(testo);
   std::replace_if(
-      lecito.begin(), lecito.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; }, ' ');
+      lecito.begin(), lecito.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; },
+      ' ');
   return lecito;
 }
-
-// Fields of a register entry.
-class Campi {
- public:
-  explicit Campi(std::string_view genere) : Riga(genere) {}
-  Campi& Testo(std::string_view nome, std::string_view valore) {
-    Riga.append(" ").append(nome).append("=\"").append(Protetto(valore, false)).append("\"");
-    return *this;
-  }
-  Campi& Numero(std::string_view nome, double valore) {
-    return Presente(valore) ? Testo(nome, NumeroBreve(valore)) : *this;
-  }
-  Campi& Intero(std::string_view nome, int valore) { return Testo(nome, std::to_string(valore)); }
-  const std::string& Fine() const { return Riga; }
-
- private:
-  std::string Riga;
-};
 
 class Scrittore {
  public:
@@ -120,14 +80,12 @@ class Scrittore {
   void ScriviStazione(std::size_t stazione);
   void ScriviDislivelli();
   void ScriviLetture(const RisultatoStazione& s);
-  void ScriviRegistro();
-  void RegistraStazione(const RisultatoStazione& s);
 
   const Equazione& Di(int indice) const { return R.Equazioni[static_cast<std::size_t>(indice)]; }
   const std::string& Nome(int punto) const;
   std::string StdevAngolo(double sqm) const;
   bool Fatta(TipoEquazione tipo) const;
-  bool StrumentoIncognito(const RisultatoStazione& s) const {
+  static bool StrumentoIncognito(const RisultatoStazione& s) {
     return !s.AltStrumNota && Presente(s.AltStrumCompensata);
   }
 
@@ -144,7 +102,11 @@ void Scrittore::Apri(std::string_view nome, Attributi attributi, std::string_vie
   for (const auto& [chiave, valore] : attributi) {
     if (valore.empty()) continue;
     Fnv.Attributo(chiave, Lecito(valore));
-    riga.append(" ").append(chiave).append("=\"").append(Protetto(valore, true)).append("\"");
+    riga.append(" ")
+        .append(chiave)
+        .append("=\"")
+        .append(gkf::Protetto(Lecito(valore)))
+        .append("\"");
   }
   Scrivi(riga += coda);
 }
@@ -172,25 +134,30 @@ bool Scrittore::Fatta(TipoEquazione tipo) const {
 
 void Scrittore::ScriviConvenzioni() {
   Commento("Scritto da " + std::string(kNomeProgramma) + " " + std::string(kVersioneProgramma));
-  Commento("Assi: x verso est, y verso nord. Angoli orari in gon; stdev in cc (1 cc = 0.0001 gon) "
-           "per gli angoli, in mm per distanze e dislivelli, tutti a priori (sigma-apr = 1).");
+  Commento(
+      "Assi: x verso est, y verso nord. Angoli orari in gon; stdev in cc (1 cc = 0.0001 gon) "
+      "per gli angoli, in mm per distanze e dislivelli, tutti a priori (sigma-apr = 1).");
   if (Grezza) {
-    Commento("Rete non compensata: letture del libretto di campagna, non ridotte. stdev delle "
-             "direzioni e degli zenit = scarto di un angolo / radice di 2. Mancano le letture delle "
-             "stazioni fuori centro, che non hanno posto in questo formato.");
+    Commento(
+        "Rete non compensata: letture del libretto di campagna, non ridotte. stdev delle "
+        "direzioni e degli zenit = scarto di un angolo / radice di 2. Mancano le letture delle "
+        "stazioni fuori centro, che non hanno posto in questo formato.");
   } else {
-    Commento("Modello equivalente: angle = angolo dalla prima direzione della stazione, ridotto in "
-             "centro e al piano, ciascuno indipendente dagli altri; distance = distanza ridotta al "
-             "piano; dh = dislivello fra i punti.");
+    Commento(
+        "Modello equivalente: angle = angolo dalla prima direzione della stazione, ridotto in "
+        "centro e al piano, ciascuno indipendente dagli altri; distance = distanza ridotta al "
+        "piano; dh = dislivello fra i punti.");
     if (ConQuote)
-      Commento("stdev dei dislivelli proporzionale alla distanza: radice di 1/p, peso p = 0.001/D^2 "
-               "con D in km, unità di peso 1 mm (31.6 mm su 1 km). Planimetria e altimetria sono "
-               "indipendenti, con due sigma zero: quello comune a posteriori è un altro numero.");
+      Commento(
+          "stdev dei dislivelli proporzionale alla distanza: radice di 1/p, peso p = 0.001/D^2 "
+          "con D in km, unità di peso 1 mm (31.6 mm su 1 km). Planimetria e altimetria sono "
+          "indipendenti, con due sigma zero: quello comune a posteriori è un altro numero.");
     if (std::any_of(Strumenti.begin(), Strumenti.end(), [](const auto& s) { return !s.empty(); }))
       Commento("I punti «… (strumento n)» sono gli assi degli strumenti di altezza incognita.");
   }
-  Commento("Le istruzioni compensa in fondo conservano le letture originali; se si modifica il file "
-           "valgono gli elementi.");
+  Commento(
+      "Le istruzioni compensa in fondo conservano le letture originali; se si modifica il file "
+      "valgono gli elementi.");
 }
 
 // Only what takes part in an adjustment that was made has a role, else what the file asked for.
@@ -295,11 +262,12 @@ void Scrittore::ScriviLetture(const RisultatoStazione& s) {
       (R.Opzioni.SqmDir > 0.0 ? ValoreDato(R.Opzioni.SqmDir) : kSqmUnitario) / std::numbers::sqrt2);
   const auto distanza = [&](double metri) {
     constexpr double kMetriPerKm = 1000.0;
-    const double mm = (R.Opzioni.SqmDistCost + R.Opzioni.SqmDistProp * metri / kMetriPerKm) /
-                      gkf::kMetriPerMm;
+    const double mm =
+        (R.Opzioni.SqmDistCost + R.Opzioni.SqmDistProp * metri / kMetriPerKm) / gkf::kMetriPerMm;
     return mm > 0.0 ? Decimale(mm, kDecimaliMetri) : std::string();
   };
-  Apri("obs", {{"from", Nome(s.Punto)}, {"from_dh", inQuota ? NumeroBreve(s.AltStrum) : ""}}, ">\n");
+  Apri("obs", {{"from", Nome(s.Punto)}, {"from_dh", inQuota ? NumeroBreve(s.AltStrum) : ""}},
+       ">\n");
   for (const RisultatoOsservazione& o : s.Osservazioni) {
     const std::string& a = Nome(o.Punto);
     const bool completa = inQuota && Presente(o.Zenit) && Presente(o.AltSegnale);
@@ -307,10 +275,8 @@ void Scrittore::ScriviLetture(const RisultatoStazione& s) {
     if (Presente(o.Direzione))
       Vuoto("direction", {{"to", a}, {"val", NumeroBreve(o.Direzione)}, {"stdev", direzione}});
     if (completa)
-      Vuoto("z-angle", {{"to", a},
-                        {"val", NumeroBreve(o.Zenit)},
-                        {"stdev", direzione},
-                        {"to_dh", segnale}});
+      Vuoto("z-angle",
+            {{"to", a}, {"val", NumeroBreve(o.Zenit)}, {"stdev", direzione}, {"to_dh", segnale}});
     if (!Presente(o.Distanza)) continue;
     if (o.TipoDist == kInclinata && completa)
       Vuoto("s-distance", {{"to", a},
@@ -328,59 +294,6 @@ void Scrittore::ScriviLetture(const RisultatoStazione& s) {
   Scrivi("</obs>\n");
 }
 
-void Scrittore::RegistraStazione(const RisultatoStazione& s) {
-  Campi stazione("stazione");
-  stazione.Testo("punto", Nome(s.Punto)).Numero("altezza", s.AltStrum);
-  if (!s.AltStrumNota) stazione.Intero("altezza_nota", 0);
-  if (s.EccDistanza != 0.0 || s.EccDirezione != 0.0)
-    stazione.Numero("ecc_distanza", s.EccDistanza).Numero("ecc_direzione", s.EccDirezione);
-  Istruzione(stazione.Fine());
-  for (const RisultatoOsservazione& o : s.Osservazioni)
-    Istruzione(Campi("lettura")
-                   .Testo("punto", Nome(o.Punto))
-                   .Numero("direzione", o.Direzione)
-                   .Numero("zenit", o.Zenit)
-                   .Numero("segnale", o.AltSegnale)
-                   .Numero("distanza", o.Distanza)
-                   .Intero("tipo", o.TipoDist)
-                   .Fine());
-}
-
-void Scrittore::ScriviRegistro() {
-  Istruzione(Campi(gkf::kRegistro).Intero("versione", gkf::kVersioneRegistro).Fine());
-  Campi progetto("progetto");
-  progetto.Testo("nome", R.DatiProgetto.Nome);
-  if (R.DatiProgetto.Epsg) progetto.Intero("epsg", *R.DatiProgetto.Epsg);
-  Istruzione(progetto.Fine());
-  const TOpzCr& o = R.Opzioni;
-  Campi opzioni("opzioni");
-  // Zero is what a network without them has.
-  if (o.SqmDir != 0.0) opzioni.Numero("sqm_direzione", ValoreDato(o.SqmDir));
-  if (o.SqmDistCost != 0.0 || o.SqmDistProp != 0.0)
-    opzioni.Numero("sqm_distanza_costante", ValoreDato(o.SqmDistCost))
-        .Numero("sqm_distanza_proporzionale", ValoreDato(o.SqmDistProp));
-  opzioni.Intero("iterazioni", o.MaxIter)
-      .Intero("calcolo", o.TipoCalcolo)
-      .Intero("cartografiche", o.Cartografiche != 0 ? 1 : 0);
-  Istruzione(opzioni.Fine());
-  Istruzione(Campi("curvatura")
-                 .Intero("attiva", R.CurvaturaRifrazione.CorrCurvRifr != 0 ? 1 : 0)
-                 .Numero("coefficiente", R.CurvaturaRifrazione.CoeffRifr)
-                 .Numero("raggio", R.CurvaturaRifrazione.RaggioTerra)
-                 .Fine());
-  for (const RisultatoPunto& p : R.Punti)
-    Istruzione(Campi("punto")
-                   .Testo("nome", p.Nome)
-                   .Numero("est", p.EstIniziale)
-                   .Numero("nord", p.NordIniziale)
-                   .Numero("quota", p.QuotaIniziale)
-                   .Intero("planimetria", p.RuoliIniziali.Pla)
-                   .Intero("altimetria", p.RuoliIniziali.Alt)
-                   .Fine());
-  for (const RisultatoStazione& s : R.Stazioni) RegistraStazione(s);
-  Istruzione(Campi(gkf::kFine).Testo("impronta", Fnv.Esadecimale()).Fine());
-}
-
 void Scrittore::Documenta() {
   ConPiano = Fatta(TipoEquazione::Angolo) || Fatta(TipoEquazione::Distanza);
   ConQuote = Fatta(TipoEquazione::Dislivello);
@@ -391,10 +304,9 @@ void Scrittore::Documenta() {
   Apri(gkf::kRadice, {{"xmlns", std::string(kSpazioNomi)}}, ">\n");
   Apri("network", {{"axes-xy", "en"}, {"angles", "left-handed"}}, ">\n");
   Apri("description", {}, ">");
-  Scrivi(Protetto(R.DatiProgetto.Nome, true));
+  Scrivi(gkf::Protetto(Lecito(R.DatiProgetto.Nome)));
   Scrivi("</description>\n");
-  Vuoto("parameters",
-        {{"sigma-apr", "1"}, {"conf-pr", "0.95"}, {"sigma-act", "aposteriori"}});
+  Vuoto("parameters", {{"sigma-apr", "1"}, {"conf-pr", "0.95"}, {"sigma-act", "aposteriori"}});
   Apri("points-observations", {}, ">\n");
   ScriviPunti();
   for (std::size_t i = 0; i < R.Stazioni.size(); ++i) {
@@ -405,7 +317,8 @@ void Scrittore::Documenta() {
   }
   if (ConQuote) ScriviDislivelli();
   Scrivi("</points-observations>\n</network>\n");
-  ScriviRegistro();
+  gkf::Registra(R, [&](const std::string& contenuto) { Istruzione(contenuto); });
+  Istruzione(gkf::Chiusura(Fnv));
   Scrivi("</" + std::string(gkf::kRadice) + ">\n");
 }
 
