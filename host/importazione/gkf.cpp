@@ -2,8 +2,8 @@
 // defaults. Axes and the sense of the circle are the file's own:
 //   axes-xy = "ne": x towards north, y towards east; each letter names where its axis points,
 //   right-handed angles count anticlockwise: direction = 400 - value.
-// A priori sigma zero (sigma-apr) only scales all weights together: coordinates and residuals do not
-// depend on it, and the network has none to give it to.
+// A priori sigma zero (sigma-apr) only scales all weights together: coordinates and residuals do
+// not depend on it, and the network has none to give it to.
 //
 // Files that compensa has written carry their records in a register, which is taken instead of the
 // elements while both agree.

@@ -137,8 +137,8 @@ pugi::xml_node Successivo(pugi::xml_node nodo, const pugi::xml_node& radice);
 // gkf_registro.cpp. Whether the book was filled from the register of the file.
 bool LeggiRegistro(const pugi::xml_document& documento, Contesto& contesto);
 
-// gkf_scarti.cpp. The diagonal of the covariance matrix of an <obs>, a variance for each observation;
-// empty if it has none, or a wrong one, which is then reported.
+// gkf_scarti.cpp. The diagonal of the covariance matrix of an <obs>, a variance for each
+// observation; empty if it has none, or a wrong one, which is then reported.
 std::vector<double> LeggiVarianze(const pugi::xml_node& obs, Contesto& contesto);
 
 // gkf_osservazioni.cpp

@@ -1,13 +1,13 @@
 // An <obs> of a .gkf file as set-ups of the field book.
 //
-// The readings of the circle form one set-up. Direction, zenith angle and distance of a target stand
-// in elements of their own: the n-th of each belong to one shot, unless the heights of the target
-// that they state differ. An element with an instrument height, or a station, of its own goes to a
+// The readings of the circle form one set-up. Direction, zenith angle and distance of a target are
+// elements of their own: the n-th of each belong to one shot, unless the heights of the target that
+// they state differ. An element with an instrument height, or a station, of its own goes to a
 // set-up of its own without directions. An angle from bs to fs is two readings of a fresh circle,
 // 0 and the angle; consecutive angles with the same bs share it.
 //
-// The network's standard deviation is that of an angle, the difference of two directions of standard
-// deviation s each: s sqrt 2.
+// The network's standard deviation is that of an angle, the difference of two directions of
+// standard deviation s each: s sqrt 2.
 
 #include <algorithm>
 #include <array>

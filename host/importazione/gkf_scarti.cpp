@@ -1,6 +1,6 @@
-// One standard deviation for all angles and one pair for all distances, from a file that states them
-// by observation. Where they differ the value that most observations have stands for all, but for
-// distances whose standard deviations lie on one straight line
+// One standard deviation for all angles and one pair for all distances, from a file that states
+// them by observation. Where they differ the value that most observations have stands for all, but
+// for distances whose standard deviations lie on one straight line
 //   s = a + b D
 // which is the network's own model: a and b come from a least-squares line, taken only if it gives
 // every single value back.

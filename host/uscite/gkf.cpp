@@ -1,7 +1,7 @@
 // The network as a .gkf file, in the model that this program adjusts.
 //
-//   plan      angles from the first used reading of each set-up, independent, all of one weight, and
-//             distances reduced to the plane: the observed values of the last iteration's equations
+//   plan      angles from the first used reading of each set-up, independent, all of one weight,
+//             and distances reduced to the plane: as the last iteration's equations have them
 //   height    height differences of weight p = 0.001 / D^2 (D in km), hence of standard deviation
 //             1 / sqrt p in the unit of sigma zero, which the file takes to be 1 mm: 31.6 mm per km
 //
@@ -29,8 +29,7 @@
 namespace {
 
 constexpr std::string_view kSpazioNomi = "http://www.gnu.org/software/gama/gama-local";
-constexpr double kSqmUnitario =
-    1e-3;  // of an angle, where all weigh the same and none is given [gon]
+constexpr double kSqmUnitario = 1e-3;   // of an angle, where all weigh alike and none is given [gon]
 constexpr double kMmDiSigmaZero = 1.0;  // standard deviation of unit weight in height
 constexpr int kDecimaliGon = 8;
 constexpr int kDecimaliMetri = 6;

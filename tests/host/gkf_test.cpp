@@ -1,5 +1,7 @@
 // .gkf files: what the elements mean, and what comes back of a network that was written to one.
 
+#include "host/uscite/gkf.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -12,22 +14,9 @@
 #include "host/lettura_rete.h"
 #include "host/numeri.h"
 #include "host/rapporto.h"
-#include "host/uscite/gkf.h"
+#include "host/testo_file.h"
 
 namespace {
-
-const std::string kCampione = R"(<?xml version="1.0"?>
-<gama-local xmlns="http://www.gnu.org/software/gama/gama-local">
-<network axes-xy="en" angles="left-handed"><description>prova</description>
-<parameters sigma-apr="1" conf-pr="0.95" sigma-act="apriori"/>
-<points-observations direction-stdev="6" zenith-angle-stdev="10" distance-stdev="2 2">
- <point id="A" x="1000" y="2000" z="100" fix="xyz"/> <point id="B" x="1200" y="2150" z="104" fix="xyz"/>
- <point id="C" x="1150" y="1900" z="98.5" adj="xyz"/>
- <obs from="A" from_dh="1.55">
-  <direction to="B" val="10.0000"/> <z-angle to="B" val="98.9688" to_dh="1.60"/> <s-distance to="B" val="250.0328" to_dh="1.60"/>
-  <direction to="C" val="79-33-36.0" stdev="1.9"/> <z-angle to="C" val="100.6180" to_dh="1.30"/> <s-distance to="C" val="180.2861" to_dh="1.30"/>
- </obs></points-observations></network></gama-local>
-)";
 
 struct Esame {
   Libretto Libro;
@@ -74,17 +63,32 @@ Risultati ComeRisultati(const Libretto& l) {
   const auto n = [](std::optional<double> v) { return v.value_or(kAssente); };
   std::map<std::string, int> indice;
   r.DatiProgetto = l.DatiProgetto;
-  r.Opzioni = {o.SqmDistCostante.value_or(0), o.SqmDistProporzionale.value_or(0), o.SqmDirezione.value_or(0),
-               o.Iterazioni.value(), o.TipoCalcolo.value(), o.Cartografiche.value()};
+  r.Opzioni = {o.SqmDistCostante.value_or(0), o.SqmDistProporzionale.value_or(0),
+               o.SqmDirezione.value_or(0),    o.Iterazioni.value(),
+               o.TipoCalcolo.value(),         o.Cartografiche.value()};
   r.CurvaturaRifrazione = o.CurvaturaRifrazione.value();
   for (const PuntoLibretto& p : l.Punti) {
     indice.try_emplace(p.Nome, static_cast<int>(indice.size()));
-    r.Punti.push_back({p.Nome, n(p.Est), n(p.Nord), n(p.Quota), n(p.Est), n(p.Nord), n(p.Quota),
-                       {*p.Ruoli.Pla, *p.Ruoli.Alt}, {*p.Ruoli.Pla, *p.Ruoli.Alt}});
+    r.Punti.push_back({p.Nome,
+                       n(p.Est),
+                       n(p.Nord),
+                       n(p.Quota),
+                       n(p.Est),
+                       n(p.Nord),
+                       n(p.Quota),
+                       {*p.Ruoli.Pla, *p.Ruoli.Alt},
+                       {*p.Ruoli.Pla, *p.Ruoli.Alt}});
   }
   for (const PostazioneLibretto& s : l.Postazioni) {
-    r.Stazioni.push_back({indice.at(s.Punto), n(s.Altezza), s.AltezzaNota, kAssente, kAssente,
-                          s.EccDistanza.value_or(0), s.EccDirezione.value_or(0), kAssente, {}});
+    r.Stazioni.push_back({indice.at(s.Punto),
+                          n(s.Altezza),
+                          s.AltezzaNota,
+                          kAssente,
+                          kAssente,
+                          s.EccDistanza.value_or(0),
+                          s.EccDirezione.value_or(0),
+                          kAssente,
+                          {}});
     for (const BattutaLibretto& b : s.Battute)
       r.Stazioni.back().Osservazioni.push_back({indice.at(b.Punto), n(b.Direzione), n(b.Zenit),
                                                 n(b.Segnale), n(b.Distanza), b.TipoDist});
@@ -99,25 +103,32 @@ std::string Testo(auto scrivi, const auto& che) {
 }
 
 TEST(Gkf, Campione) {
-  EXPECT_TRUE(kLettoreGkf.Riconosce(kCampione));
-  const Esame e = Leggi(kCampione);
+  Diagnostica diagnostica;
+  const auto campione =
+      LeggiTesto(CARTELLA_DATI "/campione.gkf", 1 << 20, {}, "", diagnostica).value();
+  EXPECT_TRUE(kLettoreGkf.Riconosce(campione));
+  const Esame e = Leggi(campione);
   EXPECT_EQ(Stazioni(e.Libro),
             "A 1.55 1: B 10 98.9688 250.0328/1 1.6; C 88.4 100.618 180.2861/1 1.3;");
   EXPECT_EQ(e.Libro.DatiProgetto.Nome, "prova");
   const auto& battute = e.Libro.Postazioni[0].Battute;
   EXPECT_NEAR(*battute[0].SqmDirezione, 6e-4 * std::sqrt(2), 1e-12);
   EXPECT_NEAR(*battute[1].SqmDirezione, 1.9 / 3240 * std::sqrt(2), 1e-12);
-  EXPECT_EQ(Numeri({e.Libro.Opzioni.SqmDistCostante, e.Libro.Opzioni.SqmDistProporzionale}), " 0.002 0.002");
+  EXPECT_EQ(Numeri({e.Libro.Opzioni.SqmDistCostante, e.Libro.Opzioni.SqmDistProporzionale}),
+            " 0.002 0.002");
   EXPECT_NE(e.Messaggi.find("3:1: avviso: scarti quadratici medi"), std::string::npos);
-  for (std::size_t n = 0; n < kCampione.size() - 10; n += 7)  // a file cut short is told so
-    EXPECT_NE(Leggi(kCampione.substr(0, n)).Messaggi.find(": errore: "), std::string::npos) << n;
+  for (std::size_t n = 0; n < campione.size() - 10; n += 7)  // a file cut short is told so
+    EXPECT_NE(Leggi(campione.substr(0, n)).Messaggi.find(": errore: "), std::string::npos) << n;
 }
 
 TEST(Gkf, Punti) {
   const std::tuple<const char*, const char*, const char*> casi[] = {
-      {"", "", " 2 1 2 2"}, {"axes-xy='ne'", "fix='xyz'", " 2 1 1 1"},
-      {"axes-xy='en'", "fix='z' adj='xy'", " 1 2 0 1"}, {"axes-xy='sw'", "fix='xy' adj='xyz'", " -2 -1 1 0"},
-      {"axes-xy='es'", "adj='XYz'", " 1 -2 0 0"}, {"axes-xy='wn'", "adj='Z'", " -1 2 2 0"}};
+      {"", "", " 2 1 2 2"},
+      {"axes-xy='ne'", "fix='xyz'", " 2 1 1 1"},
+      {"axes-xy='en'", "fix='z' adj='xy'", " 1 2 0 1"},
+      {"axes-xy='sw'", "fix='xy' adj='xyz'", " -2 -1 1 0"},
+      {"axes-xy='es'", "adj='XYz'", " 1 -2 0 0"},
+      {"axes-xy='wn'", "adj='Z'", " -1 2 2 0"}};
   for (const auto& [assi, ruoli, atteso] : casi) {
     const Esame e = Leggi(File(assi, "<point id='P' x='1' y='2' " + std::string(ruoli) + "/>"));
     const PuntoLibretto& p = e.Libro.Punti.at(0);
@@ -129,19 +140,27 @@ TEST(Gkf, Punti) {
 
 TEST(Gkf, Visuali) {
   const std::string dz = "<direction to='B' val='399.5'/><z-angle to='B' val='99' to_dh='1.5'/>";
-  const std::string angoli = "<angle bs='B' fs='C' val='90-00-00'/><angle bs='B' fs='D' val='7'/><angle bs='C' fs='B' val='5'/>";
+  const std::string angoli =
+      "<angle bs='B' fs='C' val='90-00-00'/><angle bs='B' fs='D' val='7'/><angle bs='C' fs='B' "
+      "val='5'/>";
   const std::tuple<const char*, std::string, const char*> casi[] = {
-      {"", dz + "<s-distance to='B' val='50' to_dh='1.5'/>", "A 0 1: B 399.5 99 50/1 1.5;"},
-      {"", dz + "<s-distance to='B' val='50' to_dh='1.3'/>", "A 0 1: B 399.5 99 -/1 1.5; B - - 50/1 1.3;"},
-      {"", dz + dz + "<distance to='B' val='50'/>", "A 0 1: B 399.5 99 50/0 1.5; B 399.5 99 -/1 1.5;"},
-      {"", dz + "<z-angle to='B' val='98' from_dh='1.7' to_dh='0'/>", "A 0 1: B 399.5 99 -/1 1.5;A 1.7 1: B - 98 -/1 0;"},
-      {"", "<distance from='C' to='B' val='50'/><direction to='B' val='-1'/>", "A 0 1: B 399 - -/1 -;C 0 1: B - 100 50/0 -;"},
-      {"", angoli, "A 0 1: B 0 - -/1 -; C 100 - -/1 -; D 7 - -/1 -;A 0 1: C 0 - -/1 -; B 5 - -/1 -;"},
-      {"angles='right-handed'", angoli, "A 0 1: B 0 - -/1 -; C 300 - -/1 -; D 393 - -/1 -;A 0 1: C 0 - -/1 -; B 395 - -/1 -;"}};
+      {"", dz + "<s-distance to='B' val='50' to_dh='1.3'/>",
+       "A 0 1: B 399.5 99 -/1 1.5; B - - 50/1 1.3;"},
+      {"", dz + dz + "<distance to='B' val='50'/>",
+       "A 0 1: B 399.5 99 50/0 1.5; B 399.5 99 -/1 1.5;"},
+      {"", dz + "<z-angle to='B' val='98' from_dh='1.7' to_dh='0'/>",
+       "A 0 1: B 399.5 99 -/1 1.5;A 1.7 1: B - 98 -/1 0;"},
+      {"", "<distance from='C' to='B' val='50'/><direction to='B' val='-1'/>",
+       "A 0 1: B 399 - -/1 -;C 0 1: B - 100 50/0 -;"},
+      {"", angoli,
+       "A 0 1: B 0 - -/1 -; C 100 - -/1 -; D 7 - -/1 -;A 0 1: C 0 - -/1 -; B 5 - -/1 -;"},
+      {"angles='right-handed'", angoli,
+       "A 0 1: B 0 - -/1 -; C 300 - -/1 -; D 393 - -/1 -;A 0 1: C 0 - -/1 -; B 395 - -/1 -;"}};
   for (const auto& [rete, obs, attese] : casi)
     EXPECT_EQ(Stazioni(Leggi(File(rete, "<obs from='A'>" + obs + "</obs>")).Libro), attese);
-  const Esame m = Leggi(File("", "<obs from='A'><direction to='B' val='1' stdev='7'/><distance to='B' "
-                                 "val='9'/><cov-mat dim='2' band='1'>9 1 16</cov-mat></obs>"));
+  const Esame m = Leggi(File("",
+                             "<obs from='A'><direction to='B' val='1' stdev='7'/><distance to='B' "
+                             "val='9'/><cov-mat dim='2' band='1'>9 1 16</cov-mat></obs>"));
   EXPECT_NEAR(*m.Libro.Postazioni[0].Battute[0].SqmDirezione, 3e-4 * std::sqrt(2), 1e-12);
   EXPECT_NEAR(*m.Libro.Postazioni[0].Battute[0].SqmDistanza, 0.004, 1e-12);
   EXPECT_NE(m.Messaggi.find("correlazioni"), std::string::npos);
@@ -152,15 +171,17 @@ TEST(Gkf, Rifiuti) {
   const std::tuple<std::string, const char*> casi[] = {
       {File("", az), "prova.gkf:3:1: errore: <azimuth>: .*azimut \\(2 volte"},
       {File("", "<height-differences><dh/><dh/></height-differences>"), ":2:1: errore: .*2 volte"},
-      {File("", "<obs from='A'>\n <direction to='è' val='10,5'/></obs>"), ":3:25: errore: .*10,5.*punto"},
+      {File("", "<obs from='A'>\n <direction to='è' val='10,5'/></obs>"),
+       ":3:25: errore: .*10,5.*punto"},
       {File("", "<obs from='A'><direction to='B' val='1-60-0'/></obs>"), ":2:38: errore: .*1-60-0"},
-      {File("", "<obs from='A'><direction val='1'/></obs>"), ":2:15: errore: .*to: manca"},
       {File("", "<obs from='A'><z-angle to='B' val='401'/></obs>"), ":2:36: errore: .*0 a 400"},
       {File("", "<obs from='A'><cov-mat dim='1' band='0'>1</cov-mat></obs>"), ":2:29: errore"},
       {File("axes-xy='xy'", ""), ":1:31: errore: .*assi sconosciuti"},
-      {File("", "<obs from='A'><drection to='B' val='4'/></obs>"), ":2:15: avviso: .*\"direction\""},
+      {File("", "<obs from='A'><drection to='B' val='4'/></obs>"),
+       ":2:15: avviso: .*\"direction\""},
       {File("", "<point id='P' w='1'/>\n<point id='Q' adj='xw'/>"), ":3:20: errore: .*adj: parola"},
-      {"<gama-local>\r\n<network>\r\n <obs></network></gama-local>", ":3:[0-9]+: errore: XML: un elemento"},
+      {"<gama-local>\r\n<network>\r\n <obs></network></gama-local>",
+       ":3:[0-9]+: errore: XML: un elemento"},
       {"", ":1:1: errore: XML"}};
   for (const auto& [testo, attesi] : casi) {
     const std::string messaggi = Leggi(testo).Messaggi;
