@@ -1,5 +1,328 @@
-// To be written.
+// The network as a .gkf file, in the model that this program adjusts.
+//
+//   plan      angles from the first used reading of each set-up, independent, all of one weight,
+//             and distances reduced to the plane: as the last iteration's equations have them
+//   height    height differences of weight p = 0.001 / D^2 (D in km), hence of standard deviation
+//             1 / sqrt p in the unit of sigma zero, which the file takes to be 1 mm: 31.6 mm per km
+//
+// The other program works with directions, one unknown orientation a set-up: as directions the same
+// readings would have other weights. As angles both normal equations are the same, and so are
+// coordinates and residuals. A height difference of a set-up whose instrument height is unknown
+// starts at a point of its own, the instrument's axis: its height stands for that unknown.
+//
+// Without equations the readings are written as they stand in the field book. Whatever the elements
+// hold, the records follow in a register, for this program to read back exactly.
 
 #include "host/uscite/gkf.h"
 
-void ScriviGkf(const Documento& /*documento*/, const std::function<void(std::string_view)>& /*scrivi*/) {}
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <string>
+#include <unordered_set>
+
+#include "host/importazione/gkf_formato.h"
+#include "host/numeri.h"
+#include "host/uscite/gkf_registro.h"
+#include "host/versione.h"
+
+namespace {
+
+constexpr std::string_view kSpazioNomi = "http://www.gnu.org/software/gama/gama-local";
+constexpr double kSqmUnitario = 1e-3;   // of an angle, where all weigh alike and none is given [gon]
+constexpr double kMmDiSigmaZero = 1.0;  // standard deviation of unit weight in height
+constexpr int kDecimaliGon = 8;
+constexpr int kDecimaliMetri = 6;
+constexpr int kDecimaliStdev = 4;
+constexpr double kRadPerGon = std::numbers::pi / 200.0;
+
+// Up to so many decimals, without trailing zeros.
+std::string Decimale(double valore, int decimali) {
+  std::string testo = NumeroFisso(valore, decimali);
+  testo.erase(testo.find_last_not_of('0') + 1);
+  if (testo.ends_with('.')) testo.pop_back();
+  return testo;
+}
+
+// The value that a reader gets back.
+std::string Lecito(std::string_view testo) {
+  std::string lecito(testo);
+  std::replace_if(
+      lecito.begin(), lecito.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; },
+      ' ');
+  return lecito;
+}
+
+class Scrittore {
+ public:
+  Scrittore(const Documento& documento, const std::function<void(std::string_view)>& scrivi)
+      : R(documento.Esiti), Scrivi(scrivi) {}
+
+  void Documenta();
+
+ private:
+  using Attributi = std::initializer_list<std::pair<std::string_view, std::string>>;
+
+  void Apri(std::string_view nome, Attributi attributi, std::string_view coda);
+  void Vuoto(std::string_view nome, Attributi attributi) { Apri(nome, attributi, "/>\n"); }
+  void Commento(std::string_view testo) {
+    Scrivi("<!-- ");
+    Scrivi(testo);
+    Scrivi(" -->\n");
+  }
+  void Istruzione(const std::string& contenuto);
+
+  void ScriviConvenzioni();
+  void ScriviPunti();
+  void ScriviPunto(const RisultatoPunto& p);
+  void NominaStrumenti();
+  void ScriviStazione(std::size_t stazione);
+  void ScriviDislivelli();
+  void ScriviLetture(const RisultatoStazione& s);
+
+  const Equazione& Di(int indice) const { return R.Equazioni[static_cast<std::size_t>(indice)]; }
+  const std::string& Nome(int punto) const;
+  std::string StdevAngolo(double sqm) const;
+  bool Fatta(TipoEquazione tipo) const;
+  static bool StrumentoIncognito(const RisultatoStazione& s) {
+    return !s.AltStrumNota && Presente(s.AltStrumCompensata);
+  }
+
+  const Risultati& R;
+  const std::function<void(std::string_view)>& Scrivi;
+  gkf::Impronta Fnv;
+  bool ConPiano = false, ConQuote = false, Grezza = false;
+  std::vector<std::string> Strumenti;  // by station: the point of its axis, empty = none
+};
+
+void Scrittore::Apri(std::string_view nome, Attributi attributi, std::string_view coda) {
+  Fnv.Elemento(nome);
+  std::string riga = "<" + std::string(nome);
+  for (const auto& [chiave, valore] : attributi) {
+    if (valore.empty()) continue;
+    Fnv.Attributo(chiave, Lecito(valore));
+    riga.append(" ")
+        .append(chiave)
+        .append("=\"")
+        .append(gkf::Protetto(Lecito(valore)))
+        .append("\"");
+  }
+  Scrivi(riga += coda);
+}
+
+void Scrittore::Istruzione(const std::string& contenuto) {
+  if (!contenuto.starts_with(gkf::kFine)) Fnv.Istruzione(contenuto);
+  Scrivi("<?" + std::string(gkf::kIstruzione) + " " + contenuto + "?>\n");
+}
+
+const std::string& Scrittore::Nome(int punto) const {
+  static const std::string kNessunNome;
+  const auto i = static_cast<std::size_t>(punto);
+  return punto >= 0 && i < R.Punti.size() ? R.Punti[i].Nome : kNessunNome;
+}
+
+std::string Scrittore::StdevAngolo(double sqm) const {
+  const double dato = Presente(sqm) ? sqm : ValoreDato(R.Opzioni.SqmDir);
+  return Decimale((dato > 0.0 ? dato : kSqmUnitario) / gkf::kGonPerCc, kDecimaliStdev);
+}
+
+bool Scrittore::Fatta(TipoEquazione tipo) const {
+  return std::any_of(R.Equazioni.begin(), R.Equazioni.end(),
+                     [&](const Equazione& e) { return e.Tipo == tipo; });
+}
+
+void Scrittore::ScriviConvenzioni() {
+  Commento("Scritto da " + std::string(kNomeProgramma) + " " + std::string(kVersioneProgramma));
+  Commento(
+      "Assi: x verso est, y verso nord. Angoli orari in gon; stdev in cc (1 cc = 0.0001 gon) "
+      "per gli angoli, in mm per distanze e dislivelli, tutti a priori (sigma-apr = 1).");
+  if (Grezza) {
+    Commento(
+        "Rete non compensata: letture del libretto di campagna, non ridotte. stdev delle "
+        "direzioni e degli zenit = scarto di un angolo / radice di 2. Mancano le letture delle "
+        "stazioni fuori centro, che non hanno posto in questo formato.");
+  } else {
+    Commento(
+        "Modello equivalente: angle = angolo dalla prima direzione della stazione, ridotto in "
+        "centro e al piano, ciascuno indipendente dagli altri; distance = distanza ridotta al "
+        "piano; dh = dislivello fra i punti.");
+    if (ConQuote)
+      Commento(
+          "stdev dei dislivelli proporzionale alla distanza: radice di 1/p, peso p = 0.001/D^2 "
+          "con D in km, unità di peso 1 mm (31.6 mm su 1 km). Planimetria e altimetria sono "
+          "indipendenti, con due sigma zero: quello comune a posteriori è un altro numero.");
+    if (std::any_of(Strumenti.begin(), Strumenti.end(), [](const auto& s) { return !s.empty(); }))
+      Commento("I punti «… (strumento n)» sono gli assi degli strumenti di altezza incognita.");
+  }
+  Commento(
+      "Le istruzioni compensa in fondo conservano le letture originali; se si modifica il file "
+      "valgono gli elementi.");
+}
+
+// Only what takes part in an adjustment that was made has a role, else what the file asked for.
+void Scrittore::ScriviPunto(const RisultatoPunto& p) {
+  const RuoliPunto& ruoli = Grezza ? p.RuoliIniziali : p.Ruoli;
+  std::string fisso;
+  std::string incognito;
+  const auto aggiungi = [&](bool presente, int ruolo, std::string_view assi) {
+    if (!presente) return;
+    if (ruolo == kFisso) fisso += assi;
+    if (ruolo == kIncognito || ruolo == kCompensato) incognito += assi;
+  };
+  const bool piano = Presente(p.EstIniziale) && Presente(p.NordIniziale);
+  aggiungi(ConPiano || Grezza, ruoli.Pla, "xy");
+  aggiungi(ConQuote || Grezza, ruoli.Alt, "z");
+  const auto numero = [](double v, bool se) { return se ? NumeroBreve(v) : std::string(); };
+  Vuoto("point", {{"id", p.Nome},
+                  {"x", numero(p.EstIniziale, piano)},
+                  {"y", numero(p.NordIniziale, piano)},
+                  {"z", numero(p.QuotaIniziale, Presente(p.QuotaIniziale))},
+                  {"fix", fisso},
+                  {"adj", incognito}});
+}
+
+void Scrittore::ScriviPunti() {
+  for (const RisultatoPunto& p : R.Punti) ScriviPunto(p);
+  for (std::size_t i = 0; i < Strumenti.size(); ++i) {
+    if (Strumenti[i].empty()) continue;
+    const RisultatoStazione& s = R.Stazioni[i];
+    const double quota = R.Punti[static_cast<std::size_t>(s.Punto)].QuotaIniziale + s.AltStrum;
+    Vuoto("point", {{"id", Strumenti[i]},
+                    {"z", Presente(quota) ? NumeroBreve(quota) : std::string()},
+                    {"adj", "z"}});
+  }
+}
+
+// Names for the axes of the instruments of unknown height, that no point has.
+void Scrittore::NominaStrumenti() {
+  Strumenti.resize(R.Stazioni.size());
+  if (!ConQuote) return;
+  std::unordered_set<std::string_view> nomi;
+  for (const RisultatoPunto& p : R.Punti) nomi.insert(p.Nome);
+  for (std::size_t i = 0; i < R.Stazioni.size(); ++i) {
+    const RisultatoStazione& s = R.Stazioni[i];
+    if (!StrumentoIncognito(s) || Nome(s.Punto).empty()) continue;
+    Strumenti[i] = Nome(s.Punto) + " (strumento " + std::to_string(i + 1) + ")";
+    while (nomi.contains(Strumenti[i])) Strumenti[i] += '\'';
+  }
+}
+
+void Scrittore::ScriviStazione(std::size_t stazione) {
+  const RisultatoStazione& s = R.Stazioni[stazione];
+  const bool usata = std::any_of(s.Osservazioni.begin(), s.Osservazioni.end(), [](const auto& o) {
+    return o.Angolo != kNessuno || o.EqDistanza != kNessuno;
+  });
+  if (!usata) return;
+  Apri("obs", {{"from", Nome(s.Punto)}}, ">\n");
+  for (const RisultatoOsservazione& o : s.Osservazioni) {
+    if (o.Angolo == kNessuno) continue;
+    const Equazione& e = Di(o.Angolo);
+    const auto riferimento = static_cast<std::size_t>(e.Riferimento);
+    Vuoto("angle", {{"bs", Nome(s.Osservazioni[riferimento].Punto)},
+                    {"fs", Nome(o.Punto)},
+                    {"val", NumeroFisso(e.Usato, kDecimaliGon)},
+                    {"stdev", StdevAngolo(e.SqmPriori)}});
+  }
+  for (const RisultatoOsservazione& o : s.Osservazioni) {
+    if (o.EqDistanza == kNessuno) continue;
+    const Equazione& e = Di(o.EqDistanza);
+    if (!Presente(e.Usato)) continue;  // the ends coincide
+    Vuoto("distance", {{"to", Nome(o.Punto)},
+                       {"val", NumeroFisso(e.Usato, kDecimaliMetri)},
+                       {"stdev", Decimale(e.SqmPriori / gkf::kMetriPerMm, kDecimaliMetri)}});
+  }
+  Scrivi("</obs>\n");
+}
+
+void Scrittore::ScriviDislivelli() {
+  Apri("height-differences", {}, ">\n");
+  for (std::size_t i = 0; i < R.Stazioni.size(); ++i) {
+    const RisultatoStazione& s = R.Stazioni[i];
+    const bool strumento = !Strumenti[i].empty();
+    for (const RisultatoOsservazione& o : s.Osservazioni) {
+      if (o.Dislivello == kNessuno) continue;
+      const Equazione& e = Di(o.Dislivello);
+      const double usato = strumento ? e.Usato - s.AltStrumCompensata : e.Usato;
+      Vuoto("dh", {{"from", strumento ? Strumenti[i] : Nome(s.Punto)},
+                   {"to", Nome(o.Punto)},
+                   {"val", NumeroFisso(usato, kDecimaliMetri)},
+                   {"stdev", Decimale(kMmDiSigmaZero / std::sqrt(e.Peso), kDecimaliMetri)}});
+    }
+  }
+  Scrivi("</height-differences>\n");
+}
+
+// The readings of a set-up as they are. A slope distance without the heights of instrument and
+// target is reduced to the horizontal here, since a missing height would be taken for zero.
+void Scrittore::ScriviLetture(const RisultatoStazione& s) {
+  if (Presente(s.EccDistanza) && s.EccDistanza > 0.0) return;
+  const bool inQuota = Presente(s.AltStrum) && s.AltStrumNota;
+  const std::string direzione = StdevAngolo(
+      (R.Opzioni.SqmDir > 0.0 ? ValoreDato(R.Opzioni.SqmDir) : kSqmUnitario) / std::numbers::sqrt2);
+  const auto distanza = [&](double metri) {
+    constexpr double kMetriPerKm = 1000.0;
+    const double mm =
+        (R.Opzioni.SqmDistCost + R.Opzioni.SqmDistProp * metri / kMetriPerKm) / gkf::kMetriPerMm;
+    return mm > 0.0 ? Decimale(mm, kDecimaliMetri) : std::string();
+  };
+  Apri("obs", {{"from", Nome(s.Punto)}, {"from_dh", inQuota ? NumeroBreve(s.AltStrum) : ""}},
+       ">\n");
+  for (const RisultatoOsservazione& o : s.Osservazioni) {
+    const std::string& a = Nome(o.Punto);
+    const bool completa = inQuota && Presente(o.Zenit) && Presente(o.AltSegnale);
+    const std::string segnale = completa ? NumeroBreve(o.AltSegnale) : "";
+    if (Presente(o.Direzione))
+      Vuoto("direction", {{"to", a}, {"val", NumeroBreve(o.Direzione)}, {"stdev", direzione}});
+    if (completa)
+      Vuoto("z-angle",
+            {{"to", a}, {"val", NumeroBreve(o.Zenit)}, {"stdev", direzione}, {"to_dh", segnale}});
+    if (!Presente(o.Distanza)) continue;
+    if (o.TipoDist == kInclinata && completa)
+      Vuoto("s-distance", {{"to", a},
+                           {"val", NumeroBreve(o.Distanza)},
+                           {"stdev", distanza(o.Distanza)},
+                           {"to_dh", segnale}});
+    else if (o.TipoDist == kOrizzontale || (o.TipoDist == kInclinata && Presente(o.Zenit)))
+      Vuoto("distance",
+            {{"to", a},
+             {"val", NumeroBreve(o.TipoDist == kOrizzontale
+                                     ? o.Distanza
+                                     : o.Distanza * std::abs(std::sin(o.Zenit * kRadPerGon)))},
+             {"stdev", distanza(o.Distanza)}});
+  }
+  Scrivi("</obs>\n");
+}
+
+void Scrittore::Documenta() {
+  ConPiano = Fatta(TipoEquazione::Angolo) || Fatta(TipoEquazione::Distanza);
+  ConQuote = Fatta(TipoEquazione::Dislivello);
+  Grezza = !ConPiano && !ConQuote;
+  NominaStrumenti();
+  Scrivi("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
+  ScriviConvenzioni();
+  Apri(gkf::kRadice, {{"xmlns", std::string(kSpazioNomi)}}, ">\n");
+  Apri("network", {{"axes-xy", "en"}, {"angles", "left-handed"}}, ">\n");
+  Apri("description", {}, ">");
+  Scrivi(gkf::Protetto(Lecito(R.DatiProgetto.Nome)));
+  Scrivi("</description>\n");
+  Vuoto("parameters", {{"sigma-apr", "1"}, {"conf-pr", "0.95"}, {"sigma-act", "aposteriori"}});
+  Apri("points-observations", {}, ">\n");
+  ScriviPunti();
+  for (std::size_t i = 0; i < R.Stazioni.size(); ++i) {
+    if (Grezza)
+      ScriviLetture(R.Stazioni[i]);
+    else
+      ScriviStazione(i);
+  }
+  if (ConQuote) ScriviDislivelli();
+  Scrivi("</points-observations>\n</network>\n");
+  gkf::Registra(R, [&](const std::string& contenuto) { Istruzione(contenuto); });
+  Istruzione(gkf::Chiusura(Fnv));
+  Scrivi("</" + std::string(gkf::kRadice) + ">\n");
+}
+
+}  // namespace
+
+void ScriviGkf(const Documento& documento, const std::function<void(std::string_view)>& scrivi) {
+  Scrittore(documento, scrivi).Documenta();
+}
