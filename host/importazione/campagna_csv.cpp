@@ -309,7 +309,15 @@ class LettoreCampagna {
   template <std::size_t N>
   std::optional<double> Sqm(const std::array<ColonnaSqm, N>& colonne) {
     for (const ColonnaSqm& colonna : colonne) {
-      if (const auto valore = Numero(colonna.Quale, colonna.Regola)) return *valore * colonna.Unita;
+      const std::optional<double> valore = Numero(colonna.Quale, colonna.Regola);
+      if (!valore) continue;
+      if (*valore <= colonna.Massimo) return *valore * colonna.Unita;
+      Errore(colonna.Quale,
+             {.Campo = std::string(colonna.Regola.Nome),
+              .Problema = "troppo grande per uno s.q.m. in " + std::string(colonna.Regola.Unita),
+              .Trovato = Cita(Csv.Campo(colonna.Quale)),
+              .Suggerimento = "la colonna dice l'unità: sqm_dir (gon), sqm_dir_mgon, sqm_dir_cc, "
+                              "sqm_dist (m), sqm_dist_mm"});
     }
     return std::nullopt;
   }

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <string_view>
 
 #include "host/campi.h"
 #include "host/csv.h"
@@ -86,18 +87,22 @@ inline constexpr double kMetriPerMm = 1.0e-3;
 inline constexpr double kSqmDirMassimo = 0.1;   // [gon]; more is a number in another unit
 inline constexpr double kSqmDistMassimo = 1.0;  // [m]; likewise
 
-// A standard deviation in the unit of its column.
+// A standard deviation in the unit of its column; above the largest it is a number in another unit.
 struct ColonnaSqm {
   ColonnaCampagna Quale;
   RegolaNumero Regola;
+  double Massimo;
   double Unita;  // [gon] or [m]
 };
+constexpr RegolaNumero RegolaSqm(std::string_view nome, std::string_view unita) {
+  return {nome, unita, 0.0, kNonDato, true};
+}
 inline constexpr std::array<ColonnaSqm, 3> kSqmDirezioni{{
-    {kCSqmDir, {"sqm_dir", "gon", 0.0, kSqmDirMassimo, true}, 1.0},
-    {kCSqmMgon, {"sqm_dir_mgon", "mgon", 0.0, kSqmDirMassimo / kGonPerMgon, true}, kGonPerMgon},
-    {kCSqmCc, {"sqm_dir_cc", "cc", 0.0, kSqmDirMassimo / kGonPerCc, true}, kGonPerCc},
+    {kCSqmDir, RegolaSqm("sqm_dir", "gon"), kSqmDirMassimo, 1.0},
+    {kCSqmMgon, RegolaSqm("sqm_dir_mgon", "mgon"), kSqmDirMassimo / kGonPerMgon, kGonPerMgon},
+    {kCSqmCc, RegolaSqm("sqm_dir_cc", "cc"), kSqmDirMassimo / kGonPerCc, kGonPerCc},
 }};
 inline constexpr std::array<ColonnaSqm, 2> kSqmDistanze{{
-    {kCSqmDist, {"sqm_dist", "m", 0.0, kSqmDistMassimo, true}, 1.0},
-    {kCSqmMm, {"sqm_dist_mm", "mm", 0.0, kSqmDistMassimo / kMetriPerMm, true}, kMetriPerMm},
+    {kCSqmDist, RegolaSqm("sqm_dist", "m"), kSqmDistMassimo, 1.0},
+    {kCSqmMm, RegolaSqm("sqm_dist_mm", "mm"), kSqmDistMassimo / kMetriPerMm, kMetriPerMm},
 }};

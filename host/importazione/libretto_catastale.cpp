@@ -330,7 +330,9 @@ class LettoreLibretto {
                                    : std::to_string(numeri) + (vuoti > 0 ? " e campi vuoti" : ""),
             .Voluto = "4 (direzione, zenit, distanza inclinata, segnale) o 2 (direzione, distanza "
                       "ridotta)",
-            .Suggerimento = "una distanza che manca si scrive 0, l'altezza del segnale ci vuole"});
+            .Suggerimento = numeri == 0 ? ""
+                                        : "una distanza che manca si scrive 0, l'altezza del "
+                                          "segnale ci vuole"});
     return 0;
   }
 
