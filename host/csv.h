@@ -46,8 +46,8 @@ class LettoreCsv {
 
   // Goes on to the next row that holds anything; false at the end.
   bool ProssimaRiga();
-  // Whether the current row has as many fields as the header has columns. If not, the message is out
-  // and the fields may stand under wrong columns.
+  // Whether the current row has as many fields as the header has columns. If not, the message is
+  // out and the fields may stand under wrong columns.
   bool RigaIntera() const { return Campi.size() == NCampi; }
 
   // Field of a column of the current row, by its index among the columns given; without the blanks

@@ -25,7 +25,7 @@ inline constexpr std::array<ColonnaCsv, 26> kColonneCampagna{{
     {"sqm_zen"}, {"est"}, {"nord"}, {"quota"}, {"note"}, {"codice"},
 }};
 
-// Titles of angles that do not say from where they count ("verticale", "V") are left out on purpose.
+// Titles of angles that do not say where they count from ("verticale", "V") are not among them.
 inline constexpr SinonimoCsv kSinonimiCampagna[] = {
     {"stazione", kCStazione}, {"staz", kCStazione}, {"da", kCStazione}, {"from", kCStazione},
     {"station", kCStazione}, {"punto_stazione", kCStazione}, {"punto_di_stazione", kCStazione},

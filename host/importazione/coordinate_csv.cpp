@@ -53,6 +53,7 @@ TitoloCsv Titolo(std::string_view titolo, std::optional<Assi> assi) {
   if (const auto colonna = CercaSinonimo(TitoloSemplice(titolo), kSinonimi))
     return {.Colonna = colonna};
   std::vector<std::string_view> note;
+  note.reserve(kColonne.size());
   for (const ColonnaCsv& colonna : kColonne) note.push_back(colonna.Nome);
   return {.Cosa = ChiaveSconosciuta("intestazione", "colonna", titolo, note)};
 }

@@ -307,7 +307,7 @@ class LettoreLibretto {
   }
 
   // kLunga or kCorta, 0 and a message if the fields after the name may be neither. A blank among
-  // numbers is a missing one; blanks after them are part of the note only where that changes nothing.
+  // numbers is a missing one; blanks after them are the note only where that changes nothing.
   std::size_t ContaNumeri(const RigaLibretto& riga, const std::string& record) {
     std::size_t fine = 1;    // behind the last field, from the name on, that is blank or a number
     std::size_t numeri = 0;  // fields up to the last number

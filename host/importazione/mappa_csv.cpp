@@ -22,8 +22,8 @@ std::string_view SenzaBianchi(std::string_view testo) {
   return testo.substr(primo, testo.find_last_not_of(kBianchi) - primo + 1);
 }
 
-// A value, quoted or bare, with the comment after it left out; nothing if its quotes do not close or
-// something else follows them.
+// A value, quoted or bare, with the comment after it left out; nothing if its quotes do not close
+// or something else follows them.
 std::optional<std::string> LeggiValore(std::string_view testo) {
   testo = SenzaBianchi(testo);
   if (testo.empty() || (testo.front() != '"' && testo.front() != '\''))

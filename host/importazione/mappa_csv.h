@@ -34,5 +34,5 @@ std::optional<std::vector<VoceMappa>> LeggiMappaCsv(const std::string& percorso,
                                                     std::span<const SinonimoCsv> sinonimi,
                                                     Diagnostica& diagnostica);
 
-// The pair of a title of the table, without regard to case, accents and blanks; null if there is none.
+// The pair of a title of the table, without regard to case, accents and blanks; null if none.
 VoceMappa* CercaNellaMappa(std::vector<VoceMappa>& mappa, std::string_view titolo);
