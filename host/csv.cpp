@@ -27,8 +27,13 @@ std::string InMinuscole(std::string_view testo) {
 }  // namespace
 
 LettoreCsv::LettoreCsv(std::string_view testo, std::string_view file,
-                       std::span<const ColonnaCsv> colonne, Diagnostica& diagnostica)
-    : Testo(testo), NomeFile(file), Colonne(colonne), Diario(diagnostica) {}
+                       std::span<const ColonnaCsv> colonne, Diagnostica& diagnostica,
+                       RiconosciTitolo titoli)
+    : Testo(testo),
+      NomeFile(file),
+      Colonne(colonne),
+      Diario(diagnostica),
+      Titoli(std::move(titoli)) {}
 
 bool LettoreCsv::FineRiga(std::size_t i) const { return Testo[i] == '\n' || Testo[i] == '\r'; }
 
@@ -139,6 +144,14 @@ void LettoreCsv::ErroreColonna(std::size_t campo, std::string problema) {
                 {.Record = "intestazione", .Problema = std::move(problema)});
 }
 
+TitoloCsv LettoreCsv::NomeNoto(std::string_view titolo) const {
+  std::vector<std::string_view> note;
+  for (const ColonnaCsv& colonna : Colonne) note.push_back(colonna.Nome);
+  const auto nota = std::find(note.begin(), note.end(), InMinuscole(titolo));
+  if (nota != note.end()) return {.Colonna = static_cast<std::size_t>(nota - note.begin())};
+  return {.Cosa = ChiaveSconosciuta("intestazione", "colonna", titolo, note)};
+}
+
 bool LettoreCsv::LeggiIntestazione() {
   const std::size_t errori = Diario.Errori();
   Posti.assign(Colonne.size(), kAssente);
@@ -150,20 +163,17 @@ bool LettoreCsv::LeggiIntestazione() {
       return false;
     }
   } while (RigaVuota() || InMinuscole(Testo.substr(InizioRiga, kRigaSep.size())) == kRigaSep);
-  std::vector<std::string_view> note;
-  for (const ColonnaCsv& colonna : Colonne) note.push_back(colonna.Nome);
   NCampi = Campi.size();
   for (std::size_t i = 0; i < NCampi; ++i) {
-    if (Campi[i].Valore.empty()) continue;
-    const auto nota = std::find(note.begin(), note.end(), InMinuscole(Campi[i].Valore));
-    const auto colonna = static_cast<std::size_t>(nota - note.begin());
-    if (nota == note.end()) {
-      Diario.Errore(DoveInizio(Campi[i].Inizio),
-                    ChiaveSconosciuta("intestazione", "colonna", Campi[i].Valore, note));
-    } else if (Posti[colonna] != kAssente) {
-      ErroreColonna(i, "colonna " + Cita(Campi[i].Valore) + " ripetuta");
-    } else {
-      Posti[colonna] = i;
+    const std::string_view valore = Campi[i].Valore;
+    if (valore.empty()) continue;
+    TitoloCsv titolo = Titoli ? Titoli(valore) : NomeNoto(valore);
+    if (titolo.Cosa) {
+      Diario.Errore(DoveInizio(Campi[i].Inizio), std::move(*titolo.Cosa));
+    } else if (titolo.Colonna && Posti[*titolo.Colonna] != kAssente) {
+      ErroreColonna(i, "colonna " + Cita(valore) + " ripetuta");
+    } else if (titolo.Colonna) {
+      Posti[*titolo.Colonna] = i;
     }
   }
   for (std::size_t i = 0; i < Colonne.size(); ++i) {

@@ -4,6 +4,8 @@
 
 #include <cstddef>
 #include <deque>
+#include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -19,22 +21,33 @@ struct ColonnaCsv {
   bool Necessaria = false;
 };
 
+// What a title of the header is: one of the columns, or no column for the reason given, or neither,
+// and then the fields under it are passed over.
+struct TitoloCsv {
+  std::optional<std::size_t> Colonna = std::nullopt;  // index among the columns given
+  std::optional<Guasto> Cosa = std::nullopt;
+};
+using RiconosciTitolo = std::function<TitoloCsv(std::string_view titolo)>;
+
 // Reads a table row by row, in one pass over the text and without copying its fields. Fields may be
 // quoted, with doubled quotes inside; they never span lines. Line ends are LF, CRLF or CR.
 class LettoreCsv {
  public:
-  // All arguments must outlive the reader; file is the name for positions.
+  // All arguments but the last must outlive the reader; file is the name for positions. Without a
+  // function of its own for the titles, a table has the names of its columns, in either case.
   LettoreCsv(std::string_view testo, std::string_view file, std::span<const ColonnaCsv> colonne,
-             Diagnostica& diagnostica);
+             Diagnostica& diagnostica, RiconosciTitolo titoli = {});
 
   // Skips a line "sep=;", finds the delimiter and the columns. False if the rows make no sense
   // without them: a column that is unknown, given twice or missing.
   bool LeggiIntestazione();
+  // Whether the header has the column.
+  bool Presente(std::size_t colonna) const { return Posti[colonna] != kAssente; }
 
   // Goes on to the next row that holds anything; false at the end.
   bool ProssimaRiga();
-  // Whether the current row has as many fields as the header has columns. If not, the message is out
-  // and the fields may stand under wrong columns.
+  // Whether the current row has as many fields as the header has columns. If not, the message is
+  // out and the fields may stand under wrong columns.
   bool RigaIntera() const { return Campi.size() == NCampi; }
 
   // Field of a column of the current row, by its index among the columns given; without the blanks
@@ -51,6 +64,7 @@ class LettoreCsv {
     std::size_t Inizio = 0;  // of the field in the text, blanks left out
   };
 
+  TitoloCsv NomeNoto(std::string_view titolo) const;
   bool LeggiRiga();
   std::size_t LeggiCampo(std::size_t da);
   std::size_t LeggiCampoFraVirgolette(std::size_t da);
@@ -67,6 +81,7 @@ class LettoreCsv {
   std::string_view NomeFile;
   std::span<const ColonnaCsv> Colonne;
   Diagnostica& Diario;
+  RiconosciTitolo Titoli;
   char Delimitatore = ';';
   std::size_t Posto = 0;       // start of the next line
   std::size_t InizioRiga = 0;  // of the current one
