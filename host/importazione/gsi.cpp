@@ -14,27 +14,13 @@
 #include <vector>
 
 #include "host/campi.h"
-#include "host/importazione/gsi_parole.h"
+#include "host/importazione/gsi_blocco.h"
 #include "host/importazione/lettore.h"
 #include "host/importazione/raccolta.h"
 #include "host/numeri.h"
 
 namespace {
 
-constexpr std::string_view kNome = "11";
-constexpr std::string_view kNomeStazione = "16";
-constexpr std::string_view kWiDirezione = "21";
-constexpr std::string_view kWiZenit = "22";
-constexpr std::string_view kInclinate = "31";
-constexpr std::string_view kOrizzontali = "32";
-constexpr std::string_view kDislivello = "33";
-constexpr std::string_view kCodice = "41";
-constexpr std::string_view kCodiceStazione = "42";
-constexpr std::string_view kCodiceAltezza = "43";
-constexpr std::string_view kWiSegnale = "87";
-constexpr std::string_view kWiAltezza = "88";
-constexpr std::array<std::string_view, 3> kCoordPunto = {"81", "82", "83"};
-constexpr std::array<std::string_view, 3> kCoordStazione = {"84", "85", "86"};
 constexpr std::array<std::string_view, 3> kCostanti = {"51", "58", "59"};
 constexpr std::array<std::string_view, 14> kUsate = {
     kNome,      kNomeStazione, kWiDirezione, kWiZenit, kInclinate, kOrizzontali, kWiSegnale,
@@ -56,7 +42,11 @@ class LetturaGsi {
  public:
   LetturaGsi(std::string_view file, const OpzioniLettura& opzioni, Libretto& libretto,
              Diagnostica& diagnostica)
-      : Opzioni(opzioni), Libro(libretto), Diario(diagnostica), Dati(file, libretto, diagnostica) {}
+      : Opzioni(opzioni),
+        Libro(libretto),
+        Diario(diagnostica),
+        Dati(file, libretto, diagnostica),
+        Blocco(file, diagnostica) {}
 
   void Leggi(std::string_view testo) {
     Righe righe(testo);
@@ -68,7 +58,6 @@ class LetturaGsi {
 
  private:
   void LeggiRiga(const RigaTesto& riga);
-  void Aggiungi(const ParolaGsi& parola);
   void ChiudiBlocco();
   void BloccoCodice();
   void BloccoStazione();
@@ -81,28 +70,14 @@ class LetturaGsi {
   void ControllaPostazioni();
   void ControllaZenit();
 
-  const ParolaGsi* Trova(std::string_view indice) const;
-  bool HaUnaDi(const std::array<std::string_view, 3>& indici) const;
-  bool HaMisure();
-  Posizione DoveBlocco() const { return Dati.Dove(Riga, Parole.front().Colonna); }
-  std::string Record() const;
-  void Errore(const GuastoGsi& guasto);
-  void Errore(const ParolaGsi& parola, std::string problema, std::string voluto = {});
-  std::string Nome(std::string_view indice);
-  std::optional<double> Valore(std::string_view indice, ValoreGsi (*leggi)(const ParolaGsi&));
-  std::optional<double> Lunghezza(std::string_view indice) { return Valore(indice, LunghezzaGsi); }
-  std::optional<double> Angolo(std::string_view indice, const RegolaNumero& regola);
-  std::optional<double> Distanza(std::string_view indice);
   std::optional<double> Segnale();
-  Terna Coordinate(const std::array<std::string_view, 3>& indici);
 
   const OpzioniLettura& Opzioni;
   Libretto& Libro;
   Diagnostica& Diario;
   Raccolta Dati;
 
-  std::vector<ParolaGsi> Parole;  // of the current block, each index once
-  int Riga = 0;
+  BloccoGsi Blocco;  // the current one
 
   Terna CoordCorrenti;                   // of the current station, as the book gives them
   std::optional<double> UltimoSegnale;   // where target heights hold until the next
@@ -115,112 +90,108 @@ class LetturaGsi {
 };
 
 void LetturaGsi::LeggiRiga(const RigaTesto& riga) {
-  Riga = riga.Numero;
+  Blocco.Svuota(riga.Numero);
   TaglioGsi taglio(riga.Testo);
   ParolaGsi parola;
   std::optional<GuastoGsi> guasto;
   while (taglio.Prossima(parola, guasto)) {
     if (guasto) {
-      Errore(*guasto);
+      Blocco.Errore(*guasto);
       continue;
     }
     if (parola.Indice == kNome || parola.Indice == kCodice) ChiudiBlocco();
-    Aggiungi(parola);
+    Blocco.Aggiungi(parola);
   }
   ChiudiBlocco();
 }
 
-void LetturaGsi::Aggiungi(const ParolaGsi& parola) {
-  if (Trova(parola.Indice) != nullptr) {
-    Errore(parola, "parola ripetuta nello stesso blocco");
-    return;
-  }
-  Parole.push_back(parola);
-}
-
 void LetturaGsi::ChiudiBlocco() {
-  if (Parole.empty()) return;
-  const bool livellazione = std::any_of(Parole.begin(), Parole.end(),
+  if (Blocco.Parole().empty()) return;
+  const bool livellazione = std::any_of(Blocco.Parole().begin(), Blocco.Parole().end(),
                                         [](const ParolaGsi& p) { return Livellazione(p.Indice); });
-  const bool angoli = Trova(kWiDirezione) != nullptr || Trova(kWiZenit) != nullptr;
-  if (Parole.front().Indice == kCodice) {
+  const bool angoli = Blocco.Trova(kWiDirezione) != nullptr || Blocco.Trova(kWiZenit) != nullptr;
+  if (Blocco.Parole().front().Indice == kCodice) {
     BloccoCodice();
   } else if (livellazione && !angoli) {
-    Libro.Tralascia("righe di livellazione (WI 330-336)", "dislivelli geometrici", Riga);
+    Libro.Tralascia("righe di livellazione (WI 330-336)", "dislivelli geometrici", Blocco.Riga());
   } else {
-    if (HaMisure()) {
+    if (Blocco.HaMisure()) {
       BloccoMisura();
-    } else if (HaUnaDi(kCoordStazione) || Trova(kWiAltezza) != nullptr) {
+    } else if (Blocco.HaUnaDi(kCoordStazione) || Blocco.Trova(kWiAltezza) != nullptr) {
       BloccoStazione();
     } else {
       BloccoAltro();
     }
     ContaAltre();
   }
-  Parole.clear();
+  Blocco.Svuota(Blocco.Riga());
 }
 
 // Words of a code have a meaning of their own in every office.
 void LetturaGsi::BloccoCodice() {
-  for (const ParolaGsi& p : Parole) {
+  for (const ParolaGsi& p : Blocco.Parole()) {
     if (p.Indice == kWiDirezione || p.Indice == kWiZenit || p.Indice == kInclinate ||
         p.Indice == kOrizzontali)
-      Errore(p, "misura in un blocco di codice", "un blocco che comincia con WI 11");
+      Blocco.Errore(p, "misura in un blocco di codice", "un blocco che comincia con WI 11");
   }
-  const std::string codice = NomeGsi(Parole.front());
+  const std::string codice = NomeGsi(Blocco.Parole().front());
   if (!Opzioni.CodiceStazioneGsi) {
     Libro.Tralascia("blocchi di codice (WI 41-49)",
-                    "senza l'opzione del codice di stazione non hanno un significato noto", Riga);
+                    "senza l'opzione del codice di stazione non hanno un significato noto",
+                    Blocco.Riga());
     return;
   }
   if (LeggiIntero(codice) != Opzioni.CodiceStazioneGsi) {
-    Libro.Tralascia("blocchi di codice (WI 41-49)", "il codice non è quello di stazione", Riga);
+    Libro.Tralascia("blocchi di codice (WI 41-49)", "il codice non è quello di stazione",
+                    Blocco.Riga());
     return;
   }
-  const std::string nome = Nome(kCodiceStazione);
+  const std::string nome = Blocco.Nome(kCodiceStazione);
   if (nome.empty()) return;
-  Dati.Apri(nome, Valore(kCodiceAltezza, MillimetriGsi), DoveBlocco());
+  Dati.Apri(nome, Blocco.Millimetri(kCodiceAltezza), Blocco.Dove());
   CoordCorrenti = {};
   HaStazioni = true;
 }
 
 void LetturaGsi::BloccoStazione() {
-  const std::string nome = Nome(Trova(kNome) != nullptr ? kNome : kNomeStazione);
-  const ParolaGsi* altro = Trova(kNomeStazione);
+  const std::string nome = Blocco.Nome(Blocco.Trova(kNome) != nullptr ? kNome : kNomeStazione);
+  const ParolaGsi* altro = Blocco.Trova(kNomeStazione);
   if (altro != nullptr && !nome.empty() && NomeGsi(*altro) != nome)
-    Errore(*altro, "nome diverso da quello di WI 11 sulla stessa riga di stazione", Cita(nome));
-  const std::optional<double> altezza = Lunghezza(kWiAltezza);
+    Blocco.Errore(*altro, "nome diverso da quello di WI 11 sulla stessa riga di stazione",
+                  Cita(nome));
+  const std::optional<double> altezza = Blocco.Lunghezza(kWiAltezza);
   SegnaleSolo();
-  const Terna punto = Coordinate(kCoordPunto);
-  CoordCorrenti = Coordinate(kCoordStazione);
+  const Terna punto = Blocco.Coordinate(kCoordPunto);
+  CoordCorrenti = Blocco.Coordinate(kCoordStazione);
   if (nome.empty()) return;
-  Dati.Apri(nome, altezza, DoveBlocco());
-  Dati.Coordinate(nome, CoordCorrenti, DoveBlocco(), true);
-  if (!HaUnaDi(kCoordStazione)) Dati.Coordinate(nome, punto, DoveBlocco(), false);
+  Dati.Apri(nome, altezza, Blocco.Dove());
+  Dati.Coordinate(nome, CoordCorrenti, Blocco.Dove(), true);
+  if (!Blocco.HaUnaDi(kCoordStazione)) Dati.Coordinate(nome, punto, Blocco.Dove(), false);
   HaStazioni = true;
 }
 
 void LetturaGsi::BloccoMisura() {
   BattutaLibretto battuta;
-  battuta.Dove = DoveBlocco();
-  battuta.Punto = Nome(kNome);
-  battuta.Direzione = Angolo(kWiDirezione, kDirezione);
-  battuta.Zenit = Angolo(kWiZenit, kZenit);
-  battuta.Distanza = Distanza(kInclinate);
-  const std::optional<double> orizzontale = Distanza(kOrizzontali);
+  battuta.Dove = Blocco.Dove();
+  battuta.Punto = Blocco.Nome(kNome);
+  battuta.Direzione = Blocco.Angolo(kWiDirezione, kDirezione);
+  battuta.Zenit = Blocco.Angolo(kWiZenit, kZenit);
+  battuta.Distanza = Blocco.Distanza(kInclinate);
+  const std::optional<double> orizzontale = Blocco.Distanza(kOrizzontali);
   if (orizzontale && battuta.Distanza) {
-    Libro.Tralascia("distanze orizzontali (WI 32)", "la battuta ha già quella inclinata", Riga);
+    Libro.Tralascia("distanze orizzontali (WI 32)", "la battuta ha già quella inclinata",
+                    Blocco.Riga());
   } else if (orizzontale) {
     battuta.Distanza = orizzontale;
     battuta.TipoDist = kOrizzontale;
   }
   battuta.Segnale = Segnale();
   if (battuta.Zenit) {
-    if (DallaVerticale.empty()) PrimoZenit = Dati.Dove(Riga, Trova(kWiZenit)->Colonna);
+    if (DallaVerticale.empty()) PrimoZenit = Blocco.Dove(*Blocco.Trova(kWiZenit));
     const double z = std::min(*battuta.Zenit, kGiroGon - *battuta.Zenit);
     DallaVerticale.push_back(std::min(z, kGiroGon / 2.0 - z));
   }
-  const Terna punto = Coordinate(kCoordPunto);
+  const Terna punto = Blocco.Coordinate(kCoordPunto);
   if (battuta.Punto.empty()) return;
   Dati.Coordinate(battuta.Punto, punto, battuta.Dove, false);
   if (PostazioneDellaMisura(battuta.Dove)) Dati.Corrente()->Battute.push_back(std::move(battuta));
@@ -228,11 +199,11 @@ void LetturaGsi::BloccoMisura() {
 
 // Whatever a shot itself says of its station; false if it has none.
 bool LetturaGsi::PostazioneDellaMisura(const Posizione& dove) {
-  const Terna coordinate = Coordinate(kCoordStazione);
-  const std::optional<double> altezza = Lunghezza(kWiAltezza);
-  const ParolaGsi* nome = Trova(kNomeStazione);
+  const Terna coordinate = Blocco.Coordinate(kCoordStazione);
+  const std::optional<double> altezza = Blocco.Lunghezza(kWiAltezza);
+  const ParolaGsi* nome = Blocco.Trova(kNomeStazione);
   if (nome != nullptr) {
-    const std::string stazione = Nome(kNomeStazione);
+    const std::string stazione = Blocco.Nome(kNomeStazione);
     if (stazione.empty()) return false;
     HaStazioni = true;
     if (Dati.Corrente() == nullptr || Dati.Corrente()->Punto != stazione) {
@@ -250,7 +221,7 @@ bool LetturaGsi::PostazioneDellaMisura(const Posizione& dove) {
   if (!Nulla(coordinate) && coordinate != CoordCorrenti) {
     if (!Nulla(CoordCorrenti)) {
       Diario.Errore(
-          dove, {.Record = Record(),
+          dove, {.Record = Blocco.Record(),
                  .Campo = "WI 84-86",
                  .Problema = "coordinate diverse da quelle della stazione " +
                              Cita(Dati.Corrente()->Punto) + ": non si sa da dove è fatta la misura",
@@ -281,35 +252,36 @@ void LetturaGsi::AltezzaDellaMisura(double altezza, const Posizione& dove) {
 
 // Neither measurements nor a station: coordinates of a point, or a target height for what follows.
 void LetturaGsi::BloccoAltro() {
-  const bool coordinate = HaUnaDi(kCoordPunto);
+  const bool coordinate = Blocco.HaUnaDi(kCoordPunto);
   if (coordinate) {
-    const std::string nome = Nome(kNome);
-    if (!nome.empty()) Dati.Coordinate(nome, Coordinate(kCoordPunto), DoveBlocco(), false);
+    const std::string nome = Blocco.Nome(kNome);
+    if (!nome.empty()) Dati.Coordinate(nome, Blocco.Coordinate(kCoordPunto), Blocco.Dove(), false);
   }
   SegnaleSolo();
-  if (Trova(kWiSegnale) == nullptr && !coordinate)
-    Libro.Tralascia("righe senza misure", "solo nomi o informazioni", Riga);
+  if (Blocco.Trova(kWiSegnale) == nullptr && !coordinate)
+    Libro.Tralascia("righe senza misure", "solo nomi o informazioni", Blocco.Riga());
 }
 
 // A target height without a shot of its own.
 void LetturaGsi::SegnaleSolo() {
   Segnale();
-  if (Trova(kWiSegnale) == nullptr || Opzioni.SegnalePersistente) return;
+  if (Blocco.Trova(kWiSegnale) == nullptr || Opzioni.SegnalePersistente) return;
   Libro.Tralascia("altezze del prisma su righe senza misure (WI 87)",
                   "senza l'opzione del segnale persistente non valgono per le righe seguenti",
-                  Riga);
+                  Blocco.Riga());
 }
 
 void LetturaGsi::ContaAltre() {
-  for (const ParolaGsi& p : Parole) {
+  for (const ParolaGsi& p : Blocco.Parole()) {
     if (UnaDi(kUsate, p.Indice)) continue;
     if (UnaDi(kCostanti, p.Indice)) {
       Libro.Tralascia("costanti del distanziometro (WI 51, 58, 59)",
-                      "lo strumento le ha già applicate alle distanze", Riga);
+                      "lo strumento le ha già applicate alle distanze", Blocco.Riga());
     } else if (p.Indice == kDislivello) {
-      Libro.Tralascia("dislivelli (WI 33)", "calcolati dalla stessa battuta", Riga);
+      Libro.Tralascia("dislivelli (WI 33)", "calcolati dalla stessa battuta", Blocco.Riga());
     } else {
-      Libro.Tralascia("parole WI " + std::string(p.Indice), "non servono alla compensazione", Riga);
+      Libro.Tralascia("parole WI " + std::string(p.Indice), "non servono alla compensazione",
+                      Blocco.Riga());
     }
   }
 }
@@ -341,92 +313,11 @@ void LetturaGsi::ControllaZenit() {
                  .Trovato = "una mediana a " + NumeroFisso(*meta, 1) + " gon dalla verticale"});
 }
 
-const ParolaGsi* LetturaGsi::Trova(std::string_view indice) const {
-  const auto voce = std::find_if(Parole.begin(), Parole.end(),
-                                 [&](const ParolaGsi& p) { return p.Indice == indice; });
-  return voce == Parole.end() ? nullptr : &*voce;
-}
-
-bool LetturaGsi::HaUnaDi(const std::array<std::string_view, 3>& indici) const {
-  return std::any_of(indici.begin(), indici.end(), [&](auto i) { return Trova(i) != nullptr; });
-}
-
-// A distance of zero is what stands there when none was measured.
-bool LetturaGsi::HaMisure() {
-  const auto nonNulla = [&](std::string_view indice) {
-    const ParolaGsi* p = Trova(indice);
-    return p != nullptr && p->Dati.find_first_not_of("0 ") != std::string_view::npos;
-  };
-  return Trova(kWiDirezione) != nullptr || Trova(kWiZenit) != nullptr || nonNulla(kInclinate) ||
-         nonNulla(kOrizzontali);
-}
-
-std::string LetturaGsi::Record() const {
-  if (Parole.empty() || Parole.front().Indice != kNome) return {};
-  return NomePunto(NomeGsi(Parole.front()));
-}
-
-void LetturaGsi::Errore(const GuastoGsi& guasto) {
-  GuastoGsi copia = guasto;
-  copia.Cosa.Record = Record();
-  Diario.Errore(Dati.Dove(Riga, copia.Colonna), std::move(copia.Cosa));
-}
-
-void LetturaGsi::Errore(const ParolaGsi& parola, std::string problema, std::string voluto) {
-  Errore({.Cosa = {.Campo = CampoGsi(parola.Indice),
-                   .Problema = std::move(problema),
-                   .Trovato = Cita(parola.Dati),
-                   .Voluto = std::move(voluto)},
-          .Colonna = parola.Colonna});
-}
-
-// Empty, and an error is out, if the block does not give it.
-std::string LetturaGsi::Nome(std::string_view indice) {
-  const ParolaGsi* parola = Trova(indice);
-  std::string nome = parola == nullptr ? std::string() : NomeGsi(*parola);
-  if (nome.empty()) {
-    const int colonna = parola == nullptr ? Parole.front().Colonna : parola->Colonna;
-    Errore({.Cosa = {.Campo = CampoGsi(indice), .Problema = "nome mancante"}, .Colonna = colonna});
-  }
-  return nome;
-}
-
-std::optional<double> LetturaGsi::Valore(std::string_view indice,
-                                         ValoreGsi (*leggi)(const ParolaGsi&)) {
-  const ParolaGsi* parola = Trova(indice);
-  if (parola == nullptr) return std::nullopt;
-  const ValoreGsi letto = leggi(*parola);
-  if (letto.Difetto) Errore(*letto.Difetto);
-  return letto.Valore;
-}
-
-std::optional<double> LetturaGsi::Angolo(std::string_view indice, const RegolaNumero& regola) {
-  const std::optional<double> gon = Valore(indice, AngoloGsi);
-  if (!gon || Ammesso(regola, *gon)) return gon;
-  Guasto guasto = GuastoNumero({}, Rinominata(regola, CampoGsi(indice)), NumeroBreve(*gon), *gon);
-  if (indice == kWiZenit && *gon < 0.0)
-    guasto.Suggerimento = "sembra un angolo verticale dall'orizzonte, non zenitale";
-  Errore({.Cosa = std::move(guasto), .Colonna = Trova(indice)->Colonna});
-  return std::nullopt;
-}
-
-std::optional<double> LetturaGsi::Distanza(std::string_view indice) {
-  const std::optional<double> metri = Lunghezza(indice);
-  if (!metri || *metri == 0.0) return std::nullopt;
-  if (*metri > 0.0) return metri;
-  Errore(*Trova(indice), "distanza negativa", "una distanza positiva");
-  return std::nullopt;
-}
-
 std::optional<double> LetturaGsi::Segnale() {
-  const std::optional<double> segnale = Lunghezza(kWiSegnale);
+  const std::optional<double> segnale = Blocco.Lunghezza(kWiSegnale);
   if (!Opzioni.SegnalePersistente) return segnale;
   if (segnale) UltimoSegnale = segnale;
   return UltimoSegnale;
-}
-
-Terna LetturaGsi::Coordinate(const std::array<std::string_view, 3>& indici) {
-  return {Lunghezza(indici[0]), Lunghezza(indici[1]), Lunghezza(indici[2])};
 }
 
 bool Riconosce(std::string_view testo) {

@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <set>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -19,60 +18,13 @@
 #include "host/importazione/angoli.h"
 #include "host/importazione/lettore.h"
 #include "host/importazione/raccolta.h"
-#include "host/numeri.h"
+#include "host/importazione/sdr_riga.h"
 
 namespace {
 
 constexpr std::string_view kInizioFile = "00NMSDR";
 constexpr double kMezzoGiro = kGiroGon / 2.0;
 constexpr double kRetto = kGiroGon / 4.0;
-
-// Columns from 1, both included.
-struct Colonne {
-  int Da, A;
-  std::string_view Nome = {};
-};
-
-constexpr Colonne kTipo{1, 2, "tipo di riga"};
-constexpr Colonne kProvenienza{3, 4, "provenienza"};
-constexpr Colonne kVersione{5, 20, "versione"};
-constexpr Colonne kUnitaAngoli{41, 41, "unità degli angoli"};
-constexpr Colonne kUnitaDistanze{42, 42, "unità delle distanze"};
-constexpr Colonne kOrdine{45, 45, "ordine delle coordinate"};
-constexpr Colonne kZeroVerticale{51, 51, "zero degli angoli verticali"};
-
-struct Tracciato {
-  Colonne Punto;  // of set-ups and of coordinates; the station of a shot
-  std::array<Colonne, 3> Coordinate;
-  Colonne Altezza, DescrizioneStazione, DescrizionePunto;
-  Colonne Segnale;
-  Colonne Mira, Distanza, Verticale, Direzione, Codice;
-};
-
-constexpr Tracciato kSdr33 = {
-    .Punto = {5, 20, "punto"},
-    .Coordinate = {{{21, 36, "coordinata"}, {37, 52, "coordinata"}, {53, 68, "quota"}}},
-    .Altezza = {69, 84, "altezza strumentale"},
-    .DescrizioneStazione = {85, 100},
-    .DescrizionePunto = {69, 84},
-    .Segnale = {5, 20, "altezza del prisma"},
-    .Mira = {21, 36, "punto collimato"},
-    .Distanza = {37, 52, "distanza inclinata"},
-    .Verticale = {53, 68, "angolo verticale"},
-    .Direzione = {69, 84, "direzione"},
-    .Codice = {85, 100}};
-constexpr Tracciato kSdr20 = {
-    .Punto = {5, 8, "punto"},
-    .Coordinate = {{{9, 18, "coordinata"}, {19, 28, "coordinata"}, {29, 38, "quota"}}},
-    .Altezza = {39, 48, "altezza strumentale"},
-    .DescrizioneStazione = {49, 64},
-    .DescrizionePunto = {39, 54},
-    .Segnale = {5, 14, "altezza del prisma"},
-    .Mira = {9, 12, "punto collimato"},
-    .Distanza = {13, 22, "distanza inclinata"},
-    .Verticale = {23, 32, "angolo verticale"},
-    .Direzione = {33, 42, "direzione"},
-    .Codice = {43, 58}};
 
 // Where the values of a shot come from; of one target the lowest counts.
 enum Rango { kFacceLette, kMedieCorrette, kMedieDirezioni, kIgnoto };
@@ -86,7 +38,10 @@ Rango RangoDi(std::string_view provenienza) {
 class LetturaSdr {
  public:
   LetturaSdr(std::string_view file, Libretto& libretto, Diagnostica& diagnostica)
-      : Libro(libretto), Diario(diagnostica), Dati(file, libretto, diagnostica) {}
+      : Libro(libretto),
+        Diario(diagnostica),
+        Dati(file, libretto, diagnostica),
+        Riga(file, diagnostica) {}
 
   void Leggi(std::string_view testo);
 
@@ -109,28 +64,13 @@ class LetturaSdr {
   Terna LeggiTerna();
   void ContaCodice(const Colonne& campo);
 
-  std::string Testo(const Colonne& c) const {
-    return std::string(SenzaBianchi(Tratto(Riga.Testo, c.Da, c.A)));
-  }
-  std::string Nome(const Colonne& c);
-  std::optional<double> Numero(const Colonne& c);
-  std::optional<double> Metri(const Colonne& c);
-  std::optional<double> Codice(const Colonne& c, std::string_view ammessi, std::string voluto);
-  std::string Record() const;
-  Posizione Dove(const Colonne& c) const;
-  void Errore(const Colonne& c, std::string problema, std::string voluto = {},
-              std::string suggerimento = {});
-  void AvvisaUnaVolta(const std::string& chiave, const Colonne& c, std::string problema,
-                      std::string suggerimento);
-
   Libretto& Libro;
   Diagnostica& Diario;
   Raccolta Dati;
-  RigaTesto Riga;
+  RigaSdr Riga;
 
   const Tracciato* Campi = nullptr;  // null until the header is read
   double GonPerUnita = 1.0;
-  double MetriPerUnita = 1.0;
   bool EstPrima = false;
   bool DallOrizzonte = false;
   std::optional<double> Segnale;
@@ -141,12 +81,14 @@ class LetturaSdr {
   };
   std::vector<Battuta> Battute;  // of the current set-up
   bool InPostazione = false;     // a set-up was read since the header
-  std::set<std::string> Avvisati;
+  bool AvvisateMedie = false;
 };
 
 void LetturaSdr::Leggi(std::string_view testo) {
   Righe righe(testo);
-  while (righe.Prossima(Riga)) {
+  RigaTesto riga;
+  while (righe.Prossima(riga)) {
+    Riga.Vai(riga);
     if (!LeggiRiga()) break;
   }
   ChiudiPostazione();
@@ -154,16 +96,17 @@ void LetturaSdr::Leggi(std::string_view testo) {
 
 // False if nothing after this line can be understood.
 bool LetturaSdr::LeggiRiga() {
-  const std::string tipo = Testo(kTipo);
-  const std::size_t tabulazione = Riga.Testo.find('\t');
+  const std::string tipo = Riga.Testo(kTipo);
+  const std::size_t tabulazione = Riga.Intera().find('\t');
   if (tabulazione != std::string_view::npos) {
-    const int colonna = 1 + ContaCaratteri(Riga.Testo.substr(0, tabulazione));
-    Errore({colonna, colonna}, "tabulazione in una riga a colonne fisse", "spazi");
+    const int colonna = 1 + ContaCaratteri(Riga.Intera().substr(0, tabulazione));
+    Riga.Errore({colonna, colonna}, "tabulazione in una riga a colonne fisse", "spazi");
     return true;
   }
   if (tipo == "00") return Intestazione();
   if (Campi == nullptr) {
-    Errore(kTipo, "manca l'intestazione", "una prima riga che comincia con " + Cita(kInizioFile));
+    Riga.Errore(kTipo, "manca l'intestazione",
+                "una prima riga che comincia con " + Cita(kInizioFile));
     return false;
   }
   if (tipo == "01") {
@@ -184,24 +127,25 @@ bool LetturaSdr::LeggiRiga() {
 
 bool LetturaSdr::Intestazione() {
   ChiudiPostazione();
-  const std::string versione = Testo(kVersione);
+  const std::string versione = Riga.Testo(kVersione);
   Campi = versione.starts_with("SDR33")  ? &kSdr33
           : versione.starts_with("SDR2") ? &kSdr20
                                          : nullptr;
-  if (Campi == nullptr) Errore(kVersione, "versione sconosciuta", "SDR33 oppure SDR20 e seguenti");
-  const auto angoli = Codice(kUnitaAngoli, "1234", "1 (gradi), 2 (gon) o 4 (mil)");
-  const auto distanze = Codice(kUnitaDistanze, "12", "1 (metri) o 2 (piedi)");
-  const auto ordine = Codice(kOrdine, "12", "1 (nord, est, quota) o 2 (est, nord, quota)");
+  if (Campi == nullptr)
+    Riga.Errore(kVersione, "versione sconosciuta", "SDR33 oppure SDR20 e seguenti");
+  const auto angoli = Riga.Codice(kUnitaAngoli, "1234", "1 (gradi), 2 (gon) o 4 (mil)");
+  const auto distanze = Riga.Codice(kUnitaDistanze, "12", "1 (metri) o 2 (piedi)");
+  const auto ordine = Riga.Codice(kOrdine, "12", "1 (nord, est, quota) o 2 (est, nord, quota)");
   if (Campi == nullptr || !angoli || !distanze || !ordine) {
     Campi = nullptr;
     return false;
   }
   if (angoli == 3) {
-    AvvisaUnaVolta("mil", kUnitaAngoli, "unità 3 letta come mil",
-                   "di solito i mil hanno il codice 4: controllare gli angoli");
+    Riga.AvvisaUnaVolta("mil", kUnitaAngoli, "unità 3 letta come mil",
+                        "di solito i mil hanno il codice 4: controllare gli angoli");
   }
   GonPerUnita = angoli == 1 ? kGonPerGrado : angoli == 2 ? 1.0 : kGonPerMil;
-  MetriPerUnita = distanze == 2 ? kPiede : 1.0;
+  Riga.MetriPerUnita = distanze == 2 ? kPiede : 1.0;
   EstPrima = ordine == 2;
   DallOrizzonte = false;
   Segnale.reset();
@@ -210,55 +154,56 @@ bool LetturaSdr::Intestazione() {
 }
 
 void LetturaSdr::Strumento() {
-  if (Testo(kZeroVerticale).empty()) return;
-  const auto zero = Codice(kZeroVerticale, "12", "1 (zenit) o 2 (orizzonte)");
+  if (Riga.Testo(kZeroVerticale).empty()) return;
+  const auto zero = Riga.Codice(kZeroVerticale, "12", "1 (zenit) o 2 (orizzonte)");
   DallOrizzonte = zero == 2;
 }
 
 void LetturaSdr::Stazione() {
   ChiudiPostazione();
   InPostazione = false;
-  const std::string nome = Nome(Campi->Punto);
-  const std::optional<double> altezza = Metri(Campi->Altezza);
+  const std::string nome = Riga.Nome(Campi->Punto);
+  const std::optional<double> altezza = Riga.Metri(Campi->Altezza);
   const Terna terna = LeggiTerna();
   ContaCodice(Campi->DescrizioneStazione);
   if (nome.empty()) return;
-  Dati.Apri(nome, altezza, Dove(kTipo));
-  Dati.Coordinate(nome, terna, Dove(kTipo), true);
+  Dati.Apri(nome, altezza, Riga.Dove(kTipo));
+  Dati.Coordinate(nome, terna, Riga.Dove(kTipo), true);
   InPostazione = true;
 }
 
 void LetturaSdr::AltezzaPrisma() {
-  Segnale = Metri(Campi->Segnale);
+  Segnale = Riga.Metri(Campi->Segnale);
   if (Campi != &kSdr20) return;
-  AvvisaUnaVolta("segnale", Campi->Segnale, "altezza del prisma letta nelle colonne da 5 a 14",
-                 "per i file SDR20 il posto non è certo: controllarla");
-  const Colonne dopo{Campi->Segnale.A + 1, static_cast<int>(Riga.Testo.size()),
+  Riga.AvvisaUnaVolta("segnale", Campi->Segnale, "altezza del prisma letta nelle colonne da 5 a 14",
+                      "per i file SDR20 il posto non è certo: controllarla");
+  const Colonne dopo{Campi->Segnale.A + 1, static_cast<int>(Riga.Intera().size()),
                      "altezza del prisma"};
-  if (!Testo(dopo).empty()) Errore(dopo, "testo oltre il campo", "solo spazi dalla colonna 15");
+  if (!Riga.Testo(dopo).empty())
+    Riga.Errore(dopo, "testo oltre il campo", "solo spazi dalla colonna 15");
 }
 
 void LetturaSdr::Coordinate() {
-  const std::string nome = Nome(Campi->Punto);
+  const std::string nome = Riga.Nome(Campi->Punto);
   const Terna terna = LeggiTerna();
   ContaCodice(Campi->DescrizionePunto);
-  if (!nome.empty()) Dati.Coordinate(nome, terna, Dove(kTipo), false);
+  if (!nome.empty()) Dati.Coordinate(nome, terna, Riga.Dove(kTipo), false);
 }
 
 void LetturaSdr::Osservazione() {
-  const std::string provenienza = Testo(kProvenienza);
+  const std::string provenienza = Riga.Testo(kProvenienza);
   const Rango rango = RangoDi(provenienza);
   if (rango == kIgnoto) {
-    AvvisaUnaVolta("provenienza", kProvenienza,
-                   "osservazioni di provenienza " + Cita(provenienza) + " non importate",
-                   "si leggono quelle F1, F2, MC e MD");
-    Libro.Tralascia("osservazioni 09", "la provenienza non è F1, F2, MC o MD", Riga.Numero);
+    Riga.AvvisaUnaVolta("provenienza", kProvenienza,
+                        "osservazioni di provenienza " + Cita(provenienza) + " non importate",
+                        "si leggono quelle F1, F2, MC e MD");
+    Libro.Tralascia("osservazioni 09", "la provenienza non è F1, F2, MC o MD", Riga.Numero());
     return;
   }
   if (!DellaPostazione()) return;
   BattutaLibretto battuta;
-  battuta.Dove = Dove(kTipo);
-  battuta.Punto = Nome(Campi->Mira);
+  battuta.Dove = Riga.Dove(kTipo);
+  battuta.Punto = Riga.Nome(Campi->Mira);
   battuta.Distanza = Distanza();
   battuta.Zenit = Zenit();
   battuta.Direzione = Direzione();
@@ -267,7 +212,7 @@ void LetturaSdr::Osservazione() {
   if (battuta.Punto.empty()) return;
   if (!battuta.Distanza && !battuta.Zenit && !battuta.Direzione) {
     Libro.Tralascia("osservazioni senza misure", "distanza, angolo verticale e direzione mancano",
-                    Riga.Numero);
+                    Riga.Numero());
     return;
   }
   if (rango == kFacceLette) battuta.Lato = Lato(provenienza, battuta.Zenit);
@@ -277,13 +222,13 @@ void LetturaSdr::Osservazione() {
 // Whether the shot is from the set-up that the book is at.
 bool LetturaSdr::DellaPostazione() {
   if (!InPostazione) {
-    Errore(Campi->Punto, "osservazione senza stazione", "prima una riga 02");
+    Riga.Errore(Campi->Punto, "osservazione senza stazione", "prima una riga 02");
     return false;
   }
-  const std::string stazione = Testo(Campi->Punto);
+  const std::string stazione = Riga.Testo(Campi->Punto);
   const std::string& corrente = Dati.Corrente()->Punto;
   if (stazione.empty() || stazione == corrente) return true;
-  Errore(Campi->Punto, "la stazione non è quella dell'ultima riga 02", Cita(corrente));
+  Riga.Errore(Campi->Punto, "la stazione non è quella dell'ultima riga 02", Cita(corrente));
   return false;
 }
 
@@ -291,32 +236,33 @@ bool LetturaSdr::DellaPostazione() {
 Faccia LetturaSdr::Lato(std::string_view provenienza, const std::optional<double>& zenit) {
   const bool seconda = provenienza == "F2";
   if (zenit && seconda && *zenit < kMezzoGiro) {
-    Errore(Campi->Verticale, "faccia II con un angolo zenitale minore di mezzo giro",
-           "una lettura non ridotta alla faccia I");
+    Riga.Errore(Campi->Verticale, "faccia II con un angolo zenitale minore di mezzo giro",
+                "una lettura non ridotta alla faccia I");
   } else if (zenit && !seconda && *zenit > kMezzoGiro) {
-    AvvisaUnaVolta("faccia", Campi->Verticale,
-                   "riga F1 con un angolo zenitale maggiore di mezzo giro: vale come faccia II",
-                   "e così le altre righe come questa");
+    Riga.AvvisaUnaVolta(
+        "faccia", Campi->Verticale,
+        "riga F1 con un angolo zenitale maggiore di mezzo giro: vale come faccia II",
+        "e così le altre righe come questa");
     return Faccia::Seconda;
   }
   return seconda ? Faccia::Seconda : Faccia::Prima;
 }
 
 std::optional<double> LetturaSdr::Direzione() {
-  std::optional<double> gon = Numero(Campi->Direzione);
+  std::optional<double> gon = Riga.Numero(Campi->Direzione);
   if (gon) *gon *= GonPerUnita;
   if (!gon || Ammesso(kDirezione, *gon)) return gon;
-  Errore(Campi->Direzione, "angolo fuori dal giro", "una direzione tra 0 e 400 gon");
+  Riga.Errore(Campi->Direzione, "angolo fuori dal giro", "una direzione tra 0 e 400 gon");
   return std::nullopt;
 }
 
 std::optional<double> LetturaSdr::Zenit() {
-  std::optional<double> gon = Numero(Campi->Verticale);
+  std::optional<double> gon = Riga.Numero(Campi->Verticale);
   if (!gon) return gon;
   *gon *= GonPerUnita;
   const double minimo = DallOrizzonte ? -kGiroGon : 0.0;
   if (*gon < minimo || *gon > kGiroGon) {
-    Errore(Campi->Verticale, "angolo fuori dal giro", "un angolo di un giro al più");
+    Riga.Errore(Campi->Verticale, "angolo fuori dal giro", "un angolo di un giro al più");
     return std::nullopt;
   }
   if (!DallOrizzonte) return gon;
@@ -325,16 +271,16 @@ std::optional<double> LetturaSdr::Zenit() {
 }
 
 std::optional<double> LetturaSdr::Distanza() {
-  const std::optional<double> metri = Metri(Campi->Distanza);
+  const std::optional<double> metri = Riga.Metri(Campi->Distanza);
   if (!metri || *metri == 0.0) return std::nullopt;
   if (*metri > 0.0) return metri;
-  Errore(Campi->Distanza, "distanza negativa", "una distanza positiva");
+  Riga.Errore(Campi->Distanza, "distanza negativa", "una distanza positiva");
   return std::nullopt;
 }
 
 Terna LetturaSdr::LeggiTerna() {
   Terna terna;
-  for (std::size_t i = 0; i < terna.size(); ++i) terna[i] = Metri(Campi->Coordinate[i]);
+  for (std::size_t i = 0; i < terna.size(); ++i) terna[i] = Riga.Metri(Campi->Coordinate[i]);
   if (!EstPrima) std::swap(terna[0], terna[1]);
   return terna;
 }
@@ -353,7 +299,8 @@ void LetturaSdr::ChiudiPostazione() {
                       "la postazione ha già le letture dello stesso punto", b.Dati.Dove.Riga);
       continue;
     }
-    if (b.Da != kFacceLette && Avvisati.insert("medie").second) {
+    if (b.Da != kFacceLette && !AvvisateMedie) {
+      AvvisateMedie = true;
       Diario.Avviso(b.Dati.Dove,
                     {.Record = NomeOsservazione(Dati.Corrente()->Punto, b.Dati.Punto),
                      .Problema = "osservazione media o corretta, senza le letture delle facce",
@@ -377,7 +324,8 @@ void LetturaSdr::Conta(std::string_view tipo) {
       {"12", "strati (12)", "le letture stanno nelle righe 09"},
   }};
   if (tipo == "10" || tipo == "13") {
-    const std::string nota = Testo({kProvenienza.A + 1, static_cast<int>(Riga.Testo.size())});
+    const std::string nota =
+        Riga.Testo({kProvenienza.A + 1, static_cast<int>(Riga.Intera().size())});
     if (!nota.empty()) Libro.Note.push_back(tipo == "10" ? "lavoro " + nota : nota);
     return;
   }
@@ -385,86 +333,18 @@ void LetturaSdr::Conta(std::string_view tipo) {
       std::find_if(kAltri.begin(), kAltri.end(), [&](const Altro& a) { return a.Tipo == tipo; });
   const bool cifre = tipo.size() == 2 && tipo.find_first_not_of("0123456789") == tipo.npos;
   if (altro != kAltri.end()) {
-    Libro.Tralascia(std::string(altro->Genere), std::string(altro->Motivo), Riga.Numero);
+    Libro.Tralascia(std::string(altro->Genere), std::string(altro->Motivo), Riga.Numero());
   } else if (cifre) {
     Libro.Tralascia("righe di tipo " + std::string(tipo), "non servono alla compensazione",
-                    Riga.Numero);
+                    Riga.Numero());
   } else {
-    Errore(kTipo, "riga non riconosciuta", "due cifre per il tipo di riga");
+    Riga.Errore(kTipo, "riga non riconosciuta", "due cifre per il tipo di riga");
   }
 }
 
 void LetturaSdr::ContaCodice(const Colonne& campo) {
-  if (Testo(campo).empty()) return;
-  Libro.Tralascia("codici e descrizioni dei punti", "la rete non li porta", Riga.Numero);
-}
-
-// Empty, and an error is out, if the field is blank.
-std::string LetturaSdr::Nome(const Colonne& c) {
-  std::string nome = Testo(c);
-  if (nome.empty()) Errore(c, "nome mancante");
-  return nome;
-}
-
-std::optional<double> LetturaSdr::Numero(const Colonne& c) {
-  const std::string testo = Testo(c);
-  if (testo.empty()) return std::nullopt;
-  const NumeroLetto letto = LeggiNumero(testo);
-  if (letto.Esito == EsitoNumero::Valido && std::abs(letto.Valore) < kNonDato) return letto.Valore;
-  Errore(c, "numero sbagliato",
-         "un numero nelle colonne da " + std::to_string(c.Da) + " a " + std::to_string(c.A),
-         letto.Esito == EsitoNumero::Virgola ? "i decimali vogliono il punto" : "");
-  return std::nullopt;
-}
-
-std::optional<double> LetturaSdr::Metri(const Colonne& c) {
-  const std::optional<double> valore = Numero(c);
-  return valore ? std::optional(*valore * MetriPerUnita) : std::nullopt;
-}
-
-// One digit out of those admitted; nothing, and an error is out, for anything else.
-std::optional<double> LetturaSdr::Codice(const Colonne& c, std::string_view ammessi,
-                                         std::string voluto) {
-  const std::string testo = Testo(c);
-  if (testo.size() == 1 && ammessi.find(testo) != ammessi.npos) return LeggiNumero(testo).Valore;
-  Errore(c, "codice sconosciuto", std::move(voluto));
-  return std::nullopt;
-}
-
-std::string LetturaSdr::Record() const {
-  const std::string tipo = SenzaBianchi(Tratto(Riga.Testo, kTipo.Da, kProvenienza.A)).empty()
-                               ? std::string()
-                               : Cita(Tratto(Riga.Testo, kTipo.Da, kProvenienza.A));
-  return "riga " + tipo;
-}
-
-// The first character of the field that is not blank, or the place of the field.
-Posizione LetturaSdr::Dove(const Colonne& c) const {
-  const std::string_view campo = Tratto(Riga.Testo, c.Da, c.A);
-  const std::size_t bianchi = campo.find_first_not_of(' ');
-  return Dati.Dove(Riga.Numero,
-                   c.Da + (bianchi == std::string_view::npos ? 0 : static_cast<int>(bianchi)));
-}
-
-void LetturaSdr::Errore(const Colonne& c, std::string problema, std::string voluto,
-                        std::string suggerimento) {
-  const std::string testo = Testo(c);
-  Diario.Errore(Dove(c), {.Record = Record(),
-                          .Campo = std::string(c.Nome),
-                          .Problema = std::move(problema),
-                          .Trovato = testo.empty() ? "un campo vuoto" : Cita(testo),
-                          .Voluto = std::move(voluto),
-                          .Suggerimento = std::move(suggerimento)});
-}
-
-// Says of the first record of a kind what holds for all of them.
-void LetturaSdr::AvvisaUnaVolta(const std::string& chiave, const Colonne& c, std::string problema,
-                                std::string suggerimento) {
-  if (!Avvisati.insert(chiave).second) return;
-  Diario.Avviso(Dove(c), {.Record = Record(),
-                          .Campo = std::string(c.Nome),
-                          .Problema = std::move(problema),
-                          .Suggerimento = std::move(suggerimento)});
+  if (Riga.Testo(campo).empty()) return;
+  Libro.Tralascia("codici e descrizioni dei punti", "la rete non li porta", Riga.Numero());
 }
 
 bool Riconosce(std::string_view testo) {
