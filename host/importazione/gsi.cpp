@@ -151,6 +151,11 @@ void LetturaGsi::BloccoCodice() {
   Dati.Apri(nome, Blocco.Millimetri(kCodiceAltezza), Blocco.Dove());
   CoordCorrenti = {};
   HaStazioni = true;
+  for (const ParolaGsi& p : Blocco.Parole()) {
+    if (p.Indice != kCodice && p.Indice != kCodiceStazione && p.Indice != kCodiceAltezza)
+      Libro.Tralascia("altre parole dei blocchi di stazione",
+                      "solo WI 42 e 43 hanno un significato", Blocco.Riga());
+  }
 }
 
 void LetturaGsi::BloccoStazione() {
