@@ -331,7 +331,8 @@ void LetturaSdr::Conta(std::string_view tipo) {
   }
   const auto* const altro =
       std::find_if(kAltri.begin(), kAltri.end(), [&](const Altro& a) { return a.Tipo == tipo; });
-  const bool cifre = tipo.size() == 2 && tipo.find_first_not_of("0123456789") == tipo.npos;
+  const bool cifre =
+      tipo.size() == 2 && tipo.find_first_not_of("0123456789") == std::string_view::npos;
   if (altro != kAltri.end()) {
     Libro.Tralascia(std::string(altro->Genere), std::string(altro->Motivo), Riga.Numero());
   } else if (cifre) {

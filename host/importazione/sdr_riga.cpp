@@ -33,7 +33,8 @@ std::optional<double> RigaSdr::Metri(const Colonne& c) {
 std::optional<double> RigaSdr::Codice(const Colonne& c, std::string_view ammessi,
                                       std::string voluto) {
   const std::string testo = Testo(c);
-  if (testo.size() == 1 && ammessi.find(testo) != ammessi.npos) return LeggiNumero(testo).Valore;
+  if (testo.size() == 1 && ammessi.find(testo) != std::string_view::npos)
+    return LeggiNumero(testo).Valore;
   Errore(c, "codice sconosciuto", std::move(voluto));
   return std::nullopt;
 }
