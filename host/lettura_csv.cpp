@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "host/campi.h"
+#include "host/campi_rete.h"
 #include "host/csv.h"
 #include "host/numeri.h"
 
@@ -30,6 +31,10 @@ constexpr std::array<ColonnaCsv, 12> kColonneOss{{
     {"ecc_direzione"}, {"punto", true}, {"direzione"}, {"zenit"}, {"segnale"}, {"distanza"},
     {"tipo"},
 }};
+
+constexpr auto kNomeColonna = [](const ColonnaCsv& colonna) { return colonna.Nome; };
+static_assert(StessiCampi(SezioneRete::PuntiCsv, kColonnePunti, kNomeColonna));
+static_assert(StessiCampi(SezioneRete::OsservazioniCsv, kColonneOss, kNomeColonna));
 
 constexpr std::string_view kNonDatoScritto = "-";
 
