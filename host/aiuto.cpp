@@ -58,10 +58,9 @@ void Voce(std::string& pagina, std::string_view voce, std::string_view testo, in
 std::string DescrizioneIntera(const Opzione& opzione) {
   std::string testo(opzione.Descrizione);
   if (opzione.Parole.empty()) return testo;
-  testo += ": ";
   for (const std::string_view parola : opzione.Parole)
-    testo += (parola == opzione.Parole.front() ? "" : ", ") + std::string(parola);
-  return testo;
+    testo += (parola == opzione.Parole.front() ? " [" : " | ") + std::string(parola);
+  return testo + "]";
 }
 
 }  // namespace
@@ -112,8 +111,8 @@ std::string TestoAiuto(const Comando& comando) {
   }
   pagina += "\nEsempi:\n";
   for (const Esempio& esempio : comando.Esempi)
-    pagina += "  " + std::string(esempio.Comando) + "\n      " + std::string(esempio.Significato) +
-              "\n";
+    pagina +=
+        "  " + std::string(esempio.Comando) + "\n      " + std::string(esempio.Significato) + "\n";
   if (comando.Nome.empty()) {
     pagina += "\nComandi (compensa COMANDO --aiuto per saperne di più):\n";
     for (const Comando* altro : Comandi())

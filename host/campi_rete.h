@@ -32,7 +32,8 @@ inline constexpr std::array<TitoloSezione, 10> kSezioniRete{{
     {SezioneRete::Curvatura, "[curvatura_rifrazione]",
      "Facoltativa: correzione dei dislivelli per curvatura terrestre e rifrazione."},
     {SezioneRete::Punto, "[[punti]]", "Un punto; oppure un elenco punti = [ { ... }, ... ]."},
-    {SezioneRete::Stazione, "[[stazioni]]", "Una messa in stazione dello strumento, con il suo "
+    {SezioneRete::Stazione, "[[stazioni]]",
+     "Una messa in stazione dello strumento, con il suo "
      "cerchio."},
     {SezioneRete::Eccentricita, "eccentricita = { ... }",
      "In una stazione: lo strumento non sta sul punto."},
@@ -91,7 +92,8 @@ inline constexpr CampoRete kCampiRete[] = {
     {SezioneRete::Punto, "quota", "m", kNonDatoTesto, "quota, nota o approssimata"},
     {SezioneRete::Punto, "planimetria", "", "\"incognito\"",
      "ruolo in planimetria: \"incognito\", \"fisso\" o \"escluso\""},
-    {SezioneRete::Punto, "altimetria", "", "\"incognito\"", "ruolo in altimetria: le stesse parole"},
+    {SezioneRete::Punto, "altimetria", "", "\"incognito\"",
+     "ruolo in altimetria: le stesse parole"},
     {SezioneRete::Stazione, "punto", "", kObbligatorio, "nome del punto su cui si sta"},
     {SezioneRete::Stazione, "altezza", "m", kNonDatoTesto,
      "altezza dello strumento sul punto; senza, la stazione non entra nell'altimetria"},

@@ -17,7 +17,7 @@ _compensa_file() {
   while IFS= read -r nome; do
     if [[ -d $nome || $nome == *"$1" ]]; then COMPREPLY+=("$nome"); fi
   done < <(compgen -f -- "$2")
-  compopt -o filenames 2>/dev/null
+  compopt -o filenames 2>/dev/null || :
 }
 
 _compensa() {
@@ -100,5 +100,6 @@ std::string CompletamentoBash() {
          "  esac\n}\n\n# The arguments of a command.\n_compensa_argomenti() {\n  case $1 in\n" +
          argomenti +
          "  esac\n}\n\n# The value of an option; fails if it takes none.\n_compensa_valori() {\n"
-         "  case $1:$2 in\n" + valori + "    *) return 1 ;;\n  esac\n}\n" + std::string(kFunzione);
+         "  case $1:$2 in\n" +
+         valori + "    *) return 1 ;;\n  esac\n  return 0\n}\n" + std::string(kFunzione);
 }

@@ -28,6 +28,7 @@
 #include "host/lettura_rete.h"
 #include "host/nomi_uscite.h"
 #include "host/numeri.h"
+#include "host/opzioni_programma.h"
 #include "host/rapporto.h"
 #include "host/scrittura_uscite.h"
 #include "host/sommario.h"
@@ -113,9 +114,9 @@ Stato CompensaRete(const Argomenti& a, const std::string& file, EsitoRete& esito
     testo = DaWindows1252(rapporto.Byte());
     impronta = ImprontaFile(file);
   }
-  const Documento documento{risultati,         testo,   std::move(messaggi),
-                            std::move(approssimate.Note),
-                            DataOraCorrente(), impronta};
+  const Documento documento{risultati,           testo,
+                            std::move(messaggi), std::move(approssimate.Note),
+                            DataOraCorrente(),   impronta};
   try {
     uscite.Scrivi(documento, rapporto, a);
   } catch (...) {
@@ -218,6 +219,9 @@ int Programma(int argc, const char* const* argv) {
     const Richiesta richiesta = LeggiRigaComando(argc, argv);
     return std::visit([](const auto& cosa) { return Esegui(cosa); }, richiesta);
   });
-  if (stato == kStatoUso) ScriviErrori("Per l'uso: compensa --aiuto\n");
+  if (stato == kStatoUso) {
+    const std::string nome(argc > 1 ? ComandoDi(argv[1]).Nome : "");
+    ScriviErrori("Per l'uso: compensa " + nome + (nome.empty() ? "" : " ") + "--aiuto\n");
+  }
   return stato;
 }

@@ -36,8 +36,8 @@ std::string Voce(const std::string& titolo, const std::string& testo) {
 std::string TestoOpzione(const Opzione& opzione) {
   std::string testo = TestoRoff(opzione.Descrizione);
   for (const std::string_view parola : opzione.Parole)
-    testo += (parola == opzione.Parole.front() ? ": " : ", ") + Grassetto(parola);
-  return testo;
+    testo += (parola == opzione.Parole.front() ? " [" : " | ") + Grassetto(parola);
+  return opzione.Parole.empty() ? testo : testo + "]";
 }
 
 std::string Paragrafi(std::string_view testo) {

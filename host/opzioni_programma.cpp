@@ -33,10 +33,12 @@ Gruppo Comuni() {
   return {"Altre opzioni",
           {{.Nome = "colori",
             .Valore = "QUANDO",
-            .Descrizione = "colori nei messaggi; auto (se manca): solo su un terminale",
+            .Descrizione = "colori nei messaggi; auto (se manca) vuol dire solo su un terminale",
             .Genere = G::Parola,
             .Parole = {"auto", "mai", "sempre"}},
-           {.Nome = "aiuto", .Corta = 'h', .Altro = "help",
+           {.Nome = "aiuto",
+            .Corta = 'h',
+            .Altro = "help",
             .Descrizione = "mostra questo testo ed esce"},
            {.Nome = "versione", .Altro = "version", .Descrizione = "mostra la versione ed esce"}}};
 }
@@ -69,15 +71,15 @@ Comando CreaCompensa() {
   Opzione rapporto = Uscita(
       "rapporto", "rapporto di calcolo; se manca, con una sola rete va sull'uscita standard");
   rapporto.Corta = 'o';
-  Gruppo uscite{
-      "Uscite",
-      {rapporto, Uscita("html", "pagina HTML con disegno, risultati e rapporto"),
-       Uscita("csv", "tabelle per il foglio di calcolo: punti (FILE) e osservazioni "
-                     "(FILE senza .csv, più .osservazioni.csv)"),
-       Uscita("dxf", "disegno della rete per il CAD (DXF R12)"),
-       Uscita("gpkg", "punti, visuali ed ellissi per il GIS (GeoPackage)"),
-       Uscita("gkf", "la rete in XML per un altro programma di compensazione"),
-       Uscita("json", "tutti i risultati per altri programmi")}};
+  Gruppo uscite{"Uscite",
+                {rapporto, Uscita("html", "pagina HTML con disegno, risultati e rapporto"),
+                 Uscita("csv",
+                        "tabelle per il foglio di calcolo: punti (FILE) e osservazioni "
+                        "(FILE senza .csv, più .osservazioni.csv)"),
+                 Uscita("dxf", "disegno della rete per il CAD (DXF R12)"),
+                 Uscita("gpkg", "punti, visuali ed ellissi per il GIS (GeoPackage)"),
+                 Uscita("gkf", "la rete in XML per un altro programma di compensazione"),
+                 Uscita("json", "tutti i risultati per altri programmi")}};
   Gruppo forma{"Forma delle uscite",
                {{.Nome = "decimali",
                  .Valore = "SEGNO",
@@ -122,20 +124,32 @@ Gruppo OpzioniLettura() {
   for (const Lettore* lettore : Lettori()) formati.push_back(lettore->Nome);
   return {
       "Lettura dei file",
-      {{.Nome = "formato", .Valore = "FORMATO",
+      {{.Nome = "formato",
+        .Valore = "FORMATO",
         .Descrizione = "formato dei file (se manca: si riconosce dal contenuto)",
-        .Genere = G::Parola, .Parole = formati},
-       {.Nome = "angoli", .Valore = "UNITÀ",
-        .Descrizione = "come sono scritti gli angoli: gon, gradi (57.5412), gms-compatti "
-                       "(57.32284 = 57° 32' 28.4\"), gms (57-32-28.4)",
-        .Genere = G::Parola, .Parole = {"gon", "gradi", "gms-compatti", "gms"}},
-       {.Nome = "assi", .Valore = "ORDINE",
+        .Genere = G::Parola,
+        .Parole = formati},
+       {.Nome = "angoli",
+        .Valore = "UNITÀ",
+        .Descrizione =
+            "come sono scritti gli angoli; 57° 32' 28.4\" è 57.5412 in gradi, 57.32284 in "
+            "gms-compatti, 57-32-28.4 in gms",
+        .Genere = G::Parola,
+        .Parole = {"gon", "gradi", "gms-compatti", "gms"}},
+       {.Nome = "assi",
+        .Valore = "ORDINE",
         .Descrizione = "che cosa sono X e Y: en = Est e Nord, ne = Nord ed Est",
-        .Genere = G::Parola, .Parole = {"en", "ne"}},
-       {.Nome = "coordinate", .Valore = "FILE", .Descrizione = "tabella CSV con le coordinate dei "
-        "punti", .Genere = G::File},
-       {.Nome = "mappa", .Valore = "FILE",
-        .Descrizione = "CSV: file che traduce le intestazioni delle colonne", .Genere = G::File},
+        .Genere = G::Parola,
+        .Parole = {"en", "ne"}},
+       {.Nome = "coordinate",
+        .Valore = "FILE",
+        .Descrizione = "tabella CSV con le coordinate dei "
+                       "punti",
+        .Genere = G::File},
+       {.Nome = "mappa",
+        .Valore = "FILE",
+        .Descrizione = "CSV: file che traduce le intestazioni delle colonne",
+        .Genere = G::File},
        Numero("stazione", "NOME", "nome della stazione di un file che non la dice"),
        Numero("hs", "METRI", "altezza strumentale di quella stazione"),
        Numero("gsi-codice-stazione", "CODICE",
@@ -150,7 +164,8 @@ Gruppo OpzioniOsservazioni() {
   return {"Osservazioni e punti",
           {{.Nome = "facce",
             .Valore = "MODO",
-            .Descrizione = "letture nelle due posizioni del cerchio: media (se manca) o separate",
+            .Descrizione =
+                "che cosa fare delle letture nelle due posizioni del cerchio (se manca: media)",
             .Genere = G::Parola,
             .Parole = {"media", "separate"}},
            {.Nome = "medie", .Descrizione = "fa la media delle letture ripetute di una stazione"},
@@ -167,14 +182,19 @@ Gruppo OpzioniRete() {
   for (const ParolaNota& parola : kParoleCalcolo) calcoli.push_back(parola.Testo);
   return {
       "Rete da scrivere",
-      {{.Nome = "uscita", .Corta = 'o', .Valore = "RETE.toml",
+      {{.Nome = "uscita",
+        .Corta = 'o',
+        .Valore = "RETE.toml",
         .Descrizione = "file da scrivere, anche se esiste già; \"-\" = uscita standard. Se manca: "
                        "il nome del primo file con .toml, che non deve esistere",
         .Genere = G::Rete},
        Numero("nome", "TESTO", "nome del lavoro"),
        Numero("epsg", "CODICE", "codice del sistema di coordinate"),
-       {.Nome = "calcolo", .Valore = "PAROLA", .Descrizione = "che cosa compensare",
-        .Genere = G::Parola, .Parole = calcoli},
+       {.Nome = "calcolo",
+        .Valore = "PAROLA",
+        .Descrizione = "che cosa compensare",
+        .Genere = G::Parola,
+        .Parole = calcoli},
        Numero("sqm-direzione", "GON", "scarto quadratico medio di una direzione"),
        Numero("sqm-distanza-costante", "METRI", "parte costante dello scarto di una distanza"),
        Numero("sqm-distanza-proporzionale", "M/KM", "parte proporzionale, metri per chilometro"),
@@ -184,30 +204,29 @@ Gruppo OpzioniRete() {
 }
 
 Comando CreaImporta() {
-  return {
-      "importa",
-      "FILE... [-o RETE.toml] [OPZIONI]",
-      "trasforma libretti di campagna in una rete",
-      "Legge uno o più libretti di campagna, li unisce e ne scrive una rete in TOML, pronta da "
-      "completare e compensare. Dice che cosa ha trovato, calcolato e lasciato fuori.",
-      G::File,
-      {OpzioniRete(), OpzioniLettura(), OpzioniOsservazioni(), Comuni()},
-      {{"compensa importa rilievo.gsi --fissi V1,V2", "scrive rilievo.toml"},
-       {"compensa importa lun.gsi mar.gsi -o rete.toml --coordinate noti.csv", "due giornate"},
-       {"compensa importa campagna.csv --angoli gms -o - | less", "solo per vedere"}}};
+  return {"importa",
+          "FILE... [-o RETE.toml] [OPZIONI]",
+          "trasforma libretti di campagna in una rete",
+          "Legge uno o più libretti di campagna, li unisce e ne scrive una rete in TOML, pronta da "
+          "completare e compensare. Dice che cosa ha trovato, calcolato e lasciato fuori.",
+          G::File,
+          {OpzioniRete(), OpzioniLettura(), OpzioniOsservazioni(), Comuni()},
+          {{"compensa importa rilievo.gsi --fissi V1,V2", "scrive rilievo.toml"},
+           {"compensa importa lun.gsi mar.gsi -o rete.toml --coordinate noti.csv", "due giornate"},
+           {"compensa importa campagna.csv --angoli gms -o - | less", "solo per vedere"}}};
 }
 
 Comando CreaVerifica() {
-  return {
-      "verifica",
-      "RETE.toml... [OPZIONI]",
-      "esamina reti senza compensarle",
-      "Legge una o più reti e scrive sull'uscita standard che cosa contengono e che cosa non torna. "
-      "Lo stato di uscita è 0 se si possono compensare così come sono, 1 se no.",
-      G::Rete,
-      {Comuni()},
-      {{"compensa verifica rete.toml", "prima di compensare"},
-       {"compensa verifica *.toml", "tutte le reti della cartella"}}};
+  return {"verifica",
+          "RETE.toml... [OPZIONI]",
+          "esamina reti senza compensarle",
+          "Legge una o più reti e scrive sull'uscita standard che cosa contengono e che cosa non "
+          "torna. "
+          "Lo stato di uscita è 0 se si possono compensare così come sono, 1 se no.",
+          G::Rete,
+          {Comuni()},
+          {{"compensa verifica rete.toml", "prima di compensare"},
+           {"compensa verifica *.toml", "tutte le reti della cartella"}}};
 }
 
 }  // namespace
@@ -229,6 +248,12 @@ const Comando& ComandoVerifica() {
 
 std::vector<const Comando*> Comandi() {
   return {&ComandoCompensa(), &ComandoImporta(), &ComandoVerifica()};
+}
+
+const Comando& ComandoDi(std::string_view parola) {
+  for (const Comando* comando : Comandi())
+    if (comando->Nome == parola) return *comando;
+  return ComandoCompensa();
 }
 
 std::span<const VoceStato> StatiUscita() { return kStati; }

@@ -12,10 +12,10 @@
 enum class GenereValore { Nessuno, Parola, Testo, File, Rete };
 
 struct Opzione {
-  std::string_view Nome;          // long name, without dashes
+  std::string_view Nome;  // long name, without dashes
   char Corta = '\0';
-  std::string_view Altro = {};    // second long name
-  std::string_view Valore = {};   // name of the value; empty = a switch
+  std::string_view Altro = {};   // second long name
+  std::string_view Valore = {};  // name of the value; empty = a switch
   std::string_view Descrizione;
   GenereValore Genere = GenereValore::Nessuno;
   std::vector<std::string_view> Parole = {};  // that the value may be
@@ -57,6 +57,9 @@ const Comando& ComandoVerifica();
 
 // The three of them, compensa itself first.
 std::vector<const Comando*> Comandi();
+
+// The one that the first word of a call names, compensa itself if it names none.
+const Comando& ComandoDi(std::string_view parola);
 
 std::span<const VoceStato> StatiUscita();
 std::span<const VoceAmbiente> Ambiente();

@@ -27,9 +27,9 @@ bool SembraRete(std::string_view parola) {
 std::string Lunga(std::string_view nome) { return "--" + std::string(nome); }
 
 [[noreturn]] void RifiutaSenzaValore(const Opzione& opzione) {
-  throw ErroreUso("opzione --" + std::string(opzione.Nome) +
-                  (opzione.Valore.empty() ? ": non vuole un valore"
-                                          : ": vuole un valore, una volta sola"));
+  throw ErroreUso(
+      "opzione --" + std::string(opzione.Nome) +
+      (opzione.Valore.empty() ? ": non vuole un valore" : ": vuole un valore, una volta sola"));
 }
 
 // The option that a message of the parser begins with, or ends with.
@@ -109,8 +109,8 @@ void ParoleComando::Distribuisci(const std::vector<std::string>& parole) {
     RifiutaSenzaValore(*opzione);
   }
   for (const std::string& parola : app.remaining())
-    if (parola != "--") SembraOpzione(parola) ? RifiutaSconosciuta(Cosa, parola)
-                                              : Resto.push_back(parola);
+    if (parola != "--")
+      SembraOpzione(parola) ? RifiutaSconosciuta(Cosa, parola) : Resto.push_back(parola);
   Aiuto = app.count(Lunga("aiuto")) > 0;
   Versione = app.count(Lunga("versione")) > 0;
   for (const Gruppo& gruppo : Cosa.Gruppi)
@@ -174,9 +174,8 @@ std::optional<int> ParoleComando::Intero(std::string_view nome, int minimo) cons
   if (!testo) return std::nullopt;
   const std::optional<int> letto = LeggiIntero(*testo);
   if (letto && *letto >= minimo) return letto;
-  throw ErroreUso("opzione " + Lunga(nome) + ": trovato " + Cita(*testo) +
-                  ", serve un intero da " + std::to_string(minimo) + " a " +
-                  std::to_string(std::numeric_limits<int>::max()));
+  throw ErroreUso("opzione " + Lunga(nome) + ": trovato " + Cita(*testo) + ", serve un intero da " +
+                  std::to_string(minimo) + " a " + std::to_string(std::numeric_limits<int>::max()));
 }
 
 std::optional<int> ParoleComando::Parola(std::string_view nome,
@@ -189,6 +188,5 @@ std::optional<int> ParoleComando::Parola(std::string_view nome,
   for (const ParolaNota& parola : parole) note.push_back(parola.Testo);
   const std::string_view vicina = PiuVicino(*testo, note);
   throw ErroreUso("opzione " + Lunga(nome) + ": trovato " + Cita(*testo) + ", serve " +
-                  ParoleVolute(parole) +
-                  (vicina.empty() ? "" : " (forse " + Cita(vicina) + "?)"));
+                  ParoleVolute(parole) + (vicina.empty() ? "" : " (forse " + Cita(vicina) + "?)"));
 }

@@ -22,7 +22,7 @@ class ParoleComando {
   bool ChiestaVersione() const { return Versione; }
   const std::vector<std::string>& Argomenti() const { return Resto; }
 
-  bool Data(std::string_view nome) const;        // with or without a value
+  bool Data(std::string_view nome) const;         // with or without a value
   bool SenzaValore(std::string_view nome) const;  // given, its optional value left out
   // The value of an option. Nothing if it was not given; throws ErroreUso if it is empty.
   std::optional<std::string> Testo(std::string_view nome) const;

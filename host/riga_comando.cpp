@@ -9,6 +9,7 @@
 
 #include "host/completamento.h"
 #include "host/errori.h"
+#include "host/file_sicuro.h"
 #include "host/importazione/lettore.h"
 #include "host/manuale.h"
 #include "host/opzioni_programma.h"
@@ -27,7 +28,8 @@ constexpr std::array<ParolaNota, 2> kParoleCodifica{
     {{"utf-8", static_cast<int>(Codifica::Utf8)},
      {"windows-1252", static_cast<int>(Codifica::Windows1252)}}};
 constexpr std::array<ParolaNota, 2> kParoleDecimali{
-    {{"punto", static_cast<int>(Decimali::Punto)}, {"virgola", static_cast<int>(Decimali::Virgola)}}};
+    {{"punto", static_cast<int>(Decimali::Punto)},
+     {"virgola", static_cast<int>(Decimali::Virgola)}}};
 constexpr std::array<ParolaNota, 2> kParoleFacce{
     {{"media", static_cast<int>(ModoFacce::Media)},
      {"separate", static_cast<int>(ModoFacce::Separate)}}};
@@ -69,8 +71,8 @@ void RifiutaComandoFuoriPosto(const std::vector<std::string>& reti) {
     return;
   const std::string_view vicino = PiuVicino(reti.front(), comandi);
   if (!vicino.empty())
-    throw ErroreUso("comando sconosciuto " + Cita(reti.front()) + " (forse " +
-                    std::string(vicino) + "?)");
+    throw ErroreUso("comando sconosciuto " + Cita(reti.front()) + " (forse " + std::string(vicino) +
+                    "?)");
 }
 
 Argomenti LeggiCompensa(const ParoleComando& parole) {
@@ -125,6 +127,17 @@ std::optional<std::string> LeggiFormato(const ParoleComando& parole) {
   return std::string(formati[static_cast<std::size_t>(*formato)].Testo);
 }
 
+void RifiutaIngressoComeRete(const OpzioniImporta& opzioni) {
+  const std::string rete = IdentitaFile(opzioni.Uscita);
+  std::vector<std::string> letti = opzioni.File;
+  for (const auto& file : {opzioni.Coordinate, opzioni.Lettura.Mappa})
+    if (file) letti.push_back(*file);
+  for (const std::string& letto : letti)
+    if (!rete.empty() && IdentitaFile(letto) == rete)
+      throw ErroreUso("l'uscita " + Cita(opzioni.Uscita) +
+                      " è uno dei file da leggere: non viene sovrascritto");
+}
+
 OpzioniImporta LeggiImporta(const ParoleComando& parole) {
   OpzioniImporta opzioni;
   opzioni.File = parole.Argomenti();
@@ -150,6 +163,7 @@ OpzioniImporta LeggiImporta(const ParoleComando& parole) {
   opzioni.Quieto = parole.Data("quieto");
   const std::optional<std::string> uscita = parole.Testo("uscita");
   opzioni.Uscita = uscita ? *uscita : UscitaImporta(opzioni.File.front());
+  RifiutaIngressoComeRete(opzioni);
   return opzioni;
 }
 
@@ -178,13 +192,11 @@ std::string_view NomeOpzione(GenereUscita genere) {
 
 Richiesta LeggiRigaComando(int argc, const char* const* argv) {
   std::vector<std::string> parole(argv + std::min(argc, 1), argv + argc);
-  const Comando* comando = &ComandoCompensa();
   if (!parole.empty() && parole.front() == kGenera) {
     parole.erase(parole.begin());
     return Genera(parole);
   }
-  for (const Comando* altro : Comandi())
-    if (!parole.empty() && !altro->Nome.empty() && parole.front() == altro->Nome) comando = altro;
+  const Comando* comando = &ComandoDi(parole.empty() ? "" : parole.front());
   if (!comando->Nome.empty()) parole.erase(parole.begin());
 
   const ParoleComando lette(*comando, parole);

@@ -21,8 +21,7 @@ class ScritturaUscite {
   // Writes all outputs, then gives the files their names, and only then turns to the standard output:
   // who stops reading it keeps the files. Throws ErroreUscita; files without their names yet are as
   // they were before.
-  void Scrivi(const Documento& documento, const Rapporto& rapporto,
-              const Argomenti& argomenti);
+  void Scrivi(const Documento& documento, const Rapporto& rapporto, const Argomenti& argomenti);
 
   // The files that have their names, as messages show them.
   std::vector<std::string> Scritti() const;

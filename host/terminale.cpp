@@ -84,9 +84,8 @@ std::string ColoraEsiti(std::string_view testo, bool attivi) {
   std::string colorato;
   while (!testo.empty()) {
     const auto* esito = !attivi ? std::end(kEsiti)
-                                : std::find_if(std::begin(kEsiti), std::end(kEsiti), [&](auto& e) {
-                                    return testo.starts_with(e.first);
-                                  });
+                                : std::find_if(std::begin(kEsiti), std::end(kEsiti),
+                                               [&](auto& e) { return testo.starts_with(e.first); });
     const std::size_t lunghezza = esito == std::end(kEsiti) ? 1 : esito->first.size();
     const std::string_view pezzo = testo.substr(0, lunghezza);
     colorato += esito == std::end(kEsiti) ? std::string(pezzo) : Tinta(pezzo, esito->second, true);
