@@ -15,6 +15,7 @@
 namespace {
 
 constexpr std::string_view kEstensioneRete = ".toml";
+constexpr const char* kInterruttoreAcceso = "true";  // what the parser gives a switch
 
 bool SembraOpzione(std::string_view parola) { return parola.size() > 1 && parola.front() == '-'; }
 
@@ -89,6 +90,11 @@ std::vector<std::string> ParoleComando::TogliSenzaValore(const std::vector<std::
         !(opzione->Facoltativo && SembraRete(parole[i + 1]))) {
       rimaste.push_back(parole[i]);
       rimaste.push_back(parole[++i]);
+    } else if (opzione != nullptr && !opzione->Valore.empty() && !opzione->Facoltativo) {
+      if (i + 1 == parole.size() || TrovaOpzione(Cosa, parole[i + 1]) != nullptr)
+        RifiutaSenzaValore(*opzione);
+      rimaste.push_back(parole[i]);
+      rimaste.push_back(parole[++i]);  // begins with a dash, as a negative number does
     } else if (opzione != nullptr && opzione->Facoltativo) {
       if (!Valori.try_emplace(std::string(opzione->Nome)).second) RifiutaSenzaValore(*opzione);
     } else {
@@ -117,6 +123,9 @@ void ParoleComando::Distribuisci(const std::vector<std::string>& parole) {
     for (const Opzione& opzione : gruppo.Opzioni) {
       const CLI::Option* letta = app.get_option(Lunga(opzione.Nome));
       if (letta->count() == 0) continue;
+      const bool interruttore = opzione.Valore.empty();
+      if (interruttore && letta->results() != std::vector<std::string>{kInterruttoreAcceso})
+        RifiutaSenzaValore(opzione);
       if (!Valori.try_emplace(std::string(opzione.Nome), letta->results()).second)
         RifiutaSenzaValore(opzione);
     }

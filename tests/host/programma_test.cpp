@@ -79,6 +79,8 @@ const struct CasoStato {
     {"$C importa zeman_punti.csv --fissi A,,B", 2, "", "separati da virgole"},
     {"$C importa zeman_punti.csv -o ./zeman_punti.csv", 2, "", "uno dei file da leggere"},
     {"cp zeman_punti.csv zeman.csv; $C importa zeman.csv", 2, "", "esiste già"},
+    {"$C importa zeman_punti.csv --coordinate -o r.toml", 2, "", "--coordinate: vuole un valore"},
+    {"$C importa zeman_punti.csv --hs -0.05 --medie=2", 2, "", "--medie: non vuole un valore"},
     {"$C importa --help", 0, "--sqm-distanza-proporzionale M/KM", ""},
     {"TERM=xterm script -qc \"$C rotta.toml\" /dev/null < /dev/null", 0, "\x1b[1;31merrore\x1b[0m",
      ""},
