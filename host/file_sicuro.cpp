@@ -113,6 +113,11 @@ std::string IdentitaFile(const std::string& percorso) {
   return std::filesystem::weakly_canonical(assoluto, guasto).string();
 }
 
+bool StessoFile(const std::string& a, const std::string& b) {
+  const std::string chi = IdentitaFile(a);
+  return !chi.empty() && chi == IdentitaFile(b);
+}
+
 void PreparaSegnali() {
   for (const int segnale : kSegnali) {
     struct sigaction azione {};

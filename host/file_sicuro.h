@@ -50,6 +50,9 @@ std::string DestinazioneFinale(const std::string& percorso);
 // file.
 std::string IdentitaFile(const std::string& percorso);
 
+// Whether two paths lead to the same file, by whatever names: also one that does not exist yet.
+bool StessoFile(const std::string& a, const std::string& b);
+
 // Makes signals that end the program remove the temporary files first, and writing to a closed pipe
 // an error like any other. Once, at the start.
 void PreparaSegnali();

@@ -121,6 +121,7 @@ Comando CreaCompensa() {
 
 Gruppo OpzioniLettura() {
   std::vector<std::string_view> formati;
+  formati.reserve(Lettori().size());
   for (const Lettore* lettore : Lettori()) formati.push_back(lettore->Nome);
   return {
       "Lettura dei file",
@@ -179,6 +180,7 @@ Gruppo OpzioniOsservazioni() {
 
 Gruppo OpzioniRete() {
   std::vector<std::string_view> calcoli;
+  calcoli.reserve(kParoleCalcolo.size());
   for (const ParolaNota& parola : kParoleCalcolo) calcoli.push_back(parola.Testo);
   return {
       "Rete da scrivere",

@@ -9,7 +9,6 @@
 
 #include "host/completamento.h"
 #include "host/errori.h"
-#include "host/file_sicuro.h"
 #include "host/importazione/lettore.h"
 #include "host/manuale.h"
 #include "host/opzioni_programma.h"
@@ -127,17 +126,6 @@ std::optional<std::string> LeggiFormato(const ParoleComando& parole) {
   return std::string(formati[static_cast<std::size_t>(*formato)].Testo);
 }
 
-void RifiutaIngressoComeRete(const OpzioniImporta& opzioni) {
-  const std::string rete = IdentitaFile(opzioni.Uscita);
-  std::vector<std::string> letti = opzioni.File;
-  for (const auto& file : {opzioni.Coordinate, opzioni.Lettura.Mappa})
-    if (file) letti.push_back(*file);
-  for (const std::string& letto : letti)
-    if (!rete.empty() && IdentitaFile(letto) == rete)
-      throw ErroreUso("l'uscita " + Cita(opzioni.Uscita) +
-                      " è uno dei file da leggere: non viene sovrascritto");
-}
-
 OpzioniImporta LeggiImporta(const ParoleComando& parole) {
   OpzioniImporta opzioni;
   opzioni.File = parole.Argomenti();
@@ -163,7 +151,6 @@ OpzioniImporta LeggiImporta(const ParoleComando& parole) {
   opzioni.Quieto = parole.Data("quieto");
   const std::optional<std::string> uscita = parole.Testo("uscita");
   opzioni.Uscita = uscita ? *uscita : UscitaImporta(opzioni.File.front());
-  RifiutaIngressoComeRete(opzioni);
   return opzioni;
 }
 

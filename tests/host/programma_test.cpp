@@ -77,7 +77,6 @@ const struct CasoStato {
     {"$C importa zeman_punti.csv --assi nn", 2, "", "serve una parola tra \"en\", \"ne\""},
     {"$C importa zeman_punti.csv --epsg 0", 2, "", "serve un intero da 1"},
     {"$C importa zeman_punti.csv --fissi A,,B", 2, "", "separati da virgole"},
-    {"$C importa zeman_punti.csv -o ./zeman_punti.csv", 2, "", "uno dei file da leggere"},
     {"cp zeman_punti.csv zeman.csv; $C importa zeman.csv", 2, "", "esiste già"},
     {"$C importa zeman_punti.csv --coordinate -o r.toml", 2, "", "--coordinate: vuole un valore"},
     {"$C importa zeman_punti.csv --hs -0.05 --medie=2", 2, "", "--medie: non vuole un valore"},
