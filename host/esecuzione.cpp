@@ -1,6 +1,6 @@
-// A run over networks. Outputs are opened before the adjustment, so that hours of work do not end at
-// a folder that cannot be written, and files get their names before anything goes to the standard
-// output. With several networks a fault ends the run of its own network only.
+// A run over networks. Outputs are opened before the adjustment, so that hours of work do not end
+// at a folder that cannot be written, and files get their names before anything goes to the
+// standard output. With several networks a fault ends the run of its own network only.
 
 #include "host/esecuzione.h"
 
@@ -12,6 +12,7 @@
 #include <new>
 #include <optional>
 #include <string>
+#include <variant>
 #include <string_view>
 #include <utility>
 #include <vector>

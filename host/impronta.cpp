@@ -1,8 +1,8 @@
-// SHA-256 (NIST FIPS 180-4): the message, padded with a one, zeros and its length to whole blocks of
-// 16 words of 32 bits, is folded block by block into eight words
+// SHA-256 (NIST FIPS 180-4): the message, padded with a one, zeros and its length to whole blocks
+// of 16 words of 32 bits, is folded block by block into eight words
 //   T1 = h + S1(e) + Ch(e,f,g) + K_t + W_t,   T2 = S0(a) + Maj(a,b,c),   t = 0 ... 63
-// with constants from the fractional parts of the square roots (initial words) and cube roots (K) of
-// the first primes.
+// with constants from the fractional parts of the square roots (initial words) and cube roots (K)
+// of the first primes.
 
 #include "host/impronta.h"
 

@@ -28,7 +28,8 @@ class ParoleComando {
   std::optional<std::string> Testo(std::string_view nome) const;
   // The values of a list; none of them is empty.
   std::vector<std::string> Elenco(std::string_view nome) const;
-  // A number in the range of the rule, with a point or a comma before its decimals. Throws ErroreUso.
+  // A number in the range of the rule, with a point or a comma before its decimals. Throws
+  // ErroreUso.
   std::optional<double> Numero(std::string_view nome, const RegolaNumero& regola) const;
   std::optional<int> Intero(std::string_view nome, int minimo) const;
   // The code of one of the words. Throws ErroreUso.

@@ -18,9 +18,9 @@ class ScritturaUscite {
   // Whether some output shows more than the report and the results themselves.
   bool VuoleDocumento() const;
 
-  // Writes all outputs, then gives the files their names, and only then turns to the standard output:
-  // who stops reading it keeps the files. Throws ErroreUscita; files without their names yet are as
-  // they were before.
+  // Writes all outputs, then gives the files their names, and only then turns to the standard
+  // output: who stops reading it keeps the files. Throws ErroreUscita; files without their names
+  // yet are as they were before.
   void Scrivi(const Documento& documento, const Rapporto& rapporto, const Argomenti& argomenti);
 
   // The files that have their names, as messages show them.

@@ -2,6 +2,7 @@
 
 // The table that closes a run over several networks.
 
+#include <optional>
 #include <string>
 #include <vector>
 

@@ -1,5 +1,5 @@
-// What goes to the terminal. Colours are ANSI sequences around single words: without them the text is
-// the same, byte by byte.
+// What goes to the terminal. Colours are ANSI sequences around single words: without them the text
+// is the same, byte by byte.
 
 #include "host/terminale.h"
 

@@ -12,8 +12,8 @@ enum class Colori { Auto, Mai, Sempre };
 // The choice of the command line, for the whole program. Auto until it is made.
 void ImpostaColori(Colori colori);
 
-// Whether what goes to a descriptor is coloured. On Auto: a terminal that is not dumb, with NO_COLOR
-// unset or empty.
+// Whether what goes to a descriptor is coloured. On Auto: a terminal that is not dumb, with
+// NO_COLOR unset or empty.
 bool ColoriSu(int descrittore);
 
 // Whether the standard error can show a line that overwrites itself.
