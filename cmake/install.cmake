@@ -29,6 +29,13 @@ if(TARGET compensa)
        "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
   set_target_properties(compensa PROPERTIES INSTALL_RPATH "$ORIGIN/${libreria_da_programma}")
   install(TARGETS compensa)
+  if(TARGET manuali)
+    get_target_property(cartella_manuali compensa BINARY_DIR)
+    install(FILES ${cartella_manuali}/compensa.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+    install(FILES ${cartella_manuali}/compensa.5 DESTINATION ${CMAKE_INSTALL_MANDIR}/man5)
+    install(FILES ${cartella_manuali}/compensa.bash RENAME compensa
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+  endif()
 endif()
 
 install(FILES README.md LEGGIMI.md CHANGELOG.md TYPE DOC)

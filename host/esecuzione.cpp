@@ -1,95 +1,66 @@
-// A call of the program. Outputs are opened before the run, so that hours of work do not end at a
-// folder that cannot be written, and files get their names before anything goes to the standard
-// output.
+// A run over networks. Outputs are opened before the adjustment, so that hours of work do not end
+// at a folder that cannot be written, and files get their names before anything goes to the
+// standard output. With several networks a fault ends the run of its own network only.
 
 #include "host/esecuzione.h"
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
-#include <cstdlib>
+#include <exception>
 #include <new>
+#include <optional>
 #include <string>
+#include <variant>
 #include <string_view>
+#include <utility>
+#include <vector>
 
+#include "host/approssimate/approssimate.h"
 #include "host/avvisi.h"
 #include "host/calcolo.h"
+#include "host/codifica.h"
+#include "host/data_ora.h"
 #include "host/diagnostica.h"
 #include "host/errori.h"
-#include "host/file_sicuro.h"
-#include "host/json.h"
+#include "host/importazione/importa.h"
+#include "host/impronta.h"
 #include "host/lettura_rete.h"
+#include "host/nomi_uscite.h"
 #include "host/numeri.h"
+#include "host/opzioni_programma.h"
 #include "host/rapporto.h"
+#include "host/scrittura_uscite.h"
 #include "host/sommario.h"
-#include "host/versione.h"
+#include "host/tabella_reti.h"
+#include "host/terminale.h"
+#include "host/verifica/verifica.h"
 
 namespace {
-
-// Whatever cannot be told is lost: there is nowhere else to tell it.
-void ScriviErrori(std::string_view testo) {
-  while (!testo.empty()) {
-    const ssize_t scritti = write(STDERR_FILENO, testo.data(), testo.size());
-    if (scritti < 0 && errno == EINTR) continue;
-    if (scritti <= 0) return;
-    testo.remove_prefix(static_cast<std::size_t>(scritti));
-  }
-}
-
-void ScriviErrore(std::string_view testo) {
-  ScriviErrori(std::string(kNomeProgramma) + ": errore: " + std::string(testo) + "\n");
-}
-
-void MostraMessaggi(const Diagnostica& diagnostica) {
-  std::string testo;
-  for (const std::string& riga : diagnostica.Righe()) testo += riga + "\n";
-  ScriviErrori(testo);
-}
-
-bool TerminaleConErrori() {
-  const char* terminale = std::getenv("TERM");
-  return isatty(STDERR_FILENO) != 0 && terminale != nullptr &&
-         std::string_view(terminale) != "dumb";
-}
-
-bool UscitaStandard(const std::string& percorso) {
-  return percorso == "-" || percorso == "/dev/stdout";
-}
-
-void RifiutaUsciteUguali(const Argomenti& a) {
-  if (!a.Json) return;
-  if (UscitaStandard(a.Rapporto) && UscitaStandard(*a.Json))
-    throw ErroreUso("rapporto e JSON andrebbero entrambi sull'uscita standard: serve -o FILE");
-  if (StessoFile(a.Rapporto, *a.Json))
-    throw ErroreUso("rapporto e JSON andrebbero nello stesso file " + Cita(*a.Json));
-}
-
-void RifiutaIngressoComeUscita(const Argomenti& a, const std::string& ingresso) {
-  const auto rifiuta = [&](const std::string& uscita) {
-    if (!UscitaStandard(uscita) && StessoFile(uscita, ingresso))
-      throw ErroreUso("l'uscita " + Cita(uscita) + " è un file della rete: non viene sovrascritto");
-  };
-  rifiuta(a.Rapporto);
-  if (a.Json) rifiuta(*a.Json);
-}
 
 std::string Gibibyte(std::uint64_t byte) {
   constexpr double kGibibyte = 1024.0 * 1024.0 * 1024.0;
   return NumeroFisso(static_cast<double>(byte) / kGibibyte, 2) + " GiB";
 }
 
-Risultati CompensaConMessaggi(Rete& rete, Rapporto& rapporto, bool quieto) {
+void Accoda(std::vector<std::string>& messaggi, std::vector<std::string> altri) {
+  for (std::string& altro : altri) messaggi.push_back(std::move(altro));
+}
+
+// Adds the warnings on records that are passed over to the messages.
+Risultati CompensaConMessaggi(Rete& rete, Rapporto& rapporto, bool quieto,
+                              std::vector<std::string>& messaggi) {
   RigaAvanzamento avanzamento(ScriviErrori);
   Ascolto ascolto;
-  if (!quieto) {
-    ascolto.Classificati = [&] {
-      Diagnostica avvisi;
-      AvvisaRecordIgnorati(rete, avvisi);
-      MostraMessaggi(avvisi);
-    };
-    if (TerminaleConErrori())
-      ascolto.Iterazione = [&](const Iterazione& i) { avanzamento.Mostra(i); };
-  }
+  ascolto.Classificati = [&] {
+    Diagnostica avvisi;
+    AvvisaRecordIgnorati(rete, avvisi);
+    if (!quieto) MostraMessaggi(avvisi);
+    Accoda(messaggi, avvisi.Righe());
+  };
+  if (!quieto && TerminaleConErrori())
+    ascolto.Iterazione = [&](const Iterazione& i) { avanzamento.Mostra(i); };
   try {
     Risultati risultati = Compensa(rete, rapporto, ascolto);
     avanzamento.Cancella();
@@ -104,66 +75,67 @@ Risultati CompensaConMessaggi(Rete& rete, Rapporto& rapporto, bool quieto) {
   }
 }
 
-// The file that is not the standard output comes first: who stops reading the output keeps the
-// file.
-void ScriviUscite(const Argomenti& a, const Rapporto& rapporto, const Risultati& risultati,
-                  FileSicuro& fileRapporto, std::optional<FileSicuro>& fileJson) {
-  const auto versaRapporto = [&] {
-    rapporto.Versa(a.CodificaRapporto, [&](std::string_view byte) { fileRapporto.Scrivi(byte); });
-  };
-  const auto versaJson = [&] {
-    if (fileJson) ScriviJson(risultati, [&](std::string_view byte) { fileJson->Scrivi(byte); });
-  };
-  if (UscitaStandard(a.Rapporto)) {
-    versaJson();
-    if (fileJson) fileJson->Conferma();
-    versaRapporto();
-    fileRapporto.Conferma();
-    return;
-  }
-  versaRapporto();
-  const bool jsonInFile = fileJson && !UscitaStandard(*a.Json);
-  if (jsonInFile) versaJson();
-  fileRapporto.Conferma();
-  if (!jsonInFile) versaJson();
-  if (fileJson) fileJson->Conferma();
+EsitoApprossimate Approssima(Rete& rete, const std::string& file, bool quieto) {
+  EsitoApprossimate approssimate = CalcolaApprossimate(rete);
+  if (quieto) return approssimate;
+  for (const std::string& nota : approssimate.Note) ScriviNota(file, nota);
+  for (const std::string& punto : approssimate.NonRaggiunti) ScriviAvviso(file, punto);
+  return approssimate;
 }
 
-}  // namespace
+void ScriviSommario(const Risultati& risultati, const std::vector<std::string>& scritti) {
+  const bool colori = ColoriSu(STDERR_FILENO);
+  std::string sommario;
+  bool esito = true;  // the first line, whose words are coloured
+  for (const std::string& riga : RigheSommario(risultati))
+    sommario += ColoraEsiti(riga, colori && std::exchange(esito, false)) + "\n";
+  for (const std::string& file : scritti) sommario += "Scritto:     " + file + "\n";
+  ScriviErrori(sommario);
+}
 
-Stato Esegui(const Argomenti& a) {
-  RifiutaUsciteUguali(a);
-  RifiutaIngressoComeUscita(a, a.Rete);
+// The run over one network. Throws what goes wrong with its files and its memory.
+Stato CompensaRete(const Argomenti& a, const std::string& file, EsitoRete& esito) {
   Diagnostica lettura;
-  std::optional<Rete> rete = LeggiRete(a.Rete, lettura);
+  std::optional<Rete> rete = LeggiRete(file, lettura);
   if (!rete || !a.Quieto) MostraMessaggi(lettura);
   if (!rete) return kStatoRete;
-  for (const std::string& file : rete->NomiFile) RifiutaIngressoComeUscita(a, file);
+  std::vector<Destinazione> destinazioni = Destinazioni(a, file);
+  RifiutaIngressi(destinazioni, rete->NomiFile);
+  ScritturaUscite uscite(std::move(destinazioni));
 
-  FileSicuro fileRapporto(a.Rapporto);
-  std::optional<FileSicuro> fileJson;
-  if (a.Json) fileJson.emplace(*a.Json);
+  std::vector<std::string> messaggi = lettura.Righe();
+  EsitoApprossimate approssimate = Approssima(*rete, file, a.Quieto);
   Rapporto rapporto;
-  const Risultati risultati = CompensaConMessaggi(*rete, rapporto, a.Quieto);
-  ScriviUscite(a, rapporto, risultati, fileRapporto, fileJson);
-  if (!a.Quieto) {
-    std::string sommario;
-    for (const std::string& riga : RigheSommario(risultati)) sommario += riga + "\n";
-    ScriviErrori(sommario);
+  const Risultati risultati = CompensaConMessaggi(*rete, rapporto, a.Quieto, messaggi);
+  Accoda(messaggi, std::move(approssimate.NonRaggiunti));
+  Riassumi(risultati, esito);
+
+  std::string testo, impronta;
+  if (uscite.VuoleDocumento()) {
+    testo = DaWindows1252(rapporto.Byte());
+    impronta = ImprontaFile(file);
   }
+  const Documento documento{risultati,           testo,
+                            std::move(messaggi), std::move(approssimate.Note),
+                            DataOraCorrente(),   impronta};
+  try {
+    uscite.Scrivi(documento, rapporto, a);
+  } catch (...) {
+    esito.Scritti = uscite.Scritti();
+    throw;
+  }
+  esito.Scritti = uscite.Scritti();
+  if (!a.Quieto) ScriviSommario(risultati, esito.Scritti);
   return TutteRiuscite(risultati) ? kStatoRiuscito : kStatoNonCompensata;
 }
 
-int Programma(int argc, const char* const* argv) {
+// Calls esegui and turns what it throws into a message and a status.
+template <class Esecuzione>
+Stato ConMessaggi(Esecuzione esegui) {
   try {
-    const auto riga = LeggiRigaComando(argc, argv);
-    if (const auto* argomenti = std::get_if<Argomenti>(&riga)) return Esegui(*argomenti);
-    FileSicuro uscita("-");
-    uscita.Scrivi(std::get<TestoRichiesto>(riga).Testo);
-    return kStatoRiuscito;
+    return esegui();
   } catch (const ErroreUso& errore) {
     ScriviErrore(errore.what());
-    ScriviErrori("Per l'uso: compensa --aiuto\n");
     return kStatoUso;
   } catch (const ErroreUscita& errore) {
     if (errore.Codice() != EPIPE) ScriviErrore(errore.what());
@@ -181,4 +153,76 @@ int Programma(int argc, const char* const* argv) {
     ScriviErrore("interno al programma");
     return kStatoInterno;
   }
+}
+
+void ScriviTesto(std::string_view testo) {
+  FileSicuro uscita("-");
+  uscita.Scrivi(testo);
+}
+
+// Tables of any of the networks that an output of another one would replace before they are read.
+void RifiutaTabelleAltrui(const Argomenti& a) {
+  std::vector<Destinazione> presenti;  // outputs that replace something
+  for (const std::string& rete : a.Reti)
+    for (Destinazione& destinazione : Destinazioni(a, rete))
+      if (access(destinazione.Percorso.c_str(), F_OK) == 0)
+        presenti.push_back(std::move(destinazione));
+  if (presenti.empty()) return;
+  for (const std::string& file : a.Reti) {
+    Diagnostica diagnostica;
+    const std::optional<Rete> rete = LeggiRete(file, diagnostica);
+    if (rete) RifiutaIngressi(presenti, rete->NomiFile);
+  }
+}
+
+Stato EseguiReti(const Argomenti& a) {
+  RifiutaTabelleAltrui(a);
+  std::vector<EsitoRete> esiti;
+  Stato peggiore = kStatoRiuscito;
+  for (const std::string& file : a.Reti) {
+    EsitoRete esito;
+    esito.Rete = file;
+    if (!a.Quieto) ScriviErrori((esiti.empty() ? "" : "\n") + file + "\n");
+    esito.Fine = ConMessaggi([&] { return CompensaRete(a, file, esito); });
+    peggiore = std::max(peggiore, esito.Fine);
+    esiti.push_back(std::move(esito));
+  }
+  if (!a.Quieto) ScriviErrori("\n");
+  ScriviTesto(TabellaReti(esiti, ColoriSu(STDOUT_FILENO)));
+  return peggiore;
+}
+
+Stato Esegui(const OpzioniImporta& opzioni) { return Importa(opzioni); }
+
+Stato Esegui(const ArgomentiVerifica& argomenti) {
+  Stato peggiore = kStatoRiuscito;
+  for (const OpzioniVerifica& rete : argomenti.Reti)
+    peggiore = std::max(peggiore, ConMessaggi([&] { return Verifica(rete); }));
+  return peggiore;
+}
+
+Stato Esegui(const TestoRichiesto& richiesto) {
+  ScriviTesto(richiesto.Testo);
+  return kStatoRiuscito;
+}
+
+}  // namespace
+
+Stato Esegui(const Argomenti& a) {
+  ControllaDestinazioni(a);
+  if (a.Reti.size() > 1) return EseguiReti(a);
+  EsitoRete esito;
+  return CompensaRete(a, a.Reti.front(), esito);
+}
+
+int Programma(int argc, const char* const* argv) {
+  const Stato stato = ConMessaggi([&] {
+    const Richiesta richiesta = LeggiRigaComando(argc, argv);
+    return std::visit([](const auto& cosa) { return Esegui(cosa); }, richiesta);
+  });
+  if (stato == kStatoUso) {
+    const std::string nome(argc > 1 ? ComandoDi(argv[1]).Nome : "");
+    ScriviErrori("Per l'uso: compensa " + nome + (nome.empty() ? "" : " ") + "--aiuto\n");
+  }
+  return stato;
 }

@@ -5,8 +5,10 @@
 #include "host/riga_comando.h"
 #include "host/stato.h"
 
-// Adjusts one network: reads it, runs the module, writes the outputs, and says on the standard
-// error what happened. Throws ErroreUso, ErroreUscita, ErroreMemoria, std::bad_alloc.
+// Adjusts the networks one after the other: reads each, runs the module, writes the outputs, and
+// says on the standard error what happened. With several of them it goes on after a fault, closes
+// with a table on the standard output and returns the highest status. Throws ErroreUso,
+// ErroreUscita, ErroreMemoria, std::bad_alloc.
 Stato Esegui(const Argomenti& argomenti);
 
 // The whole program; no exception leaves it.

@@ -101,20 +101,21 @@ std::string DestinazioneFinale(const std::string& percorso) {
   return finale.string();
 }
 
+std::string IdentitaFile(const std::string& percorso) {
+  struct stat stato {};
+  if (DescrittoreNominato(percorso) >= 0) return {};
+  if (stat(percorso.c_str(), &stato) == 0) {
+    if (!S_ISREG(stato.st_mode)) return {};
+    return std::to_string(stato.st_dev) + ":" + std::to_string(stato.st_ino);
+  }
+  std::error_code guasto;
+  const auto assoluto = std::filesystem::absolute(DestinazioneFinale(percorso), guasto);
+  return std::filesystem::weakly_canonical(assoluto, guasto).string();
+}
+
 bool StessoFile(const std::string& a, const std::string& b) {
-  struct stat sa {};
-  struct stat sb {};
-  const bool esisteA = stat(a.c_str(), &sa) == 0;
-  const bool esisteB = stat(b.c_str(), &sb) == 0;
-  if (esisteA && esisteB)
-    return S_ISREG(sa.st_mode) && sa.st_dev == sb.st_dev && sa.st_ino == sb.st_ino;
-  if (esisteA != esisteB) return false;
-  const auto luogo = [](const std::string& percorso) {
-    std::error_code guasto;
-    const auto assoluto = std::filesystem::absolute(DestinazioneFinale(percorso), guasto);
-    return std::filesystem::weakly_canonical(assoluto, guasto);
-  };
-  return luogo(a) == luogo(b);
+  const std::string chi = IdentitaFile(a);
+  return !chi.empty() && chi == IdentitaFile(b);
 }
 
 void PreparaSegnali() {

@@ -45,8 +45,12 @@ class FileSicuro {
 // The file that a path leads to, links followed also where the last one leads nowhere yet.
 std::string DestinazioneFinale(const std::string& percorso);
 
+// What names a file whatever path leads to it, also one that does not exist yet: paths with equal
+// identities are the same file. Empty for devices, pipes and standard outputs, which are nobody's
+// file.
+std::string IdentitaFile(const std::string& percorso);
+
 // Whether two paths lead to the same file, by whatever names: also one that does not exist yet.
-// Devices and pipes are nobody's file.
 bool StessoFile(const std::string& a, const std::string& b);
 
 // Makes signals that end the program remove the temporary files first, and writing to a closed pipe

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "host/campi.h"
+#include "host/campi_rete.h"
 #include "host/lettura_csv.h"
 #include "host/sintassi_toml.h"
 #include "host/tabella_toml.h"
@@ -35,6 +36,14 @@ constexpr std::array<std::string_view, 5> kChiaviStazione = {"punto", "altezza",
 constexpr std::array<std::string_view, 2> kChiaviEccentricita = {"distanza", "direzione"};
 constexpr std::array<std::string_view, 6> kChiaviOsservazione = {"punto",   "direzione", "zenit",
                                                                  "segnale", "distanza",  "tipo"};
+static_assert(StessiCampi(SezioneRete::File, kChiaviFile));
+static_assert(StessiCampi(SezioneRete::Progetto, kChiaviProgetto));
+static_assert(StessiCampi(SezioneRete::Opzioni, kChiaviOpzioni));
+static_assert(StessiCampi(SezioneRete::Curvatura, kChiaviCurvatura));
+static_assert(StessiCampi(SezioneRete::Punto, kChiaviPunto));
+static_assert(StessiCampi(SezioneRete::Stazione, kChiaviStazione));
+static_assert(StessiCampi(SezioneRete::Eccentricita, kChiaviEccentricita));
+static_assert(StessiCampi(SezioneRete::Osservazione, kChiaviOsservazione));
 
 // A table of the file by its key, nothing and perhaps a message if it is not there.
 std::optional<Tabella> Sezione(const Tabella& madre, const std::string& chiave, std::string voluto,

@@ -1,163 +1,198 @@
-// The command line: options, help and messages in Italian.
+// The command line: which command, and its options as what the program is asked to do.
 
 #include "host/riga_comando.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
-#include <memory>
-#include <string_view>
-#include <vector>
+#include <array>
+#include <filesystem>
+#include <utility>
 
-#include "host/campi.h"
-#include "host/diagnostica.h"
+#include "host/completamento.h"
 #include "host/errori.h"
+#include "host/importazione/lettore.h"
+#include "host/manuale.h"
+#include "host/opzioni_programma.h"
+#include "host/parole_comando.h"
 #include "host/suggerimenti.h"
 #include "host/versione.h"
 
 namespace {
 
-constexpr std::string_view kCodificaUtf8 = "utf-8";
-constexpr std::string_view kCodifica1252 = "windows-1252";
-constexpr std::string_view kArgomentoRete = "RETE.toml";
-constexpr std::size_t kColonnaDescrizioni = 30;
+constexpr std::string_view kGenera = "genera";  // for the build: not in the help
 
-constexpr const char* kDescrizione =
-    "compensa - compensazione rigorosa di reti topografiche di appoggio\n"
-    "\n"
-    "Legge una rete da un file, la compensa ai minimi quadrati in planimetria e in\n"
-    "altimetria e scrive il rapporto di calcolo.\n";
+constexpr std::array<ParolaNota, 3> kParoleColori{{{"auto", static_cast<int>(Colori::Auto)},
+                                                   {"mai", static_cast<int>(Colori::Mai)},
+                                                   {"sempre", static_cast<int>(Colori::Sempre)}}};
+constexpr std::array<ParolaNota, 2> kParoleCodifica{
+    {{"utf-8", static_cast<int>(Codifica::Utf8)},
+     {"windows-1252", static_cast<int>(Codifica::Windows1252)}}};
+constexpr std::array<ParolaNota, 2> kParoleDecimali{
+    {{"punto", static_cast<int>(Decimali::Punto)},
+     {"virgola", static_cast<int>(Decimali::Virgola)}}};
+constexpr std::array<ParolaNota, 2> kParoleFacce{
+    {{"media", static_cast<int>(ModoFacce::Media)},
+     {"separate", static_cast<int>(ModoFacce::Separate)}}};
+constexpr std::array<ParolaNota, 2> kParoleAssi{
+    {{"en", static_cast<int>(Assi::EstNord)}, {"ne", static_cast<int>(Assi::NordEst)}}};
+constexpr std::array<ParolaNota, 4> kParoleAngoli{
+    {{"gon", static_cast<int>(UnitaAngoli::Gon)},
+     {"gradi", static_cast<int>(UnitaAngoli::GradiDecimali)},
+     {"gms-compatti", static_cast<int>(UnitaAngoli::GradiCompatti)},
+     {"gms", static_cast<int>(UnitaAngoli::GradiPrimi)}}};
 
-constexpr const char* kNote =
-    "Il file della rete è descritto in LEGGIMI.md, i risultati JSON in docs/json.md.\n"
-    "I file di uscita compaiono solo se completi: un errore o Ctrl-C non lascia file a\n"
-    "metà e non tocca quelli che c'erano. Il nome \"-\" indica l'uscita standard.\n"
-    "Messaggi, avanzamento e sommario vanno sull'uscita degli errori.\n"
-    "\n"
-    "Esempi:\n"
-    "  compensa rete.toml                          rapporto sullo schermo\n"
-    "  compensa rete.toml -o rapporto.txt          rapporto in un file\n"
-    "  compensa rete.toml -o rapporto.txt --json risultati.json\n"
-    "  compensa rete.toml -q --codifica windows-1252 > rapporto.txt\n"
-    "  compensa rete.toml -o rapporto.txt --json - | jq .planimetria\n"
-    "\n"
-    "Stato di uscita:\n"
-    "  0   tutte le compensazioni richieste sono riuscite\n"
-    "  1   rete non determinabile, oppure una compensazione si è interrotta o non è\n"
-    "      arrivata a convergenza (il rapporto dice perché)\n"
-    "  2   uso sbagliato della riga di comando\n"
-    "  3   file della rete sbagliato o non leggibile\n"
-    "  4   uscita che non si può scrivere, o memoria insufficiente\n"
-    "  70  errore interno del programma";
+constexpr std::pair<GenereUscita, std::string_view> kUscite[] = {
+    {GenereUscita::Rapporto, "rapporto"}, {GenereUscita::Html, "html"},
+    {GenereUscita::Csv, "csv"},           {GenereUscita::Dxf, "dxf"},
+    {GenereUscita::GeoPackage, "gpkg"},   {GenereUscita::Gkf, "gkf"},
+    {GenereUscita::Json, "json"}};
 
-class FormatoItaliano : public CLI::Formatter {
- public:
-  FormatoItaliano() {
-    label("Positionals", "Argomenti");
-    column_width(kColonnaDescrizioni);
-  }
-  std::string make_usage(const CLI::App* /*app*/, std::string /*nome*/) const override {
-    return "Uso: compensa " + std::string(kArgomentoRete) + " [OPZIONI]\n";
-  }
-  std::string make_option_opts(const CLI::Option* opzione) const override {
-    return opzione->get_positional() ? "" : CLI::Formatter::make_option_opts(opzione);
-  }
-};
-
-struct Lette {
-  std::string Rete;
-  std::string Rapporto = "-";
-  std::string Json;
-  std::string CodificaRapporto{kCodificaUtf8};
-  bool Quieto = false;
-};
-
-void Definisci(CLI::App& app, Lette& lette) {
-  app.formatter(std::make_shared<FormatoItaliano>());
-  app.footer(kNote);
-  app.allow_extras();
-  app.option_defaults()->group("Opzioni");
-  app.set_help_flag("-h,--aiuto,--help", "mostra questo testo ed esce");
-  app.set_version_flag("--versione,--version", std::string(kVersioneProgramma),
-                       "mostra la versione ed esce");
-  app.add_option(std::string(kArgomentoRete), lette.Rete, "file della rete");
-  app.add_option("-o,--rapporto", lette.Rapporto,
-                 "dove scrivere il rapporto\n(se manca: uscita standard)")
-      ->option_text("FILE");
-  app.add_option("--codifica", lette.CodificaRapporto,
-                 "codifica del rapporto: utf-8 o windows-1252\n(se manca: utf-8)")
-      ->option_text("CODIFICA");
-  app.add_option("--json", lette.Json,
-                 "dove scrivere i risultati per altri programmi\n(se manca: non vengono scritti)")
-      ->option_text("FILE");
-  app.add_flag("-q,--quieto", lette.Quieto,
-               "solo gli errori: niente avvisi, avanzamento\ne sommario");
+template <class Enum>
+std::optional<Enum> Scelta(const ParoleComando& parole, std::string_view nome,
+                           std::span<const ParolaNota> note) {
+  const std::optional<int> valore = parole.Parola(nome, note);
+  return valore ? std::optional(static_cast<Enum>(*valore)) : std::nullopt;
 }
 
-// The option that a message of the library begins with, or ends with.
-std::string OpzioneNominata(const std::string& messaggio) {
-  const std::size_t inizio = messaggio.find('-');
-  if (inizio == std::string::npos) return {};
-  return messaggio.substr(inizio, messaggio.find_first_of(" :,", inizio) - inizio);
-}
-
-[[noreturn]] void Rifiuta(const CLI::App& app, const CLI::ParseError& errore) {
-  const std::string nome = OpzioneNominata(errore.what());
-  const CLI::Option* opzione = nome.empty() ? nullptr : app.get_option_no_throw(nome);
-  if (opzione == nullptr) throw ErroreUso("riga di comando non comprensibile");
-  throw ErroreUso("opzione " + nome +
-                  (opzione->get_expected_max() == 0 ? ": non vuole un valore"
-                                                    : ": vuole un valore, una volta sola"));
-}
-
-// What no option and no argument has taken.
-void RifiutaResto(const CLI::App& app) {
-  for (const std::string& parola : app.remaining()) {
-    if (parola == "--") continue;
-    if (parola.size() < 2 || parola.front() != '-')
-      throw ErroreUso("argomento di troppo " + Cita(parola) + ": una sola rete per volta");
-    std::vector<std::string> note;
-    for (const CLI::Option* opzione : app.get_options())
-      for (const std::string& lunga : opzione->get_lnames()) note.push_back("--" + lunga);
-    const std::string_view vicina = PiuVicino(parola.substr(0, parola.find('=')), note);
-    throw ErroreUso("opzione sconosciuta " + Cita(parola) +
-                    (vicina.empty() ? "" : " (forse " + std::string(vicina) + "?)"));
+// A first argument that was meant to be a command, or a command that is not the first word.
+void RifiutaComandoFuoriPosto(const std::vector<std::string>& reti) {
+  std::vector<std::string_view> comandi;
+  for (const Comando* comando : Comandi())
+    if (!comando->Nome.empty()) comandi.push_back(comando->Nome);
+  for (const std::string& rete : reti) {
+    std::error_code guasto;
+    if (std::filesystem::exists(rete, guasto)) continue;
+    if (std::find(comandi.begin(), comandi.end(), rete) != comandi.end())
+      throw ErroreUso("il comando " + rete + " va scritto subito dopo compensa");
   }
+  std::error_code guasto;
+  if (reti.empty() || reti.front().find_first_of("./") != std::string::npos ||
+      std::filesystem::exists(reti.front(), guasto))
+    return;
+  const std::string_view vicino = PiuVicino(reti.front(), comandi);
+  if (!vicino.empty())
+    throw ErroreUso("comando sconosciuto " + Cita(reti.front()) + " (forse " + std::string(vicino) +
+                    "?)");
 }
 
-Codifica CodificaDi(const std::string& nome) {
-  constexpr ParolaNota kCodifiche[] = {{kCodificaUtf8, static_cast<int>(Codifica::Utf8)},
-                                       {kCodifica1252, static_cast<int>(Codifica::Windows1252)}};
-  const std::optional<int> trovata = CercaParola(kCodifiche, nome);
-  if (!trovata)
-    throw ErroreUso("opzione --codifica: trovato " + Cita(nome) + ", serve " +
-                    ParoleVolute(kCodifiche));
-  return static_cast<Codifica>(*trovata);
+Argomenti LeggiCompensa(const ParoleComando& parole) {
+  Argomenti argomenti;
+  argomenti.Reti = parole.Argomenti();
+  RifiutaComandoFuoriPosto(argomenti.Reti);
+  if (argomenti.Reti.empty()) throw ErroreUso("manca il file della rete");
+  for (const auto& [genere, nome] : kUscite)
+    if (parole.Data(nome)) argomenti.Uscite.push_back({genere, parole.Testo(nome)});
+  if (argomenti.Reti.size() == 1 && parole.SenzaValore("rapporto"))
+    throw ErroreUso("opzione --rapporto: con una sola rete vuole un valore (FILE o cartella)");
+  argomenti.CodificaRapporto =
+      Scelta<Codifica>(parole, "codifica", kParoleCodifica).value_or(Codifica::Utf8);
+  argomenti.DecimaliCsv =
+      Scelta<Decimali>(parole, "decimali", kParoleDecimali).value_or(Decimali::Virgola);
+  argomenti.Quieto = parole.Data("quieto");
+  return argomenti;
+}
+
+// The network beside the first file; one that exists already is only replaced if it is named.
+std::string UscitaImporta(const std::string& libretto) {
+  std::filesystem::path rete = libretto;
+  if (libretto.starts_with("/dev/") || libretto == "-" || rete.stem().empty())
+    throw ErroreUso("serve -o RETE.toml: il file da scrivere");
+  rete.replace_extension(".toml");
+  std::error_code guasto;
+  if (std::filesystem::exists(rete, guasto))
+    throw ErroreUso("la rete " + Cita(rete.string()) +
+                    " esiste già e non viene sovrascritta: per farlo, -o " + rete.string());
+  return rete.string();
+}
+
+OpzioniLettura LeggiOpzioniLettura(const ParoleComando& parole) {
+  OpzioniLettura lettura;
+  lettura.Angoli = Scelta<UnitaAngoli>(parole, "angoli", kParoleAngoli);
+  lettura.AssiXY = Scelta<Assi>(parole, "assi", kParoleAssi);
+  lettura.Mappa = parole.Testo("mappa");
+  lettura.Stazione = parole.Testo("stazione");
+  lettura.AltezzaStrumento = parole.Numero("hs", kAltezza);
+  lettura.CodiceStazioneGsi = parole.Intero("gsi-codice-stazione", 0);
+  lettura.SegnalePersistente = parole.Data("segnale-persistente");
+  lettura.IgnoraNonSupportati = parole.Data("ignora-non-supportati");
+  return lettura;
+}
+
+std::optional<std::string> LeggiFormato(const ParoleComando& parole) {
+  std::vector<ParolaNota> formati;
+  for (const Lettore* lettore : Lettori())
+    formati.push_back({lettore->Nome, static_cast<int>(formati.size())});
+  const std::optional<int> formato = parole.Parola("formato", formati);
+  if (!formato) return std::nullopt;
+  return std::string(formati[static_cast<std::size_t>(*formato)].Testo);
+}
+
+OpzioniImporta LeggiImporta(const ParoleComando& parole) {
+  OpzioniImporta opzioni;
+  opzioni.File = parole.Argomenti();
+  if (opzioni.File.empty()) throw ErroreUso("manca il file da importare");
+  opzioni.Formato = LeggiFormato(parole);
+  opzioni.Lettura = LeggiOpzioniLettura(parole);
+  opzioni.Facce = Scelta<ModoFacce>(parole, "facce", kParoleFacce).value_or(ModoFacce::Media);
+  opzioni.Medie = parole.Data("medie");
+  opzioni.Fissi = parole.Elenco("fissi");
+  opzioni.FissiPlanimetria = parole.Elenco("fissi-planimetria");
+  opzioni.FissiAltimetria = parole.Elenco("fissi-altimetria");
+  opzioni.Escludi = parole.Elenco("escludi");
+  opzioni.Coordinate = parole.Testo("coordinate");
+  opzioni.SqmDirezione = parole.Numero("sqm-direzione", kSqmDirezione);
+  opzioni.SqmDistCostante = parole.Numero("sqm-distanza-costante", kSqmDistCostante);
+  opzioni.SqmDistProporzionale = parole.Numero("sqm-distanza-proporzionale", kSqmDistProporzionale);
+  opzioni.Nome = parole.Testo("nome");
+  opzioni.Epsg = parole.Intero("epsg", 1);
+  opzioni.TipoCalcolo = parole.Parola("calcolo", kParoleCalcolo);
+  opzioni.Cartografiche = parole.Data("cartografiche");
+  opzioni.Curvatura = parole.Data("curvatura");
+  opzioni.SenzaApprossimate = parole.Data("senza-approssimate");
+  opzioni.Quieto = parole.Data("quieto");
+  const std::optional<std::string> uscita = parole.Testo("uscita");
+  opzioni.Uscita = uscita ? *uscita : UscitaImporta(opzioni.File.front());
+  return opzioni;
+}
+
+ArgomentiVerifica LeggiVerifica(const ParoleComando& parole) {
+  if (parole.Argomenti().empty()) throw ErroreUso("manca il file della rete");
+  ArgomentiVerifica argomenti;
+  for (const std::string& rete : parole.Argomenti()) argomenti.Reti.push_back({rete});
+  return argomenti;
+}
+
+TestoRichiesto Genera(const std::vector<std::string>& parole) {
+  const std::string_view cosa = parole.size() == 1 ? std::string_view(parole.front()) : "";
+  if (cosa == "man1") return {ManualeProgramma()};
+  if (cosa == "man5") return {ManualeFile()};
+  if (cosa == "bash") return {CompletamentoBash()};
+  throw ErroreUso("il comando genera vuole man1, man5 o bash");
 }
 
 }  // namespace
 
-std::variant<Argomenti, TestoRichiesto> LeggiRigaComando(int argc, const char* const* argv) {
-  CLI::App app(kDescrizione, std::string(kNomeProgramma));
-  Lette lette;
-  Definisci(app, lette);
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::CallForHelp&) {
-    return TestoRichiesto{app.help()};
-  } catch (const CLI::CallForVersion&) {
-    return TestoRichiesto{std::string(kNomeProgramma) + " " + app.version() + "\n"};
-  } catch (const CLI::ParseError& errore) {
-    Rifiuta(app, errore);
+std::string_view NomeOpzione(GenereUscita genere) {
+  const auto* voce = std::find_if(std::begin(kUscite), std::end(kUscite),
+                                  [&](const auto& uscita) { return uscita.first == genere; });
+  return voce->second;
+}
+
+Richiesta LeggiRigaComando(int argc, const char* const* argv) {
+  std::vector<std::string> parole(argv + std::min(argc, 1), argv + argc);
+  if (!parole.empty() && parole.front() == kGenera) {
+    parole.erase(parole.begin());
+    return Genera(parole);
   }
-  RifiutaResto(app);
-  if (lette.Rete.empty()) throw ErroreUso("manca il file della rete");
-  const auto data = [&](const char* nome) { return app.count(nome) > 0; };
-  if (data("--rapporto") && lette.Rapporto.empty())
-    throw ErroreUso("opzione --rapporto: il nome del file è vuoto");
-  if (data("--json") && lette.Json.empty())
-    throw ErroreUso("opzione --json: il nome del file è vuoto");
-  Argomenti argomenti{lette.Rete, lette.Rapporto, std::nullopt, CodificaDi(lette.CodificaRapporto),
-                      lette.Quieto};
-  if (data("--json")) argomenti.Json = lette.Json;
-  return argomenti;
+  const Comando* comando = &ComandoDi(parole.empty() ? "" : parole.front());
+  if (!comando->Nome.empty()) parole.erase(parole.begin());
+
+  const ParoleComando lette(*comando, parole);
+  if (lette.ChiestoAiuto()) return TestoRichiesto{TestoAiuto(*comando)};
+  if (lette.ChiestaVersione())
+    return TestoRichiesto{std::string(kNomeProgramma) + " " + std::string(kVersioneProgramma) +
+                          "\n"};
+  ImpostaColori(Scelta<Colori>(lette, "colori", kParoleColori).value_or(Colori::Auto));
+  if (comando == &ComandoImporta()) return LeggiImporta(lette);
+  if (comando == &ComandoVerifica()) return LeggiVerifica(lette);
+  return LeggiCompensa(lette);
 }

@@ -49,7 +49,43 @@ const struct CasoStato {
      "640,4", ""},
     {"sed 's/^iterazioni.*/iterazioni = 1/' zeman.toml > l; $C l", 1, "CONVERGENZA NON RAGGIUNTA",
      "planimetria non convergente; altimetria riuscita"},
-    {"$C zeman.toml altra.toml", 2, "", "una sola rete"},
+    {"$C --html zeman.toml -q && test -f zeman.html", 0, "COMPENSATE", ""},
+    {"$C -q -o d/ --csv d/ --dxf d --gpkg d/x.gpkg --gkf --json zeman.toml; ls d zeman.*", 0,
+     "d:\nx.gpkg\nzeman.dxf\nzeman.osservazioni.csv\nzeman.punti.csv\nzeman.txt\n", ""},
+    {"$C zeman.toml -o r.txt --csv r.csv && ls r.*", 0, "r.csv\nr.osservazioni.csv\nr.txt",
+     "Scritto:     r.osservazioni.csv\n"},
+    {"$C zeman.toml rotta.toml stazione_libera.toml -q -o d", 3,
+     "rotta.toml            errore               -        -  errore           -        -      -  -",
+     "rotta.toml:1:11: errore"},
+    {"$C zeman.toml manca.toml stazione_libera.toml -q -o d 2>&1; ls d", 0,
+     "stazione_libera.txt\nzeman.txt\n", ""},
+    {"$C zeman.toml stazione_libera.toml -q", 0, "      36  riuscita    0.1328       30   4.61  -\n",
+     ""},
+    {"$C zeman.toml stazione_libera.toml --html r.html", 2, "", "serve una cartella"},
+    {"$C zeman.toml ./zeman.toml", 2, "", "data due volte"},
+    {"ln zeman_punti.csv a.punti.csv; cp stazione_libera.toml a.toml; $C a.toml zeman.toml --csv", 2,
+     "", "non viene sovrascritto"},
+    {"$C zeman.toml --csv -", 2, "", "due tabelle"},
+    {"$C zeman.toml --csv r.csv --html r.csv", 2, "", "stesso file"},
+    {"$C zeman.toml -o r.txt --dxf - --json -", 2, "", "serve un FILE"},
+    {"$C zeman.toml --html --html", 2, "", "una volta sola"},
+    {"$C verifca zeman.toml", 2, "", "forse verifica?"},
+    {"$C zeman.toml importa", 2, "", "subito dopo"},
+    {"cp zeman.toml importa; $C ./importa -q", 0, "COMPENSATE", ""},
+    {"$C importa zeman_punti.csv --sqm-direzione -1", 2, "", "un numero non negativo [gon]"},
+    {"$C importa zeman_punti.csv --face media", 2, "", "forse --facce?"},
+    {"$C importa zeman_punti.csv --assi nn", 2, "", "serve una parola tra \"en\", \"ne\""},
+    {"$C importa zeman_punti.csv --epsg 0", 2, "", "serve un intero da 1"},
+    {"$C importa zeman_punti.csv --fissi A,,B", 2, "", "separati da virgole"},
+    {"cp zeman_punti.csv zeman.csv; $C importa zeman.csv", 2, "", "esiste già"},
+    {"$C importa zeman_punti.csv --coordinate -o r.toml", 2, "", "--coordinate: vuole un valore"},
+    {"$C importa zeman_punti.csv --hs -0.05 --medie=2", 2, "", "--medie: non vuole un valore"},
+    {"$C importa --help", 0, "--sqm-distanza-proporzionale M/KM", ""},
+    {"TERM=xterm script -qc \"$C rotta.toml\" /dev/null < /dev/null", 0, "\x1b[1;31merrore\x1b[0m",
+     ""},
+    {"NO_COLOR=1 TERM=xterm script -qc \"$C rotta.toml\" /dev/null < /dev/null", 0,
+     "rotta.toml:1:11: errore: formato", ""},
+    {"$C rotta.toml --colori sempre", 3, "", "rotta.toml:1:11: \x1b[1;31merrore\x1b[0m: formato"},
     {"$C zeman.toml --jsno r.json", 2, "", "forse --json"},
     {"$C zeman.toml --codifica ascii", 2, "", "windows-1252"},
     {"$C zeman.toml -o", 2, "", "vuole un valore"},
@@ -70,7 +106,7 @@ const struct CasoStato {
 TEST_F(Programma, Stati) {
   for (const CasoStato& caso : kCasi) {
     SCOPED_TRACE(caso.Comando);
-    Esegui("rm -f r.txt r.json l");
+    Esegui("rm -rf r.txt r.json l d; mkdir d; echo 'formato = 2' > rotta.toml");
     const auto [stato, testo, errori] = Esegui(caso.Comando);
     EXPECT_EQ(stato, caso.Stato);
     for (const auto& [scritto, pezzo] :
@@ -86,6 +122,7 @@ TEST_F(Programma, FileInteri) {
   for (const char* caso :
        {"$C zeman.toml -q -o r.txt --json /dev/full; test $? = 4",
         "$C zeman.toml -q -o r.txt --json manca/r.json; test $? = 4",
+       "(ulimit -f 16; $C zeman.toml -q --gpkg x --json r.txt -o y; test $? = 4 && ! ls x y)",
         "mkfifo f; $C zeman.toml -q -o r.txt --json f & "
         "while ! ls .compensa-*; do sleep 0.02; done; kill -TERM $!; wait $!; test $? = 143"}) {
     SCOPED_TRACE(caso);
@@ -93,6 +130,49 @@ TEST_F(Programma, FileInteri) {
     EXPECT_EQ(std::get<0>(Esegui(caso)), 0);
     EXPECT_EQ(std::get<1>(Esegui("cat r.txt; ls -A | grep -F .compensa-")), "vecchio\n");
   }
+}
+
+// The manual knows every option of the help, and the reader of manuals has nothing to say on it.
+TEST_F(Programma, Manuale) {
+  EXPECT_EQ(Esegui("for c in '' importa verifica; do $C $c --aiuto; done |"
+                   " grep -oE '^ +(-., )?--[a-z-]+' | grep -o -e '--.*' | sort -u > opzioni;"
+                   " test $(wc -l < opzioni) -gt 30; $C genera man1 | sed 's/\\\\-/-/g' > pagina;"
+                   " while read o; do grep -q -e \"$o.fR\" pagina || echo $o; done < opzioni"),
+            Uscita(0, "", ""));
+  for (const char* pagina : {"man1", "man5"})
+    EXPECT_EQ(Esegui("$C genera " + std::string(pagina) + " > p; ! command -v man > r || "
+                     "man --warnings -l p > r"),
+              Uscita(0, "", ""));
+}
+
+const struct CasoCompletamento {
+  const char *Riga, *Attese;  // words separated by blanks; candidates, sorted
+} kCompletamenti[] = {
+    {"i", "importa"},
+    {"zem", "zeman.toml"},
+    {"--de", "--decimali"},
+    {"zeman.toml --decimali ", "punto virgola"},
+    {"zeman.toml --codifica = w", "windows-1252"},
+    {"--csv zeman_p", "zeman_punti.csv"},
+    {"importa --sqm-distanza-", "--sqm-distanza-costante --sqm-distanza-proporzionale"},
+    {"importa zeman_p", "zeman_punti.csv"},
+    {"importa --assi ", "en ne"},
+    {"importa --fissi ", ""},
+    {"importa -o zem", "zeman.toml"},
+    {"--decimali z", ""},
+    {"verifica zem", "zeman.toml"},
+    {"verifica --q", ""},
+};
+
+TEST_F(Programma, Completamento) {
+  for (const CasoCompletamento& caso : kCompletamenti)
+    EXPECT_EQ(Esegui("$C genera bash > c; bash -c 'set -u; . ./c; IFS=\" \"; w=\"compensa $0\";"
+                     " COMP_WORDS=($w); [[ $w != *\" \" ]] || COMP_WORDS+=(\"\"); unset IFS;"
+                     " COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _compensa;"
+                     " echo $(printf \"%s\\n\" \"${COMPREPLY[@]}\" | sort)' '" +
+                     std::string(caso.Riga) + "'"),
+              Uscita(0, std::string(caso.Attese) + "\n", ""))
+        << caso.Riga;
 }
 
 }  // namespace

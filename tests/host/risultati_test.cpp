@@ -9,6 +9,7 @@
 
 #include "doppio.h"
 #include "host/calcolo.h"
+#include "host/impronta.h"
 #include "host/json.h"
 #include "host/rapporto.h"
 #include "rete_prova.h"
@@ -230,6 +231,19 @@ TEST(Json, Documento) {
   EXPECT_EQ(j["punti"].back()["est"].get<double>(), r.Punti.back().Est);
   EXPECT_TRUE(j["punti"][0]["sqm_est"].is_null());
   EXPECT_EQ(j["stazioni"][2]["osservazioni"][1]["equazioni"].size(), 3U);
+}
+
+// FIPS 180-4: the examples published with it, and messages whose padding just fits and does not.
+TEST(Impronta, EsempiPubblicati) {
+  const std::pair<std::string, const char*> casi[] = {
+      {"", "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855"},
+      {"abc", "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad"},
+      {"abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq",
+       "248d6a61d20638b8e5c026930c3e6039a33ce45964ff2167f6ecedd419db06c1"},
+      {std::string(55, 'a'), "9f4390f8d30c2dd92ec9f095b65e2b9ae9b0a925a5258e241c9f1e910f734318"},
+      {std::string(1000000, 'a'),
+       "cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0"}};
+  for (const auto& [testo, attesa] : casi) EXPECT_EQ(Impronta(testo), attesa) << testo.size();
 }
 
 }  // namespace

@@ -1,0 +1,37 @@
+// Date and time as the outputs show them.
+
+#include "host/data_ora.h"
+
+#include <charconv>
+#include <cstdlib>
+#include <ctime>
+#include <optional>
+#include <string_view>
+
+namespace {
+
+constexpr int kPrimoAnno = 1900;  // of struct tm
+
+std::optional<std::time_t> MomentoFissato() {
+  const char* testo = std::getenv("SOURCE_DATE_EPOCH");
+  if (testo == nullptr || *testo == '\0') return std::nullopt;
+  const std::string_view cifre(testo);
+  std::time_t momento = 0;
+  const auto [dove, errore] = std::from_chars(cifre.begin(), cifre.end(), momento);
+  if (errore != std::errc{} || dove != cifre.end()) return std::nullopt;
+  return momento;
+}
+
+std::string DueCifre(int numero) { return (numero < 10 ? "0" : "") + std::to_string(numero); }
+
+}  // namespace
+
+std::string DataOraCorrente() {
+  const std::optional<std::time_t> fissato = MomentoFissato();
+  const std::time_t momento = fissato.value_or(std::time(nullptr));
+  std::tm t{};
+  if ((fissato ? gmtime_r(&momento, &t) : localtime_r(&momento, &t)) == nullptr) return {};
+  return DueCifre(t.tm_mday) + "/" + DueCifre(t.tm_mon + 1) + "/" +
+         std::to_string(t.tm_year + kPrimoAnno) + " " + DueCifre(t.tm_hour) + ":" +
+         DueCifre(t.tm_min);
+}
