@@ -31,92 +31,10 @@ constexpr std::array<ColonnaCsv, 12> kColonneOss{{
     {"tipo"},
 }};
 
-<<<<<<< HEAD
-=======
 constexpr auto kNomeColonna = [](const ColonnaCsv& colonna) { return colonna.Nome; };
 static_assert(StessiCampi(SezioneRete::PuntiCsv, kColonnePunti, kNomeColonna));
 static_assert(StessiCampi(SezioneRete::OsservazioniCsv, kColonneOss, kNomeColonna));
 
-constexpr std::string_view kNonDatoScritto = "-";
-
-// What the two tables share: fields of the current row as values. A record is worded only when a
-// message needs it.
-class RigaCsv {
- public:
-  RigaCsv(LettoreCsv& lettore, Diagnostica& diagnostica, std::function<std::string()> record)
-      : Lettore(lettore), Diario(diagnostica), Record(std::move(record)) {}
-
-  bool Vuoto(std::size_t colonna) const {
-    const std::string_view campo = Lettore.Campo(colonna);
-    return campo.empty() || campo == kNonDatoScritto;
-  }
-
-  // kValoreMancante if there is no value, or a wrong one, which is then reported.
-  double Numero(std::size_t colonna, const RegolaNumero& regola) {
-    if (Vuoto(colonna)) return kValoreMancante;
-    const std::string_view campo = Lettore.Campo(colonna);
-    const NumeroLetto letto = LeggiNumero(campo, Lettore.VirgolaDecimale());
-    if (letto.Esito == EsitoNumero::Valido && Ammesso(regola, letto.Valore)) return letto.Valore;
-    Diario.Errore(Lettore.Dove(colonna), Rifiuto(regola, campo, letto));
-    return kValoreMancante;
-  }
-
-  int Ruolo(std::size_t colonna, std::string_view nome) {
-    if (Vuoto(colonna)) return kIncognito;
-    const std::string_view campo = Lettore.Campo(colonna);
-    const std::optional<int> valore = CercaParola(kParoleRuolo, campo);
-    if (!valore) {
-      Diario.Errore(Lettore.Dove(colonna),
-                    GuastoParola(Record(), nome, kParoleRuolo, campo, ParoleVolute(kParoleRuolo)));
-    }
-    return valore.value_or(kIncognito);
-  }
-
-  std::optional<bool> SiNo(std::size_t colonna, std::string_view nome) {
-    const std::string_view campo = Lettore.Campo(colonna);
-    const std::optional<int> valore = CercaParola(kParoleVero, campo);
-    if (valore) return *valore != 0;
-    Diario.Errore(Lettore.Dove(colonna),
-                  GuastoParola(Record(), nome, kParoleVero, campo, "\"si\" o \"no\""));
-    return std::nullopt;
-  }
-
-  int Tipo(std::size_t colonna) {
-    const std::string_view campo = Lettore.Campo(colonna);
-    const std::optional<int> codice = LeggiIntero(campo);
-    if (codice && TipoNoto(*codice)) return *codice;
-    if (Vuoto(colonna)) return kOrizzontale;
-    const std::optional<int> parola = CercaParola(kParoleTipo, campo);
-    if (parola) return *parola;
-    Diario.Errore(Lettore.Dove(colonna),
-                  GuastoParola(Record(), "tipo", kParoleTipo, campo, TipoVoluto()));
-    return kOrizzontale;
-  }
-
- private:
-  Guasto Rifiuto(const RegolaNumero& regola, std::string_view campo, const NumeroLetto& letto) {
-    if (letto.Esito == EsitoNumero::Valido || letto.Esito == EsitoNumero::NonFinito) {
-      const double valore = letto.Esito == EsitoNumero::Valido ? letto.Valore : HUGE_VAL;
-      return GuastoNumero(Record(), regola, Cita(campo), valore);
-    }
-    Guasto guasto{.Record = Record(),
-                  .Campo = std::string(regola.Nome),
-                  .Trovato = Cita(campo),
-                  .Voluto = NumeroVoluto(regola)};
-    if (letto.Esito == EsitoNumero::Migliaia) {
-      guasto.Suggerimento = "scrivere il numero senza separatori delle migliaia";
-    } else if (letto.Esito == EsitoNumero::Virgola) {
-      guasto.Suggerimento = kVoglionoIlPunto;
-    }
-    return guasto;
-  }
-
-  LettoreCsv& Lettore;
-  Diagnostica& Diario;
-  std::function<std::string()> Record;
-};
-
->>>>>>> ramo-riga
 // The set-ups of an observation table, found by their station and round.
 class Postazioni {
  public:
