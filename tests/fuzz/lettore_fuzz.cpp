@@ -11,16 +11,15 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* dati, std::size_t quanti);
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* dati, std::size_t quanti) {
-  if (quanti == 0) return 0;
-  const auto testo = InUtf8(std::string(dati + 1, dati + quanti));
+  const auto testo = InUtf8(std::string(dati, dati + quanti));
   if (!testo) return 0;
-  OpzioniLettura opzioni;  // some of them from the first byte
-  if ((dati[0] & 1) != 0) opzioni.AssiXY = Assi::NordEst;
-  if ((dati[0] & 2) != 0) opzioni.Stazione = "S";
-  if ((dati[0] & 4) != 0) opzioni.CodiceStazioneGsi = 2;
-  if ((dati[0] & 8) != 0) opzioni.Angoli = UnitaAngoli::GradiCompatti;
-  opzioni.SegnalePersistente = (dati[0] & 16) != 0;
-  opzioni.IgnoraNonSupportati = (dati[0] & 32) != 0;
+  OpzioniLettura opzioni;  // some of them, as the length has it
+  if ((quanti & 1) != 0) opzioni.AssiXY = Assi::NordEst;
+  if ((quanti & 2) != 0) opzioni.Stazione = "S";
+  if ((quanti & 4) != 0) opzioni.CodiceStazioneGsi = 2;
+  if ((quanti & 8) != 0) opzioni.Angoli = UnitaAngoli::GradiCompatti;
+  opzioni.SegnalePersistente = (quanti & 16) != 0;
+  opzioni.IgnoraNonSupportati = (quanti & 32) != 0;
 
   Libretto libretto;
   Diagnostica diagnostica;
