@@ -10,6 +10,7 @@
 
 #include "host/importazione/coordinate_csv.h"
 #include "host/importazione/unione.h"
+#include "host/importazione/valori_libretto.h"
 #include "host/suggerimenti.h"
 
 namespace {
@@ -35,6 +36,7 @@ class Completamento {
   EsitoCompletamento Esegui() {
     UnisciPunti(L, L.Punti.size(), Diario);
     if (O.Coordinate) LeggiTavola();
+    Nulle = ControllaValori(L, Diario);
     AggiungiPuntiVisti();
     AvvisaMaiuscole();
     SistemaDistanze();
@@ -53,7 +55,8 @@ class Completamento {
  private:
   void LeggiTavola() {
     const std::size_t prima = L.Punti.size();
-    if (LeggiCoordinateCsv(*O.Coordinate, O.Lettura.AssiXY, L, Diario)) UnisciPunti(L, prima, Diario);
+    if (LeggiCoordinateCsv(*O.Coordinate, O.Lettura.AssiXY, L, Diario))
+      UnisciPunti(L, prima, Diario);
   }
 
   void AggiungiPuntiVisti() {
@@ -69,11 +72,13 @@ class Completamento {
     };
     for (const PostazioneLibretto& postazione : L.Postazioni) {
       aggiungi(postazione.Punto, postazione.Dove);
-      for (const BattutaLibretto& battuta : postazione.Battute) aggiungi(battuta.Punto, battuta.Dove);
+      for (const BattutaLibretto& battuta : postazione.Battute)
+        aggiungi(battuta.Punto, battuta.Dove);
     }
     if (nuovi == 0) return;
-    Esito.Assunti.push_back(Conta(static_cast<int>(nuovi), "punto che il libretto nomina solo nelle letture è incognito.",
-                                  "punti che il libretto nomina solo nelle letture sono incogniti."));
+    Esito.Assunti.push_back(Conta(
+        static_cast<int>(nuovi), "punto che il libretto nomina solo nelle letture è incognito.",
+        "punti che il libretto nomina solo nelle letture sono incogniti."));
   }
 
   void AvvisaMaiuscole() {
@@ -89,14 +94,10 @@ class Completamento {
   }
 
   void SistemaDistanze() {
-    int nulle = 0, completate = 0, senzaZenit = 0;
+    int completate = 0, senzaZenit = 0;
     const BattutaLibretto* prima = nullptr;
     for (PostazioneLibretto& postazione : L.Postazioni) {
       for (BattutaLibretto& b : postazione.Battute) {
-        if (b.Distanza == 0.0) {
-          b.Distanza.reset();
-          ++nulle;
-        }
         if (!b.Distanza || b.Zenit) continue;
         const bool inclinata = b.TipoDist == kInclinata || b.TipoDist == kInclinataTipo6 ||
                                b.TipoDist == kInclinataTipo7;
@@ -109,20 +110,22 @@ class Completamento {
         ++completate;
       }
     }
-    if (nulle > 0) {
-      Esito.Assunti.push_back(Conta(nulle, "distanza uguale a zero vale come non misurata.",
+    if (Nulle > 0) {
+      Esito.Assunti.push_back(Conta(Nulle, "distanza uguale a zero vale come non misurata.",
                                     "distanze uguali a zero valgono come non misurate."));
     }
     if (completate > 0) {
       Esito.Assunti.push_back(
-          Conta(completate, "distanza orizzontale senza zenit ha", "distanze orizzontali senza zenit hanno") +
+          Conta(completate, "distanza orizzontale senza zenit ha",
+                "distanze orizzontali senza zenit hanno") +
           " zenit = 100.0, per entrare nella planimetria, e nessun segnale, per non entrare "
           "nell'altimetria.");
     }
     if (senzaZenit == 0) return;
-    Diario.Avviso(prima->Dove, {.Record = Conta(senzaZenit, "distanza inclinata", "distanze inclinate"),
-                                .Problema = "senza zenit non si riducono all'orizzonte: il calcolo non "
-                                            "le userà (questa è la prima)"});
+    Diario.Avviso(prima->Dove,
+                  {.Record = Conta(senzaZenit, "distanza inclinata", "distanze inclinate"),
+                   .Problema = "senza zenit non si riducono all'orizzonte: il calcolo non "
+                               "le userà (questa è la prima)"});
   }
 
   bool ConDislivelli() const {
@@ -157,14 +160,16 @@ class Completamento {
   }
 
   // An option that fixes in both senses fixes the height only where there is one.
-  void Fissa(const std::vector<std::string>& nomi, std::string_view opzione, bool pianta, bool quota) {
+  void Fissa(const std::vector<std::string>& nomi, std::string_view opzione, bool pianta,
+             bool quota) {
     const int calcolo = *L.Opzioni.TipoCalcolo;
     for (const std::string& nome : nomi) {
       PuntoLibretto* punto = Trova(nome, opzione);
       if (punto == nullptr) continue;
       const bool conPianta = punto->Est && punto->Nord;
       const bool conQuota = punto->Quota.has_value();
-      const bool mancaPianta = pianta && !conPianta && ((calcolo & kCalcoloPlanimetria) != 0 || !quota);
+      const bool mancaPianta =
+          pianta && !conPianta && ((calcolo & kCalcoloPlanimetria) != 0 || !quota);
       const bool mancaQuota = quota && !conQuota && (!pianta || !conPianta);
       if (mancaPianta || mancaQuota) {
         Diario.Errore({opzione, 0, 0},
@@ -200,11 +205,11 @@ class Completamento {
       const bool pianta = punto.Ruoli.Pla == kFisso && !(punto.Est && punto.Nord);
       const bool quota = punto.Ruoli.Alt == kFisso && !punto.Quota;
       if (!pianta && !quota) continue;
-      Diario.Errore(punto.Dove,
-                    {.Record = NomePunto(punto.Nome),
-                     .Problema = std::string("è fisso ma ") +
-                                 (pianta ? "mancano le sue coordinate est e nord" : "manca la sua quota"),
-                     .Suggerimento = "si danno con --coordinate punti.csv"});
+      Diario.Errore(punto.Dove, {.Record = NomePunto(punto.Nome),
+                                 .Problema = std::string("è fisso ma ") +
+                                             (pianta ? "mancano le sue coordinate est e nord"
+                                                     : "manca la sua quota"),
+                                 .Suggerimento = "si danno con --coordinate punti.csv"});
     }
   }
 
@@ -212,6 +217,7 @@ class Completamento {
   Libretto& L;
   Diagnostica& Diario;
   EsitoCompletamento Esito;
+  int Nulle = 0;                                        // distances of zero
   std::unordered_map<std::string, std::size_t> Indici;  // of the points, by name
   std::vector<std::string_view> Nomi;                   // for suggestions, once needed
 };

@@ -21,7 +21,7 @@ namespace {
 
 constexpr double kMezzoGiro = kGiroGon / 2.0;
 constexpr double kTolleranzaSegnale = 0.0005;  // target heights that count as the same [m]
-constexpr double kLimiteSqm = 3.0;             // standard deviations from which a reading is suspect
+constexpr double kLimiteSqm = 3.0;  // standard deviations from which a reading is suspect
 constexpr double kMetriPerKm = 1000.0;
 constexpr int kDecimaliGon = 5;
 
@@ -147,8 +147,8 @@ class Riduzione {
   }
 
  private:
-  static constexpr int kSola = -1;    // no partner
-  static constexpr int kUnita = -2;   // goes into its partner's place
+  static constexpr int kSola = -1;   // no partner
+  static constexpr int kUnita = -2;  // goes into its partner's place
 
   // Pairs shots by target in reading order. The earlier one of a pair gets the index of the later.
   void Accoppia(const PostazioneLibretto& postazione, const std::vector<bool>& girata,
@@ -226,10 +226,11 @@ class Riduzione {
         continue;
       }
       if (!noti.empty()) {
-        Diario.Avviso(battuta.Dove,
-                      {.Record = NomeOsservazione(postazione.Punto, battuta.Punto),
-                       .Problema = "lettura ripetuta non unita: " +
-                                   Ostacolo(postazione.Battute[gruppi[noti.front()].front()], battuta)});
+        Diario.Avviso(
+            battuta.Dove,
+            {.Record = NomeOsservazione(postazione.Punto, battuta.Punto),
+             .Problema = "lettura ripetuta non unita: " +
+                         Ostacolo(postazione.Battute[gruppi[noti.front()].front()], battuta)});
       }
       noti.push_back(gruppi.size());
       gruppi.push_back({i});

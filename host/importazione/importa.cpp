@@ -40,7 +40,8 @@ void RifiutaIngressoComeUscita(const OpzioniImporta& o) {
   if (UscitaStandard(o.Uscita)) return;
   const auto rifiuta = [&](const std::string& ingresso) {
     if (StessoFile(o.Uscita, ingresso))
-      throw ErroreUso("l'uscita " + Cita(o.Uscita) + " è un file da importare: non viene sovrascritto");
+      throw ErroreUso("l'uscita " + Cita(o.Uscita) +
+                      " è un file da importare: non viene sovrascritto");
   };
   for (const std::string& file : o.File) rifiuta(file);
   if (o.Coordinate) rifiuta(*o.Coordinate);
@@ -63,6 +64,19 @@ const Lettore* LettoreScelto(const OpzioniImporta& o) {
   throw ErroreUso("formato " + Cita(*o.Formato) + " sconosciuto: serve uno tra " + ElencoFormati());
 }
 
+void Approssima(Rete& rete, Resoconto& resoconto) {
+  resoconto.Approssimate = CalcolaApprossimate(rete);
+  const auto arrotonda = [](double& metri) {
+    metri = std::round(metri * kPartiApprossimate) / kPartiApprossimate;
+  };
+  for (const int punto : resoconto.Approssimate.PuntiPla) {
+    arrotonda(rete.Punti[static_cast<std::size_t>(punto)].Est);
+    arrotonda(rete.Punti[static_cast<std::size_t>(punto)].Nord);
+  }
+  for (const int punto : resoconto.Approssimate.PuntiAlt)
+    arrotonda(rete.Punti[static_cast<std::size_t>(punto)].Quota);
+}
+
 class Importazione {
  public:
   explicit Importazione(const OpzioniImporta& opzioni) : O(opzioni) {}
@@ -74,9 +88,8 @@ class Importazione {
     for (const std::string& file : O.File) Leggi(file, scelto);
     if (!Diario.HaErrori()) RifiutaVuoto();
     if (Diario.HaErrori()) return Rinuncia();
-    std::optional<Rete> rete = Prepara();
+    const std::optional<Rete> rete = PreparaRete(O, Unito, Resa, Diario);
     if (!rete) return Rinuncia();
-    if (!O.SenzaApprossimate) Approssima(*rete);
     Scrivi(*rete);
     if (O.Quieto) return kStatoRiuscito;
     MostraMessaggi(Diario);
@@ -116,32 +129,6 @@ class Importazione {
     Diario.Errore({Unito.NomiFile.front(), 0, 0}, {.Problema = "non contiene osservazioni"});
   }
 
-  // The book as a network; nothing if there are errors.
-  std::optional<Rete> Prepara() {
-    Resa.Assunti = CompletaLibretto(O, Unito, Diario).Assunti;
-    Diagnostica ripetuti;  // said again once the faces are joined
-    const SqmLetture singole = ScegliSqm(O, Unito, ripetuti).DiUnaLettura();
-    Resa.Facce = RiduciFacce(Unito, O.Facce, O.Medie, singole, Diario);
-    Resa.Sqm = ScegliSqm(O, Unito, Diario);
-    Resa.Esclusi = Unito.Esclusi;
-    Resa.Note = Unito.Note;
-    if (O.Coordinate) Resa.File.push_back({*O.Coordinate, "coordinate"});
-    return ReteDaLibretto(Unito, Resa.Sqm, O.Curvatura, Diario);
-  }
-
-  void Approssima(Rete& rete) {
-    Resa.Approssimate = CalcolaApprossimate(rete);
-    const auto arrotonda = [](double& metri) {
-      metri = std::round(metri * kPartiApprossimate) / kPartiApprossimate;
-    };
-    for (const int punto : Resa.Approssimate.PuntiPla) {
-      arrotonda(rete.Punti[static_cast<std::size_t>(punto)].Est);
-      arrotonda(rete.Punti[static_cast<std::size_t>(punto)].Nord);
-    }
-    for (const int punto : Resa.Approssimate.PuntiAlt)
-      arrotonda(rete.Punti[static_cast<std::size_t>(punto)].Quota);
-  }
-
   void Scrivi(const Rete& rete) {
     const std::time_t ora = std::time(nullptr);
     std::tm locale{};
@@ -161,5 +148,21 @@ class Importazione {
 };
 
 }  // namespace
+
+std::optional<Rete> PreparaRete(const OpzioniImporta& opzioni, Libretto& libretto,
+                                Resoconto& resoconto, Diagnostica& diagnostica) {
+  resoconto.Assunti = CompletaLibretto(opzioni, libretto, diagnostica).Assunti;
+  Diagnostica ripetuti;  // said again once the faces are joined
+  const SqmLetture singole = ScegliSqm(opzioni, libretto, ripetuti).DiUnaLettura();
+  resoconto.Facce = RiduciFacce(libretto, opzioni.Facce, opzioni.Medie, singole, diagnostica);
+  resoconto.Sqm = ScegliSqm(opzioni, libretto, diagnostica);
+  resoconto.Esclusi = libretto.Esclusi;
+  resoconto.Note = libretto.Note;
+  if (opzioni.Coordinate) resoconto.File.push_back({*opzioni.Coordinate, "coordinate"});
+  std::optional<Rete> rete =
+      ReteDaLibretto(libretto, resoconto.Sqm, opzioni.Curvatura, diagnostica);
+  if (rete && !opzioni.SenzaApprossimate) Approssima(*rete, resoconto);
+  return rete;
+}
 
 Stato Importa(const OpzioniImporta& opzioni) { return Importazione(opzioni).Esegui(); }

@@ -18,8 +18,8 @@ namespace {
 constexpr std::size_t kNomiElencati = 8;
 constexpr std::size_t kCoppieElencate = 500;
 constexpr int kDecimaliGon = 5;
-constexpr int kLarghezzaVoce = 16;      // of the words that begin a line of the summary
-constexpr int kLarghezzaNomi = 20;      // of a column of names, unless one is longer
+constexpr int kLarghezzaVoce = 16;  // of the words that begin a line of the summary
+constexpr int kLarghezzaNomi = 20;  // of a column of names, unless one is longer
 constexpr int kLarghezzaAngolo = 14;
 
 std::string Conta(std::size_t quanti, std::string_view uno, std::string_view molti) {
@@ -77,13 +77,15 @@ std::vector<std::string> FrasiFacce(const EsitoFacce& facce) {
   if (!facce.Coppie.empty()) {
     std::string frase = Conta(facce.Coppie.size(), "coppia di letture coniugate mediata",
                               "coppie di letture coniugate mediate");
-    if (facce.Collimazione.Quanti > 0) frase += ", " + Frase("collimazione media", facce.Collimazione);
+    if (facce.Collimazione.Quanti > 0)
+      frase += ", " + Frase("collimazione media", facce.Collimazione);
     if (facce.Indice.Quanti > 0) frase += ", " + Frase("indice medio", facce.Indice);
     frasi.push_back(frase + ".");
   }
   if (facce.Girate > 0) {
     frasi.push_back(Conta(static_cast<std::size_t>(facce.Girate),
-                          "lettura al cerchio destro riportata", "letture al cerchio destro riportate") +
+                          "lettura al cerchio destro riportata",
+                          "letture al cerchio destro riportate") +
                     " al sinistro senza media.");
   }
   if (facce.Medie > 0) {
@@ -164,14 +166,16 @@ std::vector<std::string> CheCosaManca(const Rete& rete, const EsitoApprossimate&
   const std::size_t fissiPla = ContaRuolo(rete, &RuoliPunto::Pla, kFisso);
   const std::size_t fissiAlt = ContaRuolo(rete, &RuoliPunto::Alt, kFisso);
   if (fissiPla == 0 && fissiAlt == 0) {
-    frasi.emplace_back("nessun punto fisso: la planimetria ne vuole almeno due, l'altimetria uno (si danno con "
-                       "--fissi, o nel file con planimetria = \"fisso\" e altimetria = \"fisso\")");
+    frasi.emplace_back(
+        "nessun punto fisso: la planimetria ne vuole almeno due, l'altimetria uno (si danno con "
+        "--fissi, o nel file con planimetria = \"fisso\" e altimetria = \"fisso\")");
   } else {
     if (pianta && fissiPla < 2) {
       frasi.push_back(fissiPla == 0 ? "nessun punto fisso in planimetria: ne servono almeno due"
                                     : "un solo punto fisso in planimetria: ne servono almeno due");
     }
-    if (quote && fissiAlt == 0) frasi.emplace_back("nessun punto fisso in altimetria: ne serve almeno uno");
+    if (quote && fissiAlt == 0)
+      frasi.emplace_back("nessun punto fisso in altimetria: ne serve almeno uno");
   }
   if (!approssimate.NonRaggiunti.empty()) {
     frasi.insert(frasi.end(), approssimate.NonRaggiunti.begin(), approssimate.NonRaggiunti.end());
@@ -205,8 +209,8 @@ IntestazioneToml Intestazione(const Resoconto& resoconto, const Rete& rete) {
   AggiungiSezione(righe, "Assunto:", resoconto.Assunti);
   AggiungiSezione(righe, "Cerchi dello strumento:", FrasiFacce(resoconto.Facce));
   AggiungiSezione(righe, "Tralasciato:", FrasiEsclusi(resoconto.Esclusi));
-  AggiungiSezione(righe, "Coordinate approssimate calcolate dalle osservazioni:",
-                  resoconto.Approssimate.Note);
+  AggiungiSezione(
+      righe, "Coordinate approssimate calcolate dalle osservazioni:", resoconto.Approssimate.Note);
   AggiungiSezione(righe, "Manca ancora:", CheCosaManca(rete, resoconto.Approssimate));
   AggiungiSezione(righe, "Note del libretto:", resoconto.Note);
   return intestazione;
@@ -223,7 +227,8 @@ std::string TestoFacce(const EsitoFacce& facce) {
            Allineato(c, kLarghezzaAngolo, true) + Allineato(i, kLarghezzaAngolo, true) + "\n";
   };
   const auto angolo = [](const std::optional<double>& gon) { return gon ? ConSegno(*gon) : "-"; };
-  std::string testo = "Letture coniugate [gon]\n" + riga("stazione", "punto", "collimazione", "indice");
+  std::string testo =
+      "Letture coniugate [gon]\n" + riga("stazione", "punto", "collimazione", "indice");
   for (std::size_t n = 0; n < std::min(facce.Coppie.size(), kCoppieElencate); ++n) {
     const CoppiaFacce& c = facce.Coppie[n];
     testo += riga(c.Stazione, c.Punto, angolo(c.Collimazione), angolo(c.Indice));
@@ -245,10 +250,10 @@ std::string SommarioImportazione(const Resoconto& resoconto, const Rete& rete,
   const bool inFile = uscita != "-" && uscita != "/dev/stdout";
   std::string testo;
   if (inFile) AggiungiVoce(testo, "Scritto:", {uscita});
-  AggiungiVoce(testo, "Punti:",
-               {std::to_string(rete.Punti.size()) + ": " +
-                    FraseRuoli(rete, "planimetria", &RuoliPunto::Pla),
-                FraseRuoli(rete, "altimetria", &RuoliPunto::Alt)});
+  AggiungiVoce(
+      testo, "Punti:",
+      {std::to_string(rete.Punti.size()) + ": " + FraseRuoli(rete, "planimetria", &RuoliPunto::Pla),
+       FraseRuoli(rete, "altimetria", &RuoliPunto::Alt)});
   AggiungiVoce(testo, "Stazioni:", {std::to_string(rete.Stazioni.size())});
   AggiungiVoce(testo, "Osservazioni:", {FraseOsservazioni(rete)});
   AggiungiVoce(testo, "Cerchi:", FrasiFacce(resoconto.Facce));

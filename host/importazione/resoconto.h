@@ -19,13 +19,13 @@ struct FileImportato {
 
 struct Resoconto {
   std::vector<FileImportato> File;
-  std::string Data;                  // gg/mm/aaaa
+  std::string Data;  // gg/mm/aaaa
   SqmScelti Sqm;
   EsitoFacce Facce;
   std::vector<std::string> Assunti;
   EsitoApprossimate Approssimate;
   std::vector<Tralasciati> Esclusi;
-  std::vector<std::string> Note;     // of the surveyor
+  std::vector<std::string> Note;  // of the surveyor
 };
 
 // What the network still lacks to be adjusted, one sentence each; empty if nothing.

@@ -1,5 +1,4 @@
-// Field book to records, value by value under the rules of the network file, so that what is written
-// can be read back.
+// Field book to records. The book numbers nothing: names become indices here.
 
 #include "host/importazione/rete_da_libretto.h"
 
@@ -21,6 +20,13 @@ constexpr int kIterazioniMassime = 1000;  // that a network file may ask for
 constexpr double kCoefficienteRifrazione = 0.13;
 constexpr double kRaggioTerra = 6378000.0;  // [m]
 
+// The value with so many parts to the unit, kValoreMancante if there is none.
+double Tondo(const std::optional<double>& valore, double parti) {
+  if (!valore) return kValoreMancante;
+  const double tondo = std::round(*valore * parti) / parti + 0.0;  // no -0
+  return std::isfinite(tondo) ? tondo : *valore;
+}
+
 class Traduzione {
  public:
   Traduzione(const Libretto& libretto, Diagnostica& diagnostica)
@@ -40,19 +46,6 @@ class Traduzione {
   Posizione Dove(const Posizione& dove) const {
     const auto voce = File.find(std::string(dove.File));
     return {voce == File.end() ? std::string_view() : voce->second, dove.Riga, dove.Colonna};
-  }
-
-  // The value rounded and checked; kValoreMancante if there is none or a wrong one. The name of the
-  // record is worded only when it is needed.
-  template <class NomeRecord>
-  double Numero(const std::optional<double>& valore, const RegolaNumero& regola, double parti,
-                const Posizione& dove, NomeRecord nome) {
-    if (!valore) return kValoreMancante;
-    const double tondo = std::round(*valore * parti) / parti;
-    const double numero = std::isfinite(tondo) ? tondo : *valore;
-    if (Ammesso(regola, numero)) return numero == 0.0 ? 0.0 : numero;
-    Diario.Errore(Dove(dove), GuastoNumero(nome(), regola, NumeroBreve(*valore), *valore));
-    return kValoreMancante;
   }
 
   template <class T>
@@ -87,53 +80,44 @@ class Traduzione {
   }
 
   void TraduciPunto(const PuntoLibretto& punto) {
-    const auto nome = [&] { return NomePunto(punto.Nome); };
     PuntoLetto letto{.Nome = punto.Nome, .Dove = Dove(punto.Dove), .DoveNome = Dove(punto.Dove)};
-    letto.Est = Numero(punto.Est, kEst, kParteDiMetro, punto.Dove, nome);
-    letto.Nord = Numero(punto.Nord, kNord, kParteDiMetro, punto.Dove, nome);
-    letto.Quota = Numero(punto.Quota, kQuota, kParteDiMetro, punto.Dove, nome);
+    letto.Est = Tondo(punto.Est, kParteDiMetro);
+    letto.Nord = Tondo(punto.Nord, kParteDiMetro);
+    letto.Quota = Tondo(punto.Quota, kParteDiMetro);
     letto.Ruoli.Pla = punto.Ruoli.Pla.value_or(kIncognito);
     letto.Ruoli.Alt = punto.Ruoli.Alt.value_or(kIncognito);
     InCorso.AggiungiPunto(letto);
   }
 
   void TraduciPostazione(const PostazioneLibretto& postazione) {
-    const auto nome = [&] { return NomeStazione(postazione.Punto); };
     const Posizione dove = Dove(postazione.Dove);
     StazioneLetta letta;
     letta.Nome = postazione.Punto;
     letta.Dove = dove;
-    letta.Punto = InCorso.TrovaPunto(postazione.Punto, dove, nome());
-    const auto numero = [&](const std::optional<double>& valore, const RegolaNumero& regola,
-                            double parti) -> Letto<double> {
+    letta.Punto = InCorso.TrovaPunto(postazione.Punto, dove, NomeStazione(postazione.Punto));
+    const auto numero = [&](const std::optional<double>& valore, double parti) -> Letto<double> {
       if (!valore) return {};
-      return Dato(Numero(valore, regola, parti, postazione.Dove, nome), dove);
+      return Dato(Tondo(valore, parti), dove);
     };
-    letta.Altezza = numero(postazione.Altezza, kAltezza, kParteDiMetro);
+    letta.Altezza = numero(postazione.Altezza, kParteDiMetro);
     if (postazione.Altezza && !postazione.AltezzaNota) letta.AltezzaNota = Dato(false, dove);
-    letta.EccDistanza = numero(postazione.EccDistanza, kEccDistanza, kParteDiMetro);
-    letta.EccDirezione = numero(NelGiro(postazione.EccDirezione), kEccDirezione, kParteDiGon);
+    letta.EccDistanza = numero(postazione.EccDistanza, kParteDiMetro);
+    letta.EccDirezione = numero(postazione.EccDirezione, kParteDiGon);
     const int indice = InCorso.AggiungiStazione(std::move(letta));
     for (const BattutaLibretto& battuta : postazione.Battute)
       TraduciBattuta(postazione.Punto, battuta, indice);
   }
 
-  // A reading may pass the end of the circle by a little.
-  static std::optional<double> NelGiro(const std::optional<double>& direzione) {
-    if (!direzione || Ammesso(kDirezione, *direzione)) return direzione;
-    const double resto = std::fmod(*direzione, kGiroGon);
-    return resto < 0.0 ? resto + kGiroGon : resto;
-  }
-
   void TraduciBattuta(const std::string& stazione, const BattutaLibretto& b, int indice) {
-    const auto nome = [&] { return NomeOsservazione(stazione, b.Punto); };
     TOssCr record{};
     record.Punto = InCorso.CercaPunto(b.Punto);
-    if (record.Punto < 0) InCorso.PuntoSconosciuto(b.Punto, Dove(b.Dove), nome());
-    record.Direzione = Numero(NelGiro(b.Direzione), kDirezione, kParteDiGon, b.Dove, nome);
-    record.Zenit = Numero(b.Zenit, kZenit, kParteDiGon, b.Dove, nome);
-    record.AltSegnale = Numero(b.Segnale, kSegnale, kParteDiMetro, b.Dove, nome);
-    record.Distanza = Numero(b.Distanza, kDistanza, kParteDiMetro, b.Dove, nome);
+    if (record.Punto < 0)
+      InCorso.PuntoSconosciuto(b.Punto, Dove(b.Dove), NomeOsservazione(stazione, b.Punto));
+    record.Direzione = Tondo(b.Direzione, kParteDiGon);
+    record.Zenit = Tondo(b.Zenit, kParteDiGon);
+    record.AltSegnale = Tondo(b.Segnale, kParteDiMetro);
+    record.Distanza = Tondo(b.Distanza, kParteDiMetro);
+    if (record.Distanza == 0.0) record.Distanza = *b.Distanza;  // a distance is greater than 0
     record.TipoDist = b.Distanza ? b.TipoDist : kOrizzontale;
     InCorso.AggiungiOsservazione(indice, record, Dove(b.Dove));
   }
@@ -141,7 +125,8 @@ class Traduzione {
   const Libretto& L;
   Diagnostica& Diario;
   CostruttoreRete InCorso;
-  std::unordered_map<std::string, std::string_view> File;  // positions of the book to those of the network
+  // Names of files in the book, and where the network keeps them.
+  std::unordered_map<std::string, std::string_view> File;
 };
 
 }  // namespace

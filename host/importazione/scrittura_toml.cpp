@@ -16,13 +16,13 @@
 
 namespace {
 
-constexpr int kDecimaliLunghezze = 3;        // coordinates, heights
-constexpr int kDecimaliLetture = 4;          // angles in gon, distances in metres
-constexpr int kDecimaliMassimiColonna = 8;   // beyond them a value stands on its own
+constexpr int kDecimaliLunghezze = 3;       // coordinates, heights
+constexpr int kDecimaliLetture = 4;         // angles in gon, distances in metres
+constexpr int kDecimaliMassimiColonna = 8;  // beyond them a value stands on its own
 constexpr int kDecimaliNumeroBreve = 17;
-constexpr double kTroppoGrande = 1.0e15;     // from here on with an exponent
-constexpr int kLarghezzaMassima = 40;        // of a column: longer texts stick out
-constexpr std::size_t kColonnaUnita = 35;    // where the comments of the options begin
+constexpr double kTroppoGrande = 1.0e15;   // from here on with an exponent
+constexpr int kLarghezzaMassima = 40;      // of a column: longer texts stick out
+constexpr std::size_t kColonnaUnita = 36;  // where the comments of the options begin
 constexpr int kLarghezzaCommento = 98;
 
 bool Controllo(char c) { return static_cast<unsigned char>(c) < 0x20 || c == '\x7F'; }
@@ -111,9 +111,11 @@ std::string Ruolo(int ruolo) { return ruolo == kIncognito ? "" : Parola(kParoleR
 std::string Tipo(int tipo) { return tipo == kOrizzontale ? "" : Parola(kParoleTipo, tipo); }
 
 void ScriviPunti(const Rete& rete, const std::function<void(std::string_view)>& scrivi) {
-  scrivi("# I punti: coordinate e quote in metri, note quelle dei punti fissi, approssimate le altre.\n"
-         "# Un ruolo che non è scritto è \"incognito\"; gli altri sono \"fisso\" ed \"escluso\".\n"
-         "punti = [\n");
+  scrivi(
+      "# I punti: coordinate e quote in metri, note quelle dei punti fissi, approssimate le "
+      "altre.\n"
+      "# Un ruolo che non è scritto è \"incognito\"; gli altri sono \"fisso\" ed \"escluso\".\n"
+      "punti = [\n");
   std::vector<Colonna> colonne = {{"nome"},
                                   {"est", kDecimaliLunghezze, true},
                                   {"nord", kDecimaliLunghezze, true},
@@ -195,7 +197,9 @@ std::string SezioneCurvatura(const Rete& rete) {
 void ScriviStazione(const Rete& rete, std::size_t s,
                     const std::function<void(std::string_view)>& scrivi) {
   const TStaCr& stazione = rete.Stazioni[s];
-  const auto nome = [&](int punto) { return TestoToml(rete.Nomi[static_cast<std::size_t>(punto)]); };
+  const auto nome = [&](int punto) {
+    return TestoToml(rete.Nomi[static_cast<std::size_t>(punto)]);
+  };
   std::string testa = "\n[[stazioni]]\npunto = " + nome(stazione.Punto) + "\n";
   if (Assegnato(stazione.AltStrum))
     testa += "altezza = " + NumeroToml(stazione.AltStrum, kDecimaliLunghezze) + "\n";
@@ -295,8 +299,10 @@ void ScriviRete(const Rete& rete, const IntestazioneToml& intestazione,
   scrivi(testa + "formato = 1\n\n");
   ScriviPunti(rete, scrivi);
   scrivi(SezioneProgetto(rete) + SezioneOpzioni(rete, intestazione) + SezioneCurvatura(rete));
-  scrivi("\n# Le stazioni, con le letture nell'ordine in cui sono state fatte: direzioni e zenit in gon,\n"
-         "# altezze e distanze in metri. Ogni messa in stazione ha il suo cerchio.");
+  scrivi(
+      "\n# Le stazioni, con le letture nell'ordine in cui sono state fatte: direzioni e zenit in "
+      "gon,\n"
+      "# altezze e distanze in metri. Ogni messa in stazione ha il suo cerchio.");
   if (rete.Stazioni.empty()) scrivi("\n");
   for (std::size_t s = 0; s < rete.Stazioni.size(); ++s) ScriviStazione(rete, s, scrivi);
 }

@@ -14,11 +14,11 @@
 
 namespace {
 
-constexpr double kSqmDirezioneUsuale = 0.0010;     // [gon]
-constexpr double kSqmDistCostanteUsuale = 0.003;   // [m]
-constexpr double kSqmDistPropUsuale = 0.002;       // [m/km]
+constexpr double kSqmDirezioneUsuale = 0.0010;    // [gon]
+constexpr double kSqmDistCostanteUsuale = 0.003;  // [m]
+constexpr double kSqmDistPropUsuale = 0.002;      // [m/km]
 constexpr std::size_t kValoriElencati = 4;
-constexpr double kArrotondamento = 1.0e7;          // sqrt(2) should not show in the file
+constexpr double kArrotondamento = 1.0e7;  // sqrt(2) should not show in the file
 
 // A position for what concerns the whole book.
 Posizione DelLibretto(const Libretto& libretto) {
@@ -51,21 +51,23 @@ double PiuFrequente(const Conteggio& conteggio, std::string_view campo, std::str
   }
   if (ordine.size() > kValoriElencati)
     elenco += " e altri " + std::to_string(ordine.size() - kValoriElencati);
-  diario.Avviso(DelLibretto(libretto),
-                {.Record = "scarti quadratici medi",
-                 .Campo = std::string(campo),
-                 .Problema = "le osservazioni hanno valori diversi, la rete ne vuole uno: vale il più "
-                             "frequente; in [" + std::string(unita) +
-                             "], con il numero di osservazioni: " + elenco});
+  diario.Avviso(
+      DelLibretto(libretto),
+      {.Record = "scarti quadratici medi",
+       .Campo = std::string(campo),
+       .Problema = "le osservazioni hanno valori diversi, la rete ne vuole uno: vale il più "
+                   "frequente; in [" +
+                   std::string(unita) + "], con il numero di osservazioni: " + elenco});
   return ordine.front().first;
 }
 
 void AvvisaUsuale(std::string_view diChe, const std::string& valore, std::string_view opzione,
                   const Libretto& libretto, Diagnostica& diario) {
-  diario.Avviso(DelLibretto(libretto),
-                {.Record = "scarti quadratici medi",
-                 .Problema = "il libretto non dà quello " + std::string(diChe) + ": assunto " + valore,
-                 .Suggerimento = "se lo strumento è diverso: " + std::string(opzione)});
+  diario.Avviso(
+      DelLibretto(libretto),
+      {.Record = "scarti quadratici medi",
+       .Problema = "il libretto non dà quello " + std::string(diChe) + ": assunto " + valore,
+       .Suggerimento = "se lo strumento è diverso: " + std::string(opzione)});
 }
 
 bool Misura(const Libretto& libretto, std::optional<double> BattutaLibretto::*misura) {

@@ -64,18 +64,19 @@ void AvvisaDivario(const PuntoLibretto& primo, const PuntoLibretto& altro, Diagn
   const double divario = Divario(primo, altro);
   if (divario <= (fisso ? kDivarioFissi : kDivarioApprossimate)) return;
   const bool valeAltro = Fisso(altro) && !Fisso(primo);
-  diario.Avviso(altro.Dove,
-                {.Record = NomePunto(altro.Nome),
-                 .Problema = "coordinate diverse da quelle alla riga " +
-                             std::to_string(primo.Dove.Riga) + " di " + Cita(primo.Dove.File) +
-                             ", fino a " + NumeroFisso(divario, 3) + " m: valgono " +
-                             (valeAltro ? "queste, di un punto fisso" : "le prime")});
+  diario.Avviso(
+      altro.Dove,
+      {.Record = NomePunto(altro.Nome),
+       .Problema = "coordinate diverse da quelle alla riga " + std::to_string(primo.Dove.Riga) +
+                   " di " + Cita(primo.Dove.File) + ", fino a " + NumeroFisso(divario, 3) +
+                   " m: valgono " + (valeAltro ? "queste, di un punto fisso" : "le prime")});
 }
 
 }  // namespace
 
 void Unisci(Libretto& unito, Libretto&& parte, Diagnostica& diagnostica) {
-  const std::string_view file = parte.NomiFile.empty() ? std::string_view() : parte.NomiFile.front();
+  const std::string_view file =
+      parte.NomiFile.empty() ? std::string_view() : parte.NomiFile.front();
   if (unito.DatiProgetto.Nome.empty()) unito.DatiProgetto.Nome = parte.DatiProgetto.Nome;
   UnisciValore(unito.DatiProgetto.Epsg, parte.DatiProgetto.Epsg, "epsg", file, diagnostica);
   OpzioniLibretto& o = unito.Opzioni;
