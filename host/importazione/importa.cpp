@@ -5,9 +5,11 @@
 
 #include <cmath>
 #include <ctime>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include "host/approssimate/approssimate.h"
@@ -39,7 +41,8 @@ bool UscitaStandard(const std::string& percorso) {
 void RifiutaIngressoComeUscita(const OpzioniImporta& o) {
   if (UscitaStandard(o.Uscita)) return;
   const auto rifiuta = [&](const std::string& ingresso) {
-    if (StessoFile(o.Uscita, ingresso))
+    std::error_code guasto;  // a file that does not exist yet is no input
+    if (std::filesystem::equivalent(o.Uscita, ingresso, guasto))
       throw ErroreUso("l'uscita " + Cita(o.Uscita) +
                       " è un file da importare: non viene sovrascritto");
   };
