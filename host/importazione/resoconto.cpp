@@ -96,12 +96,11 @@ std::vector<std::string> FrasiFacce(const EsitoFacce& facce) {
 }
 
 std::string Frase(const Tralasciati& t) {
-  std::string frase = std::to_string(t.Quanti) + " " + t.Genere + ": " + t.Motivo;
-  if (t.PrimaRiga > 0) {
-    frase += " (" + std::string(t.Quanti == 1 ? "" : "la prima ") + "alla riga " +
-             std::to_string(t.PrimaRiga) + ")";
-  }
-  return frase;
+  std::string quanti = std::to_string(t.Quanti);
+  if (t.PrimaRiga > 0)
+    quanti +=
+        std::string(t.Quanti == 1 ? ", riga " : ", dalla riga ") + std::to_string(t.PrimaRiga);
+  return t.Genere + " (" + quanti + "): " + t.Motivo;
 }
 
 std::vector<std::string> FrasiEsclusi(const std::vector<Tralasciati>& esclusi) {
@@ -130,8 +129,8 @@ std::string FraseRuoli(const Rete& rete, std::string_view nome, int RuoliPunto::
   const std::size_t fissi = ContaRuolo(rete, campo, kFisso);
   const std::size_t esclusi = ContaRuolo(rete, campo, kNonUsato);
   return "in " + std::string(nome) + " " + Conta(fissi, "fisso", "fissi") + ", " +
-         Conta(rete.Punti.size() - fissi - esclusi, "incognito", "incogniti") + ", " +
-         Conta(esclusi, "escluso", "esclusi");
+         Conta(rete.Punti.size() - fissi - esclusi, "incognito", "incogniti") +
+         (esclusi > 0 ? ", " + Conta(esclusi, "escluso", "esclusi") : "");
 }
 
 // How each of them was obtained stands in the file: a line a point is too long for a summary.
@@ -240,8 +239,10 @@ std::string TestoFacce(const EsitoFacce& facce) {
   };
   testo += riga("media", "", valore(facce.Collimazione, facce.Collimazione.Media),
                 valore(facce.Indice, facce.Indice.Media));
-  testo += riga("scarto di una coppia", "", valore(facce.Collimazione, facce.Collimazione.Scarto),
-                valore(facce.Indice, facce.Indice.Scarto));
+  const auto scarto = [](const Riassunto& r) {
+    return r.Quanti > 1 ? NumeroFisso(r.Scarto, kDecimaliGon) : std::string("-");
+  };
+  testo += riga("scarto di una coppia", "", scarto(facce.Collimazione), scarto(facce.Indice));
   return testo;
 }
 
@@ -260,7 +261,13 @@ std::string SommarioImportazione(const Resoconto& resoconto, const Rete& rete,
   AggiungiVoce(testo, "Assunto:", resoconto.Assunti);
   AggiungiVoce(testo, "Tralasciato:", FrasiEsclusi(resoconto.Esclusi));
   AggiungiVoce(testo, "Approssimate:", FrasiApprossimate(resoconto.Approssimate));
-  AggiungiVoce(testo, "Manca ancora:", CheCosaManca(rete, resoconto.Approssimate));
+  std::vector<std::string> manca = CheCosaManca(rete, resoconto.Approssimate);
+  if (manca.size() > kNomiElencati) {
+    const std::size_t altre = manca.size() - kNomiElencati;
+    manca.resize(kNomiElencati);
+    manca.push_back("e altro: " + Conta(altre, "riga", "righe") + " in testa al file");
+  }
+  AggiungiVoce(testo, "Manca ancora:", manca);
   AggiungiVoce(testo, "Adesso:", {"compensa verifica " + (inFile ? uscita : "RETE.toml")});
   return testo;
 }

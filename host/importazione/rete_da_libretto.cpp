@@ -16,7 +16,8 @@ namespace {
 
 constexpr double kParteDiGon = 1.0e8;
 constexpr double kParteDiMetro = 1.0e6;
-constexpr int kIterazioniMassime = 1000;  // that a network file may ask for
+constexpr double kPartiDiScarto = 1.0e12;  // a standard deviation in arc seconds does not end
+constexpr int kIterazioniMassime = 1000;   // that a network file may ask for
 constexpr double kCoefficienteRifrazione = 0.13;
 constexpr double kRaggioTerra = 6378000.0;  // [m]
 
@@ -63,7 +64,7 @@ class Traduzione {
       }
       return Dato(valore, o.Dove);
     };
-    o.SqmDirezione = scarto(kSqmDirezione, sqm.Direzione);
+    o.SqmDirezione = scarto(kSqmDirezione, Tondo(sqm.Direzione, kPartiDiScarto));
     o.SqmDistCostante = scarto(kSqmDistCostante, sqm.DistCostante);
     o.SqmDistProporzionale = scarto(kSqmDistProporzionale, sqm.DistProporzionale);
     const OpzioniLibretto& lette = L.Opzioni;

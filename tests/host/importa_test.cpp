@@ -8,8 +8,6 @@
 #include <fstream>
 #include <sstream>
 
-#include "host/campi.h"
-#include "host/costruttore.h"
 #include "host/errori.h"
 #include "host/importazione/importa.h"
 #include "host/lettura_rete.h"
@@ -193,24 +191,31 @@ TEST(Scrittura, Esempi) {
   }
 }
 
+constexpr const char* kDifficile = R"(formato = 1
+punti = [ { nome = 'a"b', est = 0.30000000000000004, nord = 1e21, quota = -0.0 },
+  { nome = 'c\', est = 5e-324, nord = 123456789.12345679 }, { nome = '\u0041 b = 1, {', nord = 8e199 },
+  { nome = "'#[x]€à", est = -1e-7, altimetria = "escluso" }, { nome = 1, quota = 1e-9 } ]
+[progetto]
+nome = "Rete \"di\nprova\"\t\\ \u007F"
+[opzioni]
+sqm_direzione = 1e-5
+sqm_distanza_costante = 0
+sqm_distanza_proporzionale = 1e-9
+[[stazioni]]
+punto = 1
+altezza = -1e-300
+altezza_nota = false
+eccentricita = { distanza = 0, direzione = 1e-5 }
+osservazioni = [ { punto = 'c\', distanza = 1e-300, zenit = 99.99999999999999, tipo = 6 },
+  { punto = 'a"b', tipo = 30, segnale = -0.3333333333333333 }, { punto = "'#[x]€à", direzione = 400 } ]
+[[stazioni]]
+punto = 'a"b'
+)";
+
 TEST(Scrittura, NomiENumeriDifficili) {
-  const std::string nomi[] = {"a\"b", "c\\", "\\u0041", "#[x]", "'", "1", "b = 1, {", "Città €"};
-  const double numeri[] = {0.1 + 0.2, 1e21, -0.0, 1e-7, 5e-324, 123456789.123456789, 8e199, 1. / 3};
+  std::ofstream(kScritta) << kDifficile;
   Diagnostica diario;
-  CostruttoreRete rete(diario);
-  for (std::size_t i = 0; i < 8; ++i)
-    rete.AggiungiPunto({.Nome = nomi[i], .Dove = {}, .DoveNome = {}, .Est = numeri[i]});
-  rete.DatiProgetto() = {"Rete \"di\nprova\"\t\\ \x7F", 3003};
-  rete.Opzioni().SqmDirezione = rete.Opzioni().SqmDistCostante = {1e-5, true, {}};
-  rete.CurvaturaRifrazione() = {1, 0.1 + 0.2, 6.4e6};
-  for (int i = 0; i < 8; ++i) {
-    StazioneLetta stazione{nomi[i], i, {}, {1.5, true, {}}, {i != 2, true, {}}, {}, {}};
-    stazione.EccDistanza = stazione.EccDirezione = {i * 1e-5, true, {}};
-    const int s = rete.AggiungiStazione(stazione);
-    rete.AggiungiOsservazione(
-        s, {{}, 7 - i, 1e-7, kValoreMancante, -1. / 3, 1e-300, kTipiDistanza[std::size_t(i)]}, {});
-  }
-  AndataRitorno(rete.Completa().value());
+  AndataRitorno(LeggiRete(kScritta, diario).value());
 }
 
 TEST(Importa, RifiutaSenzaScrivere) {
