@@ -105,6 +105,7 @@ std::string Frase(const Tralasciati& t) {
 
 std::vector<std::string> FrasiEsclusi(const std::vector<Tralasciati>& esclusi) {
   std::vector<std::string> frasi;
+  frasi.reserve(esclusi.size());
   for (const Tralasciati& t : esclusi) frasi.push_back(Frase(t));
   return frasi;
 }

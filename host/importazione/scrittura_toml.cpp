@@ -49,7 +49,7 @@ bool Vuota(const Cella& cella) { return cella.Testo.empty() && !Assegnato(cella.
 
 // Gives the numbers of a column their texts, with equal decimals, and returns the column's width.
 int Componi(Colonna& colonna) {
-  std::size_t decimali = static_cast<std::size_t>(colonna.DecimaliMinimi);
+  auto decimali = static_cast<std::size_t>(colonna.DecimaliMinimi);
   for (Cella& cella : colonna.Celle) {
     if (!Assegnato(cella.Valore)) continue;
     cella.Testo = NumeroToml(cella.Valore, colonna.DecimaliMinimi);
