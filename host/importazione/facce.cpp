@@ -1,8 +1,8 @@
 // Face I and face II.
 //   dir' = dir - 200 (mod 400)     zen' = 400 - zen                             [gon]
 //   c = wrap(dirII - 200 - dirI) / 2     i = (zenI + zenII - 400) / 2
-// A mean of directions is the first one plus the mean of the differences from it, each wrapped to half
-// a turn: 399.9998 and 0.0004 give 0.0001.
+// A mean of directions is the first one plus the mean of the differences from it, each wrapped to
+// half a turn: 399.9998 and 0.0004 give 0.0001.
 
 #include "host/importazione/facce.h"
 

@@ -41,11 +41,12 @@ struct SqmLetture {
   double DistProporzionale = 0.0;  // [m/km]
 };
 
-// Turns the shots of face II into face I: dir' = dir - 200 within the circle, zen' = 400 - zen. A shot
-// is on face II if the book says so, or if its zenith angle is above 200 gon. With ModoFacce::Media
-// the first shot of a target on face I is joined with the first on face II, the second with the
-// second, and so on. With medie the shots of a set-up to the same target are then joined into one.
-// A standard deviation that stands by the single shots becomes that of their mean. Warns of readings
-// that disagree by more than three times their standard deviation, and of shots that cannot be joined.
+// Turns the shots of face II into face I: dir' = dir - 200 within the circle, zen' = 400 - zen. A
+// shot is on face II if the book says so, or if its zenith angle is above 200 gon. With
+// ModoFacce::Media the first shot of a target on face I is joined with the first on face II, the
+// second with the second, and so on. With medie the shots of a set-up to the same target are then
+// joined into one. A standard deviation that stands by the single shots becomes that of their mean.
+// Warns of readings that disagree by more than three times their standard deviation, and of shots
+// that cannot be joined.
 EsitoFacce RiduciFacce(Libretto& libretto, ModoFacce modo, bool medie, const SqmLetture& sqm,
                        Diagnostica& diagnostica);

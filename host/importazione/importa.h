@@ -16,8 +16,8 @@
 // std::bad_alloc.
 Stato Importa(const OpzioniImporta& opzioni);
 
-// What lies between reading and writing: the book completed, its faces joined, turned into a network
-// and given approximate coordinates. What there is to tell goes into the account. Nothing if there
-// are errors.
+// What lies between reading and writing: the book completed, its faces joined, turned into a
+// network and given approximate coordinates. What there is to tell goes into the account. Nothing
+// if there are errors.
 std::optional<Rete> PreparaRete(const OpzioniImporta& opzioni, Libretto& libretto,
                                 Resoconto& resoconto, Diagnostica& diagnostica);

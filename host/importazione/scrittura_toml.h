@@ -19,9 +19,9 @@ struct IntestazioneToml {
   std::string NotaSqmProporzionale;
 };
 
-// Writes the network in pieces. Read back it gives the same points, set-ups, observations and options
-// bit by bit, provided that it has points and set-ups and could be read at all. Roles are those that
-// the file gave, not those to which a job lowered them. Coordinates in metres.
+// Writes the network in pieces. Read back it gives the same points, set-ups, observations and
+// options bit by bit, provided that it has points and set-ups and could be read at all. Roles are
+// those that the file gave, not those to which a job lowered them. Coordinates in metres.
 void ScriviRete(const Rete& rete, const IntestazioneToml& intestazione,
                 const std::function<void(std::string_view)>& scrivi);
 

@@ -13,7 +13,8 @@
 
 namespace {
 
-// Coordinates of a book differ by as much as they were shot again; those of a fixed point are given.
+// Coordinates of a book differ by as much as they were shot again; those of a fixed point are
+// given.
 constexpr double kDivarioApprossimate = 0.10;  // [m]
 constexpr double kDivarioFissi = 0.0005;       // [m]
 

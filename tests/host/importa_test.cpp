@@ -1,4 +1,5 @@
-// From field books to network files: faces, what is completed and how, and the file that is written.
+// From field books to network files: faces, what is completed and how, and the file that is
+// written.
 
 #include <gtest/gtest.h>
 #include <unistd.h>
