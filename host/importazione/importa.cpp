@@ -1,5 +1,171 @@
-// To be written.
+// An import from the files to the network file. Nothing is written unless all that was read makes
+// sense.
 
 #include "host/importazione/importa.h"
 
-Stato Importa(const OpzioniImporta& /*opzioni*/) { return kStatoRiuscito; }
+#include <cmath>
+#include <ctime>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "host/approssimate/approssimate.h"
+#include "host/diagnostica.h"
+#include "host/errori.h"
+#include "host/file_sicuro.h"
+#include "host/importazione/completamento.h"
+#include "host/importazione/facce.h"
+#include "host/importazione/lettore.h"
+#include "host/importazione/resoconto.h"
+#include "host/importazione/rete_da_libretto.h"
+#include "host/importazione/scrittura_toml.h"
+#include "host/importazione/sqm_libretto.h"
+#include "host/importazione/unione.h"
+#include "host/suggerimenti.h"
+#include "host/terminale.h"
+#include "host/testo_file.h"
+
+namespace {
+
+constexpr std::uintmax_t kMassimoFile = 1U << 28U;  // [bytes]
+constexpr double kPartiApprossimate = 1000.0;       // approximate coordinates are written to 1 mm
+constexpr int kAnnoZero = 1900;                     // of std::tm
+
+bool UscitaStandard(const std::string& percorso) {
+  return percorso == "-" || percorso == "/dev/stdout";
+}
+
+void RifiutaIngressoComeUscita(const OpzioniImporta& o) {
+  if (UscitaStandard(o.Uscita)) return;
+  const auto rifiuta = [&](const std::string& ingresso) {
+    std::error_code guasto;  // a file that does not exist yet is no input
+    if (std::filesystem::equivalent(o.Uscita, ingresso, guasto))
+      throw ErroreUso("l'uscita " + Cita(o.Uscita) +
+                      " è un file da importare: non viene sovrascritto");
+  };
+  for (const std::string& file : o.File) rifiuta(file);
+  if (o.Coordinate) rifiuta(*o.Coordinate);
+  if (o.Lettura.Mappa) rifiuta(*o.Lettura.Mappa);
+}
+
+std::string ElencoFormati() {
+  std::string elenco;
+  for (const Lettore* lettore : Lettori()) {
+    elenco += (elenco.empty() ? "" : ", ") + std::string(lettore->Nome) + " (" +
+              std::string(lettore->Descrizione) + ")";
+  }
+  return elenco;
+}
+
+// The reader that --formato names, null if there is no such option.
+const Lettore* LettoreScelto(const OpzioniImporta& o) {
+  if (!o.Formato) return nullptr;
+  if (const Lettore* lettore = LettoreDiNome(*o.Formato)) return lettore;
+  throw ErroreUso("formato " + Cita(*o.Formato) + " sconosciuto: serve uno tra " + ElencoFormati());
+}
+
+void Approssima(Rete& rete, Resoconto& resoconto) {
+  resoconto.Approssimate = CalcolaApprossimate(rete);
+  const auto arrotonda = [](double& metri) {
+    metri = std::round(metri * kPartiApprossimate) / kPartiApprossimate;
+  };
+  for (const int punto : resoconto.Approssimate.PuntiPla) {
+    arrotonda(rete.Punti[static_cast<std::size_t>(punto)].Est);
+    arrotonda(rete.Punti[static_cast<std::size_t>(punto)].Nord);
+  }
+  for (const int punto : resoconto.Approssimate.PuntiAlt)
+    arrotonda(rete.Punti[static_cast<std::size_t>(punto)].Quota);
+}
+
+class Importazione {
+ public:
+  explicit Importazione(const OpzioniImporta& opzioni) : O(opzioni) {}
+
+  Stato Esegui() {
+    if (O.File.empty()) throw ErroreUso("manca il file da importare");
+    RifiutaIngressoComeUscita(O);
+    const Lettore* scelto = LettoreScelto(O);
+    for (const std::string& file : O.File) Leggi(file, scelto);
+    if (!Diario.HaErrori()) RifiutaVuoto();
+    if (Diario.HaErrori()) return Rinuncia();
+    const std::optional<Rete> rete = PreparaRete(O, Unito, Resa, Diario);
+    if (!rete) return Rinuncia();
+    Scrivi(*rete);
+    if (O.Quieto) return kStatoRiuscito;
+    MostraMessaggi(Diario);
+    ScriviErrori(TestoFacce(Resa.Facce));
+    ScriviErrori(SommarioImportazione(Resa, *rete, O.Uscita));
+    return kStatoRiuscito;
+  }
+
+ private:
+  Stato Rinuncia() {
+    MostraMessaggi(Diario);
+    return kStatoRete;
+  }
+
+  void Leggi(const std::string& percorso, const Lettore* lettore) {
+    Libretto parte;
+    const std::string_view file = parte.NomiFile.emplace_back(percorso);
+    Diario.NominaFile(file);
+    const std::optional<std::string> testo =
+        LeggiTesto(percorso, kMassimoFile, {file, 0, 0}, "", Diario);
+    if (!testo) return;
+    if (lettore == nullptr) lettore = RiconosciFormato(*testo);
+    if (lettore == nullptr) {
+      Diario.Errore({file, 0, 0}, {.Problema = "formato non riconosciuto",
+                                   .Voluto = "uno tra " + ElencoFormati(),
+                                   .Suggerimento = "con --formato si sceglie quale"});
+      return;
+    }
+    Resa.File.push_back({percorso, std::string(lettore->Descrizione)});
+    lettore->Leggi(*testo, file, O.Lettura, parte, Diario);
+    Unisci(Unito, std::move(parte), Diario);
+  }
+
+  void RifiutaVuoto() {
+    for (const PostazioneLibretto& postazione : Unito.Postazioni)
+      if (!postazione.Battute.empty()) return;
+    Diario.Errore({Unito.NomiFile.front(), 0, 0}, {.Problema = "non contiene osservazioni"});
+  }
+
+  void Scrivi(const Rete& rete) {
+    const std::time_t ora = std::time(nullptr);
+    std::tm locale{};
+    localtime_r(&ora, &locale);
+    const auto dueCifre = [](int n) { return (n < 10 ? "0" : "") + std::to_string(n); };
+    Resa.Data = dueCifre(locale.tm_mday) + "/" + dueCifre(locale.tm_mon + 1) + "/" +
+                std::to_string(locale.tm_year + kAnnoZero);
+    FileSicuro uscita(O.Uscita);
+    ScriviRete(rete, Intestazione(Resa, rete), [&](std::string_view byte) { uscita.Scrivi(byte); });
+    uscita.Conferma();
+  }
+
+  const OpzioniImporta& O;
+  Diagnostica Diario;
+  Libretto Unito;
+  Resoconto Resa;
+};
+
+}  // namespace
+
+std::optional<Rete> PreparaRete(const OpzioniImporta& opzioni, Libretto& libretto,
+                                Resoconto& resoconto, Diagnostica& diagnostica) {
+  resoconto.Assunti = CompletaLibretto(opzioni, libretto, diagnostica).Assunti;
+  Diagnostica ripetuti;  // said again once the faces are joined
+  const SqmLetture singole = ScegliSqm(opzioni, libretto, ripetuti).DiUnaLettura();
+  resoconto.Facce = RiduciFacce(libretto, opzioni.Facce, opzioni.Medie, singole, diagnostica);
+  resoconto.Sqm = ScegliSqm(opzioni, libretto, diagnostica);
+  resoconto.Esclusi = libretto.Esclusi;
+  resoconto.Note = libretto.Note;
+  if (opzioni.Coordinate) resoconto.File.push_back({*opzioni.Coordinate, "coordinate"});
+  std::optional<Rete> rete =
+      ReteDaLibretto(libretto, resoconto.Sqm, opzioni.Curvatura, diagnostica);
+  if (rete && !opzioni.SenzaApprossimate) Approssima(*rete, resoconto);
+  return rete;
+}
+
+Stato Importa(const OpzioniImporta& opzioni) { return Importazione(opzioni).Esegui(); }

@@ -1,0 +1,18 @@
+#pragma once
+
+// Several books as one.
+
+#include <cstddef>
+
+#include "host/diagnostica.h"
+#include "host/importazione/libretto.h"
+
+// Adds the records of a book to those of another, with their positions. What both state for the
+// whole network and state differently stays as the first says, with a warning.
+void Unisci(Libretto& unito, Libretto&& parte, Diagnostica& diagnostica);
+
+// Leaves one record for each name among the points. Of records of the same point the first that
+// gives a value or a role counts, with a warning where another differs; but those from index tavola
+// on are of a table of coordinates and take the place of what stands before them. A point that one
+// record calls fixed keeps the coordinates of that record.
+void UnisciPunti(Libretto& libretto, std::size_t tavola, Diagnostica& diagnostica);

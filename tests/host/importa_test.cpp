@@ -1,0 +1,236 @@
+// From field books to network files: faces, what is completed and how, and the file that is
+// written.
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "host/errori.h"
+#include "host/importazione/importa.h"
+#include "host/lettura_rete.h"
+#include "host/numeri.h"
+
+namespace {
+
+// A book with one set-up on S: "target direction zenith distance signal face;", "-" = not given.
+// Shots are numbered from 1, which is their line.
+Libretto Libro(const std::string& letture) {
+  Libretto libro;
+  PostazioneLibretto s{"S", 1.5, true, {}, {}, {}, {libro.NomiFile.emplace_back("l.gsi"), 1, 1}};
+  std::istringstream righe(letture);
+  for (std::string riga; std::getline(righe, riga, ';');) {
+    std::istringstream campi(riga);
+    BattutaLibretto b;
+    b.Dove = {"l.gsi", static_cast<int>(s.Battute.size()) + 1, 1};
+    std::string campo;
+    campi >> b.Punto;
+    for (auto* numero : {&b.Direzione, &b.Zenit, &b.Distanza, &b.Segnale})
+      if (campi >> campo && campo != "-") *numero = LeggiNumero(campo).Valore;
+    if (campi >> campo) b.Lato = campo == "II" ? Faccia::Seconda : Faccia::Prima;
+    s.Battute.push_back(b);
+  }
+  libro.Postazioni.push_back(s);
+  return libro;
+}
+
+void Contiene(const std::string& testo, std::string_view pezzo) {
+  EXPECT_NE(testo.find(pezzo), std::string::npos) << "manca: " << pezzo << "\nin: " << testo;
+}
+
+std::string Testi(const Diagnostica& diario) {
+  std::string testi;
+  for (const std::string& riga : diario.Righe()) testi += riga + "\n";
+  return testi;
+}
+
+const struct CasoFacce {
+  const char *Letture, *Attese;
+  const char* Messaggio;  // a piece; empty = no message
+  ModoFacce Modo = ModoFacce::Media;
+  bool Medie = false;
+} kFacce[] = {
+    {"C 88.39996 100.61796; C 288.40056 299.38324", "C 88.40026 100.61736;", ""},
+    {"C 200.0004 300; B 5 9; C 399.9998 100", "C 0.00010 100.00000;B 5.00000 9.00000;", ""},
+    {"C 1 99; C 2 99; C 201.002 301; C 202 301; C 3 99",
+     "C 1.00100 99.00000;C 2.00000 99.00000;C 3.00000 99.00000;", ""},
+    {"C 1 99; C 201 301; B 2 99; B 202 301; A 3 99; A 203.02 301",
+     "C 1.00000 99.00000;B 2.00000 99.00000;A 3.01000 99.00000;",
+     "l.gsi:5:1: avviso: osservazione da \"S\" a \"A\", collimazione: le letture coniugate"},
+    {"C 88.4 99; C 150 299", "C 88.40000 99.00000;C 350.00000 101.00000;", "", ModoFacce::Separate},
+    {"C 150 99 9 1.5 II", "C 150.00000 99.00000;", "l.gsi:1:1: avviso: osservazione da"},
+    {"C 10 100 9 1.5; C 210 300 9 1.6", "C 10.00000 100.00000;C 10.00000 100.00000;", "1.600 m"},
+    {"C 10 100 9; C 210 300 9.1", "C 10.00000 100.00000;", "da 9.0000 a 9.1000 m"},
+    {"C 399.999 99; B 5 99; C 0.002 99.002", "C 0.00050 99.00100;B 5.00000 99.00000;", "",
+     ModoFacce::Media, true},
+};
+
+TEST(Facce, Casi) {
+  for (const CasoFacce& caso : kFacce) {
+    Libretto libro = Libro(caso.Letture);
+    Diagnostica diario;
+    RiduciFacce(libro, caso.Modo, caso.Medie, {0.001, 0.003, 0.002}, diario);
+    std::string ridotte;
+    for (const BattutaLibretto& b : libro.Postazioni[0].Battute)
+      ridotte += b.Punto + " " + NumeroFisso(*b.Direzione, 5) + " " + NumeroFisso(*b.Zenit, 5) + ";";
+    EXPECT_EQ(ridotte, caso.Attese) << caso.Letture;
+    EXPECT_EQ(diario.Avvisi(), *caso.Messaggio == '\0' ? 0U : 1U) << Testi(diario);
+    Contiene(Testi(diario), caso.Messaggio);
+  }
+}
+
+TEST(Facce, CollimazioneIndiceESqm) {
+  Libretto libro = Libro("C 88.39996 100.61796; C 288.40056 299.38324; B 399.9999 98; B 200.0003 302");
+  for (BattutaLibretto& b : libro.Postazioni[0].Battute) b.SqmDirezione = 0.002;
+  Diagnostica diario;
+  const EsitoFacce esito = RiduciFacce(libro, ModoFacce::Media, false, {0.001, 0.0, 0.0}, diario);
+  const double trovati[] = {*esito.Coppie[0].Collimazione, *esito.Coppie[0].Indice,
+                            esito.Collimazione.Media, esito.Collimazione.Scarto,
+                            *libro.Postazioni[0].Battute[1].SqmDirezione};
+  const double attesi[] = {0.00030, 0.00060, 0.00025, 0.0001 / std::sqrt(2.), 0.002 / std::sqrt(2.)};
+  for (int i = 0; i < 5; ++i) EXPECT_NEAR(trovati[i], attesi[i], 1e-9) << i;
+}
+
+std::string Scritta(const Rete& rete, const IntestazioneToml& testa) {
+  std::string scritta;
+  ScriviRete(rete, testa, [&](std::string_view pezzo) { scritta += pezzo; });
+  return scritta;
+}
+
+using O = OpzioniImporta;
+using L = Libretto;
+BattutaLibretto& Ultima(L& l) { return l.Postazioni[0].Battute.back(); }
+
+const struct CasoCompleta {
+  void (*Cambia)(O&, L&);
+  const char* Messaggio;  // a piece of the messages
+  const char* Scritto;    // a piece of the file; empty = no file, there are errors
+} kCompleta[] = {
+    {[](O&, L&) {}, "il libretto non dà quello degli angoli: assunto 0.0010 gon",
+     "sqm_direzione = 0.0010              # gon, di un angolo fra due direzioni: valore usuale, as"},
+    {[](O& o, L&) { o.Fissi = {"A", "B"}; }, "",
+     "nord = 2000.000, quota = 100.000, planimetria = \"fisso\", altimetria = \"fisso\" },\n"
+     "  { nome = \"B\", est = 1100.000, nord = 2000.000,                  planimetria = \"fisso\" },\n"
+     "  { nome = \"S\" },\n"},
+    {[](O& o, L& l) { l.Punti[1].Nome = "Vertice", o.FissiAltimetria = {"Vetrice"}; },
+     "--fissi-altimetria: errore: punto \"Vetrice\": non è tra i punti (forse \"Vertice\"?)", ""},
+    {[](O& o, L&) { o.Fissi = {"P"}; }, "mancano le coordinate est e nord", ""},
+    {[](O& o, L&) { o.Fissi = o.Escludi = {"A"}; }, "insieme fisso ed escluso", ""},
+    {[](O& o, L&) { o.Escludi = {"P"}; }, "", "planimetria = \"escluso\", altimetria = \"escluso\" }"},
+    {[](O&, L& l) { Ultima(l).Punto = "a"; }, "solo per le maiuscole da \"A\"", "nome = \"a\""},
+    {[](O&, L& l) { l.Punti.push_back({"A", 1001, 2000, 5, {kFisso, {}}, {"l.gsi", 10, 1}}); },
+     "l.gsi:10:1: avviso: punto \"A\": coordinate diverse da quelle alla riga 8 di \"l.gsi\", fino a "
+     "95.000 m: valgono queste", "nome = \"A\", est = 1001.000, nord = 2000.000, quota = 5.000, plan"},
+    {[](O&, L& l) { Ultima(l).Zenit.reset(), Ultima(l).TipoDist = kOrizzontale; }, "",
+     "direzione =  60.0000, zenit = 100.0000,                  distanza =  50.0000 }"},
+    {[](O&, L& l) {
+       for (auto& b : l.Postazioni[0].Battute) b.SqmDirezione = b.Punto == "A" ? 0.002 : 0.001;
+     }, "0.001 (2), 0.001414", "sqm_direzione = 0.0014142 "},
+    {[](O& o, L& l) { l.Opzioni.SqmDistProporzionale = 0.007, o.SqmDistCostante = 0.005; }, "",
+     "costante = 0.005       # m\nsqm_distanza_proporzionale = 0.007  # m per km\n"},
+    {[](O&, L& l) { l.Postazioni[0].Battute[1].Zenit = -1.0; },
+     "l.gsi:2:1: errore: osservazione da \"S\" a \"A\", zenit: numero fuori dai limiti", ""},
+    {[](O&, L& l) { l.Postazioni[0].Altezza.reset(); }, "", "calcolo = \"planimetria\"\n"},
+};
+
+TEST(Completa, Casi) {
+  for (const CasoCompleta& caso : kCompleta) {
+    OpzioniImporta opzioni;
+    opzioni.SenzaApprossimate = true;
+    Libretto libro = Libro("A 10 99 100 1.5; A 210 301 100 1.5; B 110 98 0 1.5; P 60 97.5 50 1.5");
+    libro.Punti = {{"A", 1000, 2000, 100, {}, {"l.gsi", 8, 1}}, {"B", 1100, 2000, {}, {}, {}}};
+    caso.Cambia(opzioni, libro);
+    Diagnostica diario;
+    Resoconto resa;
+    const std::optional<Rete> rete = PreparaRete(opzioni, libro, resa, diario);
+    Contiene(Testi(diario), caso.Messaggio);
+    ASSERT_EQ(rete.has_value(), *caso.Scritto != '\0') << caso.Messaggio << Testi(diario);
+    if (rete) Contiene(Scritta(*rete, Intestazione(resa, *rete)), caso.Scritto);
+  }
+}
+
+// Every value of the records; the doubles in hexadecimal, which keeps every bit.
+std::string Impronta(const Rete& r) {
+  std::ostringstream testo;
+  const auto scrivi = [&](const auto&... v) { ((testo << std::hexfloat << v << ' '), ...); };
+  const TOpzCr& o = r.Opzioni;
+  scrivi(o.SqmDir, o.SqmDistCost, o.SqmDistProp, o.MaxIter, o.TipoCalcolo, +o.Cartografiche);
+  scrivi(r.DatiProgetto.Nome, r.DatiProgetto.Epsg.value_or(0), +r.CurvaturaRifrazione.CorrCurvRifr,
+         r.CurvaturaRifrazione.CoeffRifr, r.CurvaturaRifrazione.RaggioTerra);
+  for (const TCoorCr& p : r.Punti) scrivi(p.Nome, p.Est, p.Nord, p.Quota, p.TipoPla, p.TipoAlt);
+  for (const TStaCr& s : r.Stazioni) {
+    scrivi("\n", s.Punto, s.AltStrum, s.AltStrumNota, s.EccDistanza, s.EccDirezione);
+    for (const TOssCr& v : s.Osservazioni)
+      scrivi(v.Punto, v.Direzione, v.Zenit, v.AltSegnale, v.Distanza, v.TipoDist);
+  }
+  return testo.str();
+}
+
+const std::filesystem::path kScritta =
+    std::filesystem::temp_directory_path() / ("importa-" + std::to_string(getpid()) + ".toml");
+
+// The network of a text, which the file is left with.
+Rete Leggi(const std::string& testo) {
+  std::ofstream(kScritta) << testo;
+  Diagnostica diario;
+  std::optional<Rete> rete = LeggiRete(kScritta, diario);
+  std::filesystem::remove(kScritta);
+  EXPECT_TRUE(rete) << Testi(diario) << testo;
+  return rete ? *std::move(rete) : Rete();
+}
+
+void AndataRitorno(const Rete& rete) {
+  IntestazioneToml testa;
+  testa.Righe = {"a\nformato = 2", "", "\xFF \"" + std::string(300, 'x')};
+  testa.NotaSqmDirezione = "x\ny = 1";
+  EXPECT_EQ(Impronta(Leggi(Scritta(rete, testa))), Impronta(rete));
+}
+
+constexpr const char* kDifficile = R"(formato = 1
+punti = [ { nome = 'a"b', est = 0.30000000000000004, nord = 1e21, quota = -0.0 },
+  { nome = 'c\', est = 5e-324, nord = 123456789.12345679 }, { nome = '\u0041 b = 1, {', nord = 8e199 },
+  { nome = "'#[x]€à", est = -1e-7, altimetria = "escluso" }, { nome = 1, quota = 1e-9 } ]
+[progetto]
+nome = "Rete \"di\nprova\"\t\\ \u007F"
+[opzioni]
+sqm_direzione = 1e-5
+sqm_distanza_costante = 0
+sqm_distanza_proporzionale = 1e-9
+[[stazioni]]
+punto = 1
+altezza = -1e-300
+altezza_nota = false
+eccentricita = { distanza = 0, direzione = 1e-5 }
+osservazioni = [ { punto = 'c\', distanza = 1e-300, zenit = 99.99999999999999, tipo = 6 },
+  { punto = 'a"b', tipo = 30, segnale = -0.3333333333333333 }, { punto = "'#[x]€à", direzione = 400 } ]
+[[stazioni]]
+punto = 'a"b'
+)";
+
+TEST(Scrittura, AndataERitorno) {
+  AndataRitorno(Leggi(kDifficile));
+  Diagnostica diario;
+  for (const auto& voce : std::filesystem::directory_iterator(CARTELLA_ESEMPI))
+    if (voce.path().extension() == ".toml") AndataRitorno(LeggiRete(voce.path(), diario).value());
+}
+
+TEST(Importa, RifiutaSenzaScrivere) {
+  OpzioniImporta opzioni;
+  opzioni.File = {CARTELLA_ESEMPI "/zeman.rapporto.txt", "manca.gsi"};
+  opzioni.Uscita = kScritta;
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(Importa(opzioni), kStatoRete);
+  const std::string errori = testing::internal::GetCapturedStderr();
+  Contiene(errori, "zeman.rapporto.txt: errore: formato non riconosciuto");
+  Contiene(errori, "manca.gsi: errore: il file \"manca.gsi\" non esiste");
+  EXPECT_FALSE(std::filesystem::exists(kScritta));
+  opzioni.Formato = "dwg";
+  EXPECT_THROW(Importa(opzioni), ErroreUso);
+  opzioni.Uscita = CARTELLA_ESEMPI "/../examples/zeman.rapporto.txt";
+  EXPECT_THROW(Importa(opzioni), ErroreUso);
+}
+
+}  // namespace
