@@ -3,7 +3,8 @@
 //                                                    that the two are reduced to
 //   height there and back     |dh_AB + dh_BA|        3 sqrt 2 (D sigma_z + heights), and refraction
 //   triangle                  |a + b + c| - 200 gon  3 sigma_a sqrt 3, and the spherical excess
-// with sigma_a of an angle. (Bezoari, Monti, Selvini, Topografia generale.)
+// with sigma_a of an angle. The triangles as a whole give Ferrero's standard deviation of an angle,
+// sqrt([ww] / 3n). (Bezoari, Monti, Selvini, Topografia generale.)
 
 #include <algorithm>
 #include <cmath>
@@ -20,17 +21,19 @@
 
 namespace {
 
-constexpr double kSqmAltezze = 0.005;          // instrument and target heights together [m]
-constexpr double kIncertezzaRifrazione = 0.5;  // part of curvature and refraction not to trust
-constexpr double kScalaIncerta = 4e-6;         // of distances reduced in different ways
+constexpr double kSqmAltezze = 0.005;           // instrument and target heights together [m]
+constexpr double kIncertezzaRifrazione = 0.15;  // of the refraction coefficient, each way
+constexpr double kScalaIncerta = 4e-6;          // of distances reduced in different ways
 constexpr double kRadiceTre = 1.7320508075688772;
 constexpr int kVisteMassime = 60;  // of a set-up that are looked through for triangles
 constexpr std::size_t kTriangoliMostrati = 30;
+constexpr std::size_t kTriangoliSignificativi = 20;  // from here on they tell their own precision
+constexpr double kSigmaDaMediana = 1.4826;           // of absolute values of a normal distribution
 
 class Esame {
  public:
   Esame(const Rete& rete, ChiusureControllate& controllate)
-      : R(rete), V(rete), K(rete), N(controllate) {}
+      : R(rete), V(rete), K(rete), N(controllate), Sigma(VolteSigma(V.Tutte.size())) {}
   void AndataRitorno();
   void Triangoli();
   Rilievi Trovati;
@@ -62,8 +65,16 @@ class Esame {
   Riduzioni K;
   ChiusureControllate& N;
   std::vector<std::tuple<int, int, double>> Direzioni;  // set-up, point, direction at the centre
+  struct Triangolo {
+    const Visuale* Dove;
+    int A, B, C;
+    double Chiusura, Eccesso;  // [rad]
+  };
+  void RiferisciTriangolo(const Triangolo& t, double limite);
+
   std::set<std::tuple<int, int, int>> Fatti;
-  std::size_t NonMostrati = 0;
+  std::vector<Triangolo> Chiusi;
+  double Sigma = 0.0;  // times which a standard deviation may be exceeded
 };
 
 double Esame::SuiPiani(const Visuale& v) const {
@@ -120,7 +131,7 @@ void Esame::ConfrontaDistanze(const Visuale& andata, const Visuale& ritorno) {
                         .Osservazioni[static_cast<std::size_t>(ritorno.Osservazione)];
   const double dh = Assegnato(o.Zenit) ? std::abs(b * std::cos(o.Zenit * kRadDaGon)) : 0.0;
   const double limite =
-      kSigma * kRadiceDue * SqmDistanza(R, a) + kScalaIncerta * a + dh * a / kRaggioTerra;
+      Sigma * kRadiceDue * SqmDistanza(R, a) + kScalaIncerta * a + dh * a / kRaggioTerra;
   if (!(std::abs(a - b) > limite)) return;
   std::string forse = SpiegaDistanza(b, a, limite);
   Trovati.push_back(
@@ -143,7 +154,7 @@ void Esame::ConfrontaDislivelli(const Visuale& andata, const Visuale& ritorno) {
   const bool corretta = R.CurvaturaRifrazione.CorrCurvRifr != 0;
   const double sfera = 2.0 * D * D / (2.0 * kRaggioTerra);
   const double limite =
-      kSigma * kRadiceDue * (D * SqmZenit(R) + kSqmAltezze + pendenza * SqmDistanza(R, D)) +
+      Sigma * kRadiceDue * (D * SqmZenit(R) + kSqmAltezze + pendenza * SqmDistanza(R, D)) +
       (corretta ? kIncertezzaRifrazione : 1.0) * sfera +
       pendenza * (Eccentricita(andata) + Eccentricita(ritorno));
   if (!(std::abs(a - b) > limite)) return;
@@ -191,24 +202,19 @@ void Esame::EsaminaTriangolo(const Visuale& v, int a, int b, int c) {
   if (somma != somma) return;
   Fatti.emplace(a, std::min(b, c), std::max(b, c));
   const double lato = v.ConDistanza() ? v.Distanza : 0.0;
-  const double eccesso = lato * lato / (kRaggioTerra * kRaggioTerra);
-  const double chiusura = std::abs(somma) - std::numbers::pi;
-  const double limite = kSigma * kRadiceTre * SqmDirezione(R) + eccesso;
-  if (!(std::abs(chiusura) > limite)) return;
-  if (Trovati.size() >= kTriangoliMostrati) {
-    ++NonMostrati;
-    return;
-  }
+  Chiusi.push_back({&v, a, b, c, std::abs(somma) - std::numbers::pi,
+                    lato * lato / (kRaggioTerra * kRaggioTerra)});
+}
+
+void Esame::RiferisciTriangolo(const Triangolo& t, double limite) {
   Trovati.push_back(
-      {Dove(v),
-       {.Record = "triangolo " + Cita(Nome(a)) + ", " + Cita(Nome(b)) + ", " + Cita(Nome(c)),
-        .Problema = "errore di chiusura angolare " + NumeroFisso(chiusura / kRadDaGon, 4) +
+      {Dove(*t.Dove),
+       {.Record = "triangolo " + Cita(Nome(t.A)) + ", " + Cita(Nome(t.B)) + ", " + Cita(Nome(t.C)),
+        .Problema = "errore di chiusura angolare " + NumeroFisso(t.Chiusura / kRadDaGon, 4) +
                     " gon, limite " + NumeroFisso(limite / kRadDaGon, 4) + " gon"}});
 }
 
 void Esame::Triangoli() {
-  Rilievi altri;
-  std::swap(altri, Trovati);
   PreparaDirezioni();
   for (std::size_t s = 0; s < R.Stazioni.size(); ++s) {
     const int inizio = V.Inizio[s];
@@ -229,11 +235,27 @@ void Esame::Triangoli() {
       }
     }
   }
-  N.Triangoli = static_cast<int>(Fatti.size());
-  if (NonMostrati > 0)
+  N.Triangoli = static_cast<int>(Chiusi.size());
+  std::vector<double> chiusure;
+  double quadrati = 0.0;
+  for (const Triangolo& t : Chiusi) {
+    chiusure.push_back(std::abs(t.Chiusura));
+    quadrati += t.Chiusura * t.Chiusura;
+  }
+  if (Chiusi.empty()) return;
+  N.Ferrero = std::sqrt(quadrati / (3.0 * static_cast<double>(Chiusi.size()))) / kRadDaGon;
+  // Many triangles that all close worse than the options promise are no slips.
+  double sqm = SqmDirezione(R);
+  if (Chiusi.size() >= kTriangoliSignificativi)
+    sqm = std::max(sqm, kSigmaDaMediana * Mediana(std::move(chiusure)) / kRadiceTre);
+  const double limite = VolteSigma(Chiusi.size()) * kRadiceTre * sqm;
+  std::size_t aperti = 0;
+  for (const Triangolo& t : Chiusi)
+    if (std::abs(t.Chiusura) > limite + t.Eccesso && ++aperti <= kTriangoliMostrati)
+      RiferisciTriangolo(t, limite + t.Eccesso);
+  if (aperti > kTriangoliMostrati)
     Trovati.back().Cosa.Suggerimento =
-        "e altri " + std::to_string(NonMostrati) + " triangoli che non chiudono";
-  std::move(altri.begin(), altri.end(), std::back_inserter(Trovati));
+        "e altri " + std::to_string(aperti - kTriangoliMostrati) + " triangoli che non chiudono";
 }
 
 }  // namespace

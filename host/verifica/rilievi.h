@@ -23,6 +23,7 @@ Rilievi ControllaRipetizioni(const Rete& rete);
 // ends, angles of triangles. Controllate, if given, counts what was closed.
 struct ChiusureControllate {
   int Distanze = 0, Dislivelli = 0, Triangoli = 0;
+  double Ferrero = 0.0;  // standard deviation of an angle from the triangles [gon]
 };
 Rilievi ControllaChiusure(const Rete& rete, ChiusureControllate* controllate = nullptr);
 

@@ -24,7 +24,7 @@ std::string Aggiunta(std::string testo, const std::string& altro) {
 // What two sights of one target differ in beyond 3 sigma sqrt 2, empty if nothing.
 std::string Differenze(const Rete& rete, const TOssCr& a, const TOssCr& b) {
   std::string testo;
-  const double limite = kSigma * kRadiceDue;
+  const double limite = VolteSigma(rete.Stazioni.size()) * kRadiceDue;
   if (Assegnato(a.Direzione) && Assegnato(b.Direzione)) {
     const double d = std::abs(std::remainder(a.Direzione - b.Direzione, kGiroGon));
     if (d > limite * SqmDirezione(rete) / kRadDaGon)

@@ -34,7 +34,12 @@ struct Scarto {
 
 class Esame {
  public:
-  explicit Esame(const Rete& rete) : R(rete), V(rete), K(rete), Spostati(rete.Punti.size(), 0) {}
+  explicit Esame(const Rete& rete)
+      : R(rete),
+        V(rete),
+        K(rete),
+        Spostati(rete.Punti.size(), 0),
+        Sigma(VolteSigma(V.Tutte.size())) {}
   Rilievi Esegui();
 
  private:
@@ -67,6 +72,7 @@ class Esame {
   std::vector<char> Spostati;  // points already named
   std::vector<Scarto> Scarti;  // of each sight
   std::vector<double> Zeri;    // of each set-up [rad]
+  double Sigma = 0.0;          // times which a standard deviation may be exceeded
   double Generale = 0.0;       // limit of sights with an approximate end [m]
   int Spiegate = 0;
   Rilievi Trovati;
@@ -132,13 +138,13 @@ void Esame::TaraLimiti() {
       if (x == x) lunghezze.push_back(std::abs(x));
   }
   const double mediana = lunghezze.empty() ? 0.0 : Mediana(std::move(lunghezze));
-  Generale = std::max(kScartoMinimo, kVolteMediana * mediana);
+  Generale = std::max(kScartoMinimo, kVolteMediana * Sigma * mediana);
 }
 
 // The orientation has an error of its own where few sights give it.
 double Esame::LimiteAngolo(std::size_t i) const {
   const Visuale& v = V.Tutte[i];
-  const double stretto = kSigma * kRadiceDue * SqmDirezione(R);
+  const double stretto = Sigma * kRadiceDue * SqmDirezione(R);
   if (Fisso(v.Da) && Fisso(v.A)) {
     const auto s = static_cast<std::size_t>(v.Stazione);
     bool soliFissi = true;
@@ -153,7 +159,7 @@ double Esame::LimiteAngolo(std::size_t i) const {
 double Esame::LimiteDistanza(std::size_t i) const {
   const Visuale& v = V.Tutte[i];
   const double stretto =
-      kSigma * kRadiceDue * SqmDistanza(R, Scarti[i].Lato) + kScalaIncerta * Scarti[i].Lato;
+      Sigma * kRadiceDue * SqmDistanza(R, Scarti[i].Lato) + kScalaIncerta * Scarti[i].Lato;
   return Fisso(v.Da) && Fisso(v.A) ? stretto : std::max(stretto, Generale);
 }
 
@@ -262,10 +268,10 @@ void Esame::Riferisci(std::size_t i) {
   std::string forse = ++Spiegate <= kSpiegateMassime ? AltroPunto(i) : std::string();
   if (direzione) {
     const double limite = LimiteAngolo(i) / kRadDaGon;
-    problema = "direzione " + NumeroFisso(o.Direzione, 4) + " gon, dalle coordinate " +
+    problema = "direzione " + NumeroFisso(o.Direzione, 4) + " gon, si scosta di " +
                NumeroFisso(std::abs(s.Angolo) / kRadDaGon, 4) +
-               " gon di scarto dalle altre della " + "stazione, limite " + NumeroFisso(limite, 4) +
-               " gon";
+               " gon da quanto danno le coordinate e le altre letture della stazione, limite " +
+               NumeroFisso(limite, 4) + " gon";
     if (forse.empty())
       forse = SpiegaDirezione(o.Direzione, o.Direzione + s.Angolo / kRadDaGon, limite);
   }

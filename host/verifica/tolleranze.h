@@ -3,11 +3,20 @@
 // How much two readings of the same thing may differ.
 
 #include <algorithm>
+#include <cmath>
+#include <cstddef>
 
 #include "host/approssimate/visuali.h"
 #include "host/modello.h"
 
-inline constexpr double kSigma = 3.0;  // differences beyond 3 sigma are reported
+// How many sigmas a difference must exceed to be reported: three, or in a large network what the
+// largest of so many good ones would be expected to reach.
+inline double VolteSigma(std::size_t prove) {
+  constexpr double kMinime = 3.0;
+  const auto n = static_cast<double>(std::max<std::size_t>(prove, 1));
+  return std::max(kMinime, std::sqrt(2.0 * std::log(n)));
+}
+
 inline constexpr double kRadiceDue = 1.4142135623730951;
 inline constexpr double kSqmZenitMinimo = 0.001;   // of a zenith angle, refraction apart [gon]
 inline constexpr double kSqmDistMinimo = 0.001;    // where the options give none [m]

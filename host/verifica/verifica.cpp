@@ -13,6 +13,7 @@
 #include "host/campi.h"
 #include "host/file_sicuro.h"
 #include "host/lettura_rete.h"
+#include "host/numeri.h"
 #include "host/verifica/connessione.h"
 #include "host/verifica/rilievi.h"
 
@@ -103,6 +104,16 @@ std::string TestoCollegamento(const Collegamento& c) {
          Quanti(c.GradiLiberta(), "grado", "gradi") + " di libertà";
 }
 
+std::string TestoChiusure(const ChiusureControllate& c) {
+  constexpr int kDecimali = 4;
+  std::string testo = Quanti(c.Distanze, "distanza", "distanze") + " e " +
+                      Quanti(c.Dislivelli, "dislivello", "dislivelli") + " nei due versi, " +
+                      Quanti(c.Triangoli, "triangolo", "triangoli");
+  if (c.Triangoli > 0)
+    testo += " (s.q.m. di un angolo secondo Ferrero " + NumeroFisso(c.Ferrero, kDecimali) + " gon)";
+  return testo;
+}
+
 std::string TestoApprossimate(const EsitoApprossimate& esito) {
   if (esito.Note.empty() && esito.NonRaggiunti.empty()) return {};
   std::string testo = "\nCoordinate approssimate che verrebbero calcolate\n";
@@ -183,10 +194,7 @@ Stato Verifica(const OpzioniVerifica& opzioni) {
   testo += Riga("Osservazioni", Osservazioni(rete));
   testo += Riga("Planimetria", TestoCollegamento(connessione.Pla));
   testo += Riga("Altimetria", TestoCollegamento(connessione.Alt));
-  testo += Riga("Chiusure", "confrontate " + Quanti(chiusure.Distanze, "distanza", "distanze") +
-                                " e " + Quanti(chiusure.Dislivelli, "dislivello", "dislivelli") +
-                                " nei due versi, " +
-                                Quanti(chiusure.Triangoli, "triangolo", "triangoli"));
+  testo += Riga("Chiusure", TestoChiusure(chiusure));
   testo += TestoApprossimate(approssimate);
   if (!rilievi.empty()) testo += "\nRilievi\n" + TestoRilievi(rete, rilievi);
   testo += "\n" + Verdetto(ostacoli, rilievi.size());
