@@ -52,7 +52,7 @@ void Propagazione::AggiungiRaggiInversi(int punto, Elementi& elementi) const {
   if (diretti == 0) return;
   for (const int s : V.Postazioni[static_cast<std::size_t>(punto)]) {
     const auto i = static_cast<std::size_t>(s);
-    if (R.Stazioni[i].EccDistanza > 0.0) continue;
+    if (BraccioFuoriCentro(R.Stazioni[i]) > 0.0) continue;
     double zero = kSenzaValore;
     int origine = -1;
     for (int j = V.Inizio[i]; j < V.Inizio[i + 1] && origine < 0; ++j) {
@@ -222,10 +222,10 @@ Propagazione::Esito Propagazione::InversaDa(int s, int punto) {
     migliore = d;
     // From the instrument to the station centre.
     const TStaCr& stazione = R.Stazioni[static_cast<std::size_t>(s)];
-    if (stazione.EccDistanza > 0.0)
+    if (BraccioFuoriCentro(stazione) > 0.0)
       migliore->Luogo =
-          inversa->Luogo +
-          stazione.EccDistanza * Versore(stazione.EccDirezione * kRadDaGon + inversa->Orientamento);
+          inversa->Luogo + BraccioFuoriCentro(stazione) *
+                               Versore(stazione.EccDirezione * kRadDaGon + inversa->Orientamento);
   };
   for (std::size_t i = 0; i < t.size(); ++i)
     for (std::size_t j = i + 1; j < t.size(); ++j)

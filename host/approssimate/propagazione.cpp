@@ -142,9 +142,9 @@ double Propagazione::Distanza(const Visuale& v, int noto) const {
 Posto Propagazione::Strumento(int s) const {
   const TStaCr& stazione = R.Stazioni[static_cast<std::size_t>(s)];
   const Posto centro = Luogo(stazione.Punto);
-  if (!(stazione.EccDistanza > 0.0)) return centro;
+  if (!(BraccioFuoriCentro(stazione) > 0.0)) return centro;
   const double azimut = Zeri[static_cast<std::size_t>(s)] + stazione.EccDirezione * kRadDaGon;
-  return centro + -stazione.EccDistanza * Versore(azimut);
+  return centro + -BraccioFuoriCentro(stazione) * Versore(azimut);
 }
 
 Propagazione::Esito Propagazione::Prova(Metodo metodo, int punto) {

@@ -43,9 +43,9 @@ double Orizzontale(const TOssCr& o) {
 }
 
 double AlCentro(const TStaCr& s, const TOssCr& o, double distanza) {
-  if (!FuoriCentro(o.TipoDist) || !(s.EccDistanza > 0.0) || !Assegnato(o.Direzione))
+  if (!FuoriCentro(o.TipoDist) || !(BraccioFuoriCentro(s) > 0.0) || !Assegnato(o.Direzione))
     return distanza;
-  const double e = s.EccDistanza;
+  const double e = BraccioFuoriCentro(s);
   const double angolo = (s.EccDirezione - o.Direzione) * kRadDaGon;
   return std::sqrt(
       std::max(0.0, distanza * distanza + e * e - 2.0 * e * distanza * std::cos(angolo)));
@@ -80,10 +80,10 @@ double Mediana(std::vector<double> valori) {
 }
 
 double RiduciAlCentro(const TStaCr& stazione, double direzione, double distanza) {
-  if (!(stazione.EccDistanza > 0.0) || !(distanza > 0.0)) return direzione;
+  if (!(BraccioFuoriCentro(stazione) > 0.0) || !(distanza > 0.0)) return direzione;
   const double x = direzione - stazione.EccDirezione * kRadDaGon;
   return direzione +
-         std::asin(std::clamp(stazione.EccDistanza * std::sin(x) / distanza, -1.0, 1.0));
+         std::asin(std::clamp(BraccioFuoriCentro(stazione) * std::sin(x) / distanza, -1.0, 1.0));
 }
 
 double Dislivello(const Rete& rete, const Visuale& visuale) {

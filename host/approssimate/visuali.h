@@ -46,6 +46,11 @@ struct Visuale {
   bool ConDistanza() const { return Distanza == Distanza; }
 };
 
+// Distance of the instrument from the station centre [m]; one that was not given is none.
+inline double BraccioFuoriCentro(const TStaCr& stazione) {
+  return Assegnato(stazione.EccDistanza) ? stazione.EccDistanza : 0.0;
+}
+
 // Reading at the instrument brought to the station centre, for a target at `distanza` from it
 // [rad, m]: alpha + asin(e sin(alpha - phi) / D) (Bezoari, Monti, Selvini, Topografia generale).
 double RiduciAlCentro(const TStaCr& stazione, double direzione, double distanza);

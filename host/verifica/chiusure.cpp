@@ -49,7 +49,7 @@ class Esame {
                                   [static_cast<std::size_t>(v.Osservazione)];
   }
   double Eccentricita(const Visuale& v) const {
-    return R.Stazioni[static_cast<std::size_t>(v.Stazione)].EccDistanza;
+    return BraccioFuoriCentro(R.Stazioni[static_cast<std::size_t>(v.Stazione)]);
   }
   double SuiPiani(const Visuale& v) const;
   void EsaminaCoppia(const Coppia* primo, const Coppia* ultimo);

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "host/approssimate/approssimate.h"
+#include "host/approssimate/visuali.h"
 #include "host/campi.h"
 #include "host/file_sicuro.h"
 #include "host/lettura_rete.h"
@@ -52,7 +53,7 @@ std::string Stazioni(const Rete& rete) {
   int incognite = 0;
   int senza = 0;
   for (const TStaCr& s : rete.Stazioni) {
-    fuoriCentro += s.EccDistanza > 0.0 ? 1 : 0;
+    fuoriCentro += BraccioFuoriCentro(s) > 0.0 ? 1 : 0;
     incognite += Assegnato(s.AltStrum) && s.AltStrumNota == kAltezzaIncognita ? 1 : 0;
     senza += Assegnato(s.AltStrum) ? 0 : 1;
   }
