@@ -3,6 +3,7 @@
 #include "host/approssimate/motivi.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "host/diagnostica.h"
 #include "host/numeri.h"
@@ -38,7 +39,11 @@ std::string_view TestoMetodo(Metodo metodo) {
   return {};
 }
 
+// To the decimetre, where a rounding of zero must not show a sign.
 std::string Coordinate(Posto p) {
+  constexpr double kCifra = 0.05;
+  if (std::abs(p.Est) < kCifra) p.Est = 0.0;
+  if (std::abs(p.Nord) < kCifra) p.Nord = 0.0;
   return "(" + NumeroFisso(p.Est, kDecimaliAmbigue) + ", " + NumeroFisso(p.Nord, kDecimaliAmbigue) +
          ")";
 }
