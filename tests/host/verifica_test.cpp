@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
 
 #include "host/approssimate/approssimate.h"
 #include "host/lettura_rete.h"
@@ -36,30 +35,23 @@ constexpr const char *kLocale = "altezze_strumentali", *kCarta = "gauss_boaga_ov
 TOssCr& Oss(Rete& r, int i) { return r.Osservazioni[0][i]; }  // of the first set-up
 
 const struct { const char* Nome; Mano Guasta; const char* Testo; } kSviste[] = {
-    {kLocale, [](Rete& r) { Oss(r, 1).Distanza += 100; }, "toml:49:3: avviso: osservazione da \"P1"},
     {kLocale, [](Rete& r) { Oss(r, 1).Distanza += 100; }, "(errore di 100 m?)"},
-    {kLocale, [](Rete& r) { Oss(r, 1).Direzione -= 100; }, "(errore di 100 gon?)"},
     {kLocale, [](Rete& r) { Oss(r, 1).Direzione += 200; }, "(lettura al cerchio destro non ridotta"},
     {kLocale, [](Rete& r) { Oss(r, 1).Direzione = 116.505; }, "(cifre scambiate, forse 161.5050?)"},
     {kLocale, [](Rete& r) { Oss(r, 1).Punto = 5; }, "(il punto visto è \"P103\"?)"},
     {kLocale, [](Rete& r) { Oss(r, 1).Direzione += 0.02; }, "errore di chiusura angolare -0.0206"},
-    {kLocale, [](Rete& r) { std::swap(r.Punti[6].Est, r.Punti[6].Nord); },
-     "16:3: avviso: punto \"P107\": le coordinate discordano da 15 misure su 15 (Est e Nord scamb"},
+    {kLocale, [](Rete& r) { std::swap(r.Punti[6].Est, r.Punti[6].Nord); }, "15 misure su 15 (Est e Nord"},
     {kLocale, [](Rete& r) { r.Punti[0].Est += 1000; }, "nome del punto fisso sbagliati?"},
     {kLocale, [](Rete& r) { r.Punti[1] = r.Punti[0]; }, "ha le coordinate del punto \"P101\""},
     {kLocale, [](Rete& r) { r.Nomi[1] = "p1O1"; }, "solo per maiuscole o per O e 0"},
     {kLocale, [](Rete& r) { Oss(r, 1).Zenit = 299.0825; }, "non ridotta? sarebbe 100.9175"},
-    {kLocale, [](Rete& r) { for (int i = 0; i < 6; ++i) Oss(r, i).Zenit = 0.5 * i; },
-     "6 zenit su 6 vicini a 0 (angoli verticali"},
+    {kLocale, [](Rete& r) { for (int i = 0; i < 6; ++i) Oss(r, i).Zenit = i; }, "6 zenit su 6 vicini"},
     {kLocale, [](Rete& r) { r.Stazioni[0].AltStrum = 166.2; }, "in centimetri? sarebbe 1.662 m"},
-    {kLocale, [](Rete& r) { r.Stazioni[0].AltStrum = kValoreMancante; }, "6 visuali non danno disl"},
     {kLocale, [](Rete& r) { Oss(r, 1).AltSegnale = kValoreMancante; }, "è senza altezza del segnale"},
     {kCarta, [](Rete& r) { Oss(r, 3).AltSegnale += 2; }, "la somma è"},
     {kCarta, [](Rete& r) { Oss(r, 2).Punto = Oss(r, 1).Punto; }, "stesso punto della riga 52, ma"},
     {kCarta, [](Rete& r) { Oss(r, 3).Distanza += 1; }, "(errore di 1 m?)"},
     {"stazione_libera", [](Rete& r) { Oss(r, 2).Direzione += 1; }, "(errore di 1 gon?)"},
-    {"stazione_libera", [](Rete& r) { r.Stazioni[0].Osservazioni = {&Oss(r, 0), 1}; },
-     "una sola direzione (verso \"1\"): non forma angoli"},
 };
 
 TEST(Verifica, OgniSvista) {
@@ -75,26 +67,24 @@ TEST(Verifica, RetiBuone) {
     EXPECT_EQ(Trova(nome, [](Rete&) {}), "");
 }
 
-// What is found, and whether the network can be adjusted, after a change by sed of an example.
-const struct { const char *Sed; Stato Atteso; const char* Testo; } kVerdetti[] = {
-    {"", kStatoRiuscito, "Verdetto:     la rete si può compensare\n"},
-    {"s/est = 1181.800, nord = 1071.700, quota = 94.300//;s/, *}/ }/", kStatoRiuscito, "libera su"},
-    {"s/\"fisso\"/\"incognito\"/g", kStatoNonCompensata, "punti fissi usati 0, ne servono almeno 2"},
-    {"/^  { punto = \"[23]\"/d", kStatoNonCompensata, "punto \"2\": nessuna osservazione lo tocca"},
-    {"s/direzione/direzoine/", kStatoRete, ""},
-};
+// Whether the network can be adjusted, and what is said of it, after a change of an example by sed.
+const struct { const char* Sed; Stato Atteso; const char* Testo; } kVerdetti[] = {
+    {"s/\"N\", est.*/\"N\" },/", kStatoRiuscito, "da stazione libera su \"1\", \"2\", \"3\" (scarto"},
+    {"s/\"fisso\"/\"incognito\"/", kStatoNonCompensata, "punti fissi usati 0, ne servono almeno 2"},
+    {"/ punto = \"[23]\"/d", kStatoNonCompensata, "punto \"2\": nessuna osservazione lo tocca"},
+    {"s/direzione/direzoine/", kStatoRete, ""}};
 
 TEST(Verifica, Verdetto) {
-  const std::string file = std::filesystem::temp_directory_path() / std::to_string(getpid());
+  const std::string rete = std::filesystem::temp_directory_path() / std::to_string(getpid());
   for (const auto& [sed, atteso, testo] : kVerdetti) {
-    const std::string comando = std::string("sed '") + sed + "' '" CARTELLA_ESEMPI
-                                "/stazione_libera.toml' > " + file;
+    std::string comando = std::string("sed '") + sed;
+    comando += "' '" CARTELLA_ESEMPI "/stazione_libera.toml' > '" + rete + "'";
     ASSERT_EQ(std::system(comando.c_str()), 0);
     testing::internal::CaptureStdout();
-    EXPECT_EQ(Verifica({file}), atteso) << sed;
+    EXPECT_EQ(Verifica({rete}), atteso) << sed;
     EXPECT_NE(testing::internal::GetCapturedStdout().find(testo), std::string::npos) << sed;
   }
-  std::filesystem::remove(file);
+  std::filesystem::remove(rete);
 }
 
 }  // namespace
