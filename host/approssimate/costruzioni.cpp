@@ -45,8 +45,8 @@ Propagazione::Elementi Propagazione::RaccogliElementi(int punto) const {
   return e;
 }
 
-// A ray gives the azimuth back to its origin: a set-up on the point that sees the origin is oriented
-// by it, and its sights to other known points become rays from these.
+// A ray gives the azimuth back to its origin: a set-up on the point that sees the origin is
+// oriented by it, and its sights to other known points become rays from these.
 void Propagazione::AggiungiRaggiInversi(int punto, Elementi& elementi) const {
   const std::size_t diretti = elementi.Raggi.size();
   if (diretti == 0) return;
@@ -144,7 +144,7 @@ Propagazione::Esito Propagazione::StazioneLibera(int punto) const {
   return migliore;
 }
 
-// The pair of rays that the others agree with best; of those that all agree, the one that cuts best.
+// The pair of rays that the others agree with best; of those that all agree, the best cut.
 Propagazione::Esito Propagazione::InAvanti(int punto) const {
   const Elementi e = RaccogliElementi(punto);
   const std::size_t n = std::min(e.Raggi.size(), kElementiMassimi);

@@ -1,6 +1,6 @@
 // Misclosures that need no coordinates.
-//   distance there and back   |D_AB - D_BA|          3 sigma_D sqrt 2, and D |dh| / R for the levels
-//                                                    that the two are reduced to
+//   distance there and back   |D_AB - D_BA|          3 sigma_D sqrt 2, and D |dh| / R for the two
+//                                                    levels that they are reduced to
 //   height there and back     |dh_AB + dh_BA|        3 sqrt 2 (D sigma_z + heights), and refraction
 //   triangle                  |a + b + c| - 200 gon  3 sigma_a sqrt 3, and the spherical excess
 // with sigma_a of an angle. The triangles as a whole give Ferrero's standard deviation of an angle,

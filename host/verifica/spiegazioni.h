@@ -5,7 +5,7 @@
 
 #include <string>
 
-// A wrong full value or a pair of exchanged digits; empty if nothing fits within the tolerance. Of a
-// direction read and computed [gon], or of a distance [m].
+// A wrong full value or a pair of exchanged digits; empty if nothing fits within the tolerance. Of
+// a direction read and computed [gon], or of a distance [m].
 std::string SpiegaDirezione(double letta, double calcolata, double tolleranza);
 std::string SpiegaDistanza(double letta, double calcolata, double tolleranza);

@@ -1,5 +1,5 @@
-// Approximate coordinates: each method alone on a square of known points, what cannot be reached and
-// why, and whole networks that come back when the coordinates of their unknown points are taken away.
+// Approximate coordinates: each method alone on a square of known points, what cannot be reached
+// and why, and whole networks that come back when their unknown points lose their coordinates.
 
 #include <gtest/gtest.h>
 
@@ -73,14 +73,14 @@ const struct CasoMetodo {
     {"A*: B=d C=d X=d B*: A=d C=d X=d", "X", "intersezione in avanti"},
     {"A: B=d X=d X: A=d C=d", "X", "intersezione in avanti da \"A\", \"C\""},
     {"X*: A=d B=d C=d", "X", "intersezione inversa su \"A\", \"B\", \"C\""},
-    {"D: A=d B=d C=d", "D", "\"D\" senza coordinate: l'intersezione inversa cade vicino al cerchio"},
+    {"D: A=d B=d C=d", "D", "\"D\" senza coordinate: l'intersezione inversa cade vicino al cerc"},
     {"D: A=d B=d C=d Y=d", "D", "\"D\": coordinate approssimate da intersezione inversa"},
     {"X: A=dD B=dD", "X", "stazione libera su \"A\", \"B\""},
     {"A: X=D B: X=D", "X", "danno due posizioni, (1250.0, 1130.0) e (1250.0, 870.0), e nulla dice"},
     {"A: X=D B: X=D C: X=D", "X", "intersezione di distanze"},
     {"A: X=D B: X=D X: A=d B=d", "X", "intersezione di distanze"},
     {"X: A=dD Y=dD Y: X=dD Z=dD Z: Y=dD C=dD", "XYZ", "proprio, agganciato a \"A\", \"C\""},
-    {"A: X=d", "X", "\"X\" senza coordinate: lo vede solo \"A\", che non è orientata; serve una vis"},
+    {"A: X=d", "X", "\"X\" senza coordinate: lo vede solo \"A\", che non è orientata; serve una"},
     {"X: A=d B=d", "X", "dalla sua stazione si vede di noto solo \"A\", \"B\"; serve"},
     {"Y: X=dD", "XY", "lo vede solo \"Y\", che è senza coordinate"},
     {"A: B=d X=dD X: A=d Y=dD", "xY", "\"Y\" senza coordinate: nessuna osservazione lo tocca"},

@@ -1,5 +1,5 @@
-// The checks of a network that is not adjusted: every planted slip is named where it stands, and good
-// networks are left in peace.
+// The checks of a network that is not adjusted: every planted slip is named where it stands, and
+// good networks are left in peace.
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -36,18 +36,18 @@ TOssCr& Oss(Rete& r, int i) { return r.Osservazioni[0][i]; }  // of the first se
 
 const struct { const char* Nome; Mano Guasta; const char* Testo; } kSviste[] = {
     {kLocale, [](Rete& r) { Oss(r, 1).Distanza += 100; }, "(errore di 100 m?)"},
-    {kLocale, [](Rete& r) { Oss(r, 1).Direzione += 200; }, "(lettura al cerchio destro non ridotta"},
+    {kLocale, [](Rete& r) { Oss(r, 1).Direzione += 200; }, "(lettura al cerchio destro non ridot"},
     {kLocale, [](Rete& r) { Oss(r, 1).Direzione = 116.505; }, "(cifre scambiate, forse 161.5050?)"},
     {kLocale, [](Rete& r) { Oss(r, 1).Punto = 5; }, "(il punto visto è \"P103\"?)"},
     {kLocale, [](Rete& r) { Oss(r, 1).Direzione += 0.02; }, "errore di chiusura angolare -0.0206"},
-    {kLocale, [](Rete& r) { std::swap(r.Punti[6].Est, r.Punti[6].Nord); }, "15 misure su 15 (Est e Nord"},
+    {kLocale, [](Rete& r) { std::swap(r.Punti[6].Est, r.Punti[6].Nord); }, "15 (Est e Nord scam"},
     {kLocale, [](Rete& r) { r.Punti[0].Est += 1000; }, "nome del punto fisso sbagliati?"},
     {kLocale, [](Rete& r) { r.Punti[1] = r.Punti[0]; }, "ha le coordinate del punto \"P101\""},
     {kLocale, [](Rete& r) { r.Nomi[1] = "p1O1"; }, "solo per maiuscole o per O e 0"},
     {kLocale, [](Rete& r) { Oss(r, 1).Zenit = 299.0825; }, "non ridotta? sarebbe 100.9175"},
-    {kLocale, [](Rete& r) { for (int i = 0; i < 6; ++i) Oss(r, i).Zenit = i; }, "6 zenit su 6 vicini"},
+    {kLocale, [](Rete& r) { for (int i = 0; i < 6; ++i) Oss(r, i).Zenit = i; }, "6 zenit su 6 vic"},
     {kLocale, [](Rete& r) { r.Stazioni[0].AltStrum = 166.2; }, "in centimetri? sarebbe 1.662 m"},
-    {kLocale, [](Rete& r) { Oss(r, 1).AltSegnale = kValoreMancante; }, "è senza altezza del segnale"},
+    {kLocale, [](Rete& r) { Oss(r, 1).AltSegnale = kValoreMancante; }, "senza altezza del seg"},
     {kCarta, [](Rete& r) { Oss(r, 3).AltSegnale += 2; }, "la somma è"},
     {kCarta, [](Rete& r) { Oss(r, 2).Punto = Oss(r, 1).Punto; }, "stesso punto della riga 52, ma"},
     {kCarta, [](Rete& r) { Oss(r, 3).Distanza += 1; }, "(errore di 1 m?)"},
@@ -69,7 +69,7 @@ TEST(Verifica, RetiBuone) {
 
 // Whether the network can be adjusted, and what is said of it, after a change of an example by sed.
 const struct { const char* Sed; Stato Atteso; const char* Testo; } kVerdetti[] = {
-    {"s/\"N\", est.*/\"N\" },/", kStatoRiuscito, "da stazione libera su \"1\", \"2\", \"3\" (scarto"},
+    {"s/\"N\", est.*/\"N\" },/", kStatoRiuscito, "da stazione libera su \"1\", \"2\", \"3\""},
     {"s/\"fisso\"/\"incognito\"/", kStatoNonCompensata, "punti fissi usati 0, ne servono almeno 2"},
     {"/ punto = \"[23]\"/d", kStatoNonCompensata, "punto \"2\": nessuna osservazione lo tocca"},
     {"s/direzione/direzoine/", kStatoRete, ""}};
