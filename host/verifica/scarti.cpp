@@ -1,7 +1,7 @@
 // Readings against coordinates. Every sight misses by a length: across it the angle between reading
 // and orientation times the computed distance, along it measured minus computed distance. The
-// median of these lengths tells what the approximate coordinates of a network are worth, and a sight or a
-// point that misses by many times that is named.
+// median of these lengths tells what the approximate coordinates of a network are worth, and a
+// sight or a point that misses by many times that is named.
 
 #include <algorithm>
 #include <cmath>
