@@ -168,7 +168,7 @@ std::optional<Rototraslazione> Sovrapponi(std::vector<Posto> locali, std::vector
                                           double tolleranza) {
   Rototraslazione esito;
   while (locali.size() >= 2) {
-    const double n = static_cast<double>(locali.size());
+    const auto n = static_cast<double>(locali.size());
     Posto da;
     Posto a;
     for (std::size_t i = 0; i < locali.size(); ++i) da = da + locali[i], a = a + noti[i];

@@ -90,6 +90,7 @@ std::vector<Valore> Propagatore::Valori(int punto) const {
 
 double Propagatore::Media(int punto, const std::vector<Valore>& valori) {
   std::vector<double> quote;
+  quote.reserve(valori.size());
   for (const Valore& v : valori) quote.push_back(v.Quota);
   const double mediana = Mediana(quote);
   double pesi = 0.0;

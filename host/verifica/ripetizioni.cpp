@@ -17,7 +17,7 @@ constexpr double kVicini = 0.05;      // points nearer than this are in the same
 constexpr double kConiugate = 200.0;  // difference of the readings on the two faces [gon]
 constexpr double kScartoFacce = 0.5;  // [gon]
 
-std::string Aggiunta(std::string testo, const std::string& altro) {
+std::string Aggiunta(const std::string& testo, const std::string& altro) {
   return testo.empty() ? altro : testo + ", " + altro;
 }
 
