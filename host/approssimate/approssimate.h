@@ -10,14 +10,14 @@
 
 // Findings in words, UTF-8, one line each.
 struct EsitoApprossimate {
-  std::vector<int> PuntiPla;               // that got plane coordinates
-  std::vector<int> PuntiAlt;               // that got a height
-  std::vector<std::string> Note;           // how each of them was obtained
-  std::vector<std::string> NonRaggiunti;   // what stays without and what is missing
+  std::vector<int> PuntiPla;              // that got plane coordinates
+  std::vector<int> PuntiAlt;              // that got a height
+  std::vector<std::string> Note;          // how each of them was obtained
+  std::vector<std::string> NonRaggiunti;  // what stays without and what is missing
 };
 
-// Fills in Est and Nord of the points that take part in plan (unknown, not excluded) and lack one of
-// them, and Quota of those that take part in height, where the adjustments that the options ask for
-// need them. Given coordinates are never changed, nor used if their point is excluded. The network
-// must not have been adjusted yet: coordinates in metres.
+// Fills in Est and Nord of the points that take part in plan (unknown, not excluded) and lack one
+// of them, and Quota of those that take part in height, where the adjustments that the options ask
+// for need them. Given coordinates are never changed, nor used if their point is excluded. The
+// network must not have been adjusted yet: coordinates in metres.
 EsitoApprossimate CalcolaApprossimate(Rete& rete);

@@ -10,7 +10,8 @@ struct OpzioniVerifica {
   std::string File;
 };
 
-// Reads the network and writes on the standard output what it holds and what looks wrong. Throws
-// ErroreUscita, std::bad_alloc. kStatoRiuscito if the network can be adjusted as it stands,
-// kStatoNonCompensata if it cannot, kStatoRete if the file is wrong.
+// Reads the network and writes on the standard output what it holds and what looks wrong; faults of
+// the files go to the standard error. Throws ErroreUscita, std::bad_alloc. kStatoRiuscito if the
+// network can be adjusted as it stands, kStatoNonCompensata if it cannot, kStatoRete if the file is
+// wrong.
 Stato Verifica(const OpzioniVerifica& opzioni);

@@ -1,0 +1,138 @@
+// Words for how a point was found, or why it was not.
+
+#include "host/approssimate/motivi.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "host/diagnostica.h"
+#include "host/numeri.h"
+
+namespace {
+
+constexpr int kDecimali = 3;
+constexpr int kDecimaliAmbigue = 1;
+constexpr std::size_t kNominati = 3;
+
+const std::string& Nome(const Rete& rete, int punto) {
+  return rete.Nomi[static_cast<std::size_t>(punto)];
+}
+
+std::string Elenco(const Rete& rete, const std::vector<int>& punti) {
+  std::string testo;
+  for (std::size_t i = 0; i < std::min(punti.size(), kNominati); ++i)
+    testo += (i == 0 ? "" : ", ") + Cita(Nome(rete, punti[i]));
+  if (punti.size() == kNominati + 1) return testo + " e un altro";
+  if (punti.size() > kNominati) testo += " e altri " + std::to_string(punti.size() - kNominati);
+  return testo;
+}
+
+std::string_view TestoMetodo(Metodo metodo) {
+  switch (metodo) {
+    case Metodo::Polare: return "polare da ";
+    case Metodo::StazioneLibera: return "stazione libera su ";
+    case Metodo::InAvanti: return "intersezione in avanti da ";
+    case Metodo::Inversa: return "intersezione inversa su ";
+    case Metodo::Distanze: return "intersezione di distanze da ";
+    case Metodo::Insieme: return "rilievo con orientamento proprio, agganciato a ";
+  }
+  return {};
+}
+
+// To the decimetre, where a rounding of zero must not show a sign.
+std::string Coordinate(Posto p) {
+  constexpr double kCifra = 0.05;
+  if (std::abs(p.Est) < kCifra) p.Est = 0.0;
+  if (std::abs(p.Nord) < kCifra) p.Nord = 0.0;
+  return "(" + NumeroFisso(p.Est, kDecimaliAmbigue) + ", " + NumeroFisso(p.Nord, kDecimaliAmbigue) +
+         ")";
+}
+
+// A set-up that sees the point, and why that did not suffice.
+std::string TestoVisuale(const Rete& rete, const Propagazione& propagazione, const Visuale& v) {
+  std::string testo = Cita(Nome(rete, v.Da));
+  if (!propagazione.Noto(v.Da)) return testo + ", che è senza coordinate";
+  if (!v.ConDirezione()) return testo + ", con la sola distanza";
+  if (!propagazione.Orientata(v.Stazione)) return testo + ", che non è orientata";
+  return testo + (v.ConDistanza() ? "" : ", senza distanza");
+}
+
+// Known points seen from the set-ups on the point.
+std::vector<int> NotiVisti(const Visuali& visuali, const Propagazione& propagazione, int punto) {
+  std::vector<int> noti;
+  for (const int s : visuali.Postazioni[static_cast<std::size_t>(punto)]) {
+    const auto i = static_cast<std::size_t>(s);
+    for (int j = visuali.Inizio[i]; j < visuali.Inizio[i + 1]; ++j) {
+      const int visto = visuali.Tutte[static_cast<std::size_t>(j)].A;
+      if (propagazione.Noto(visto) && std::find(noti.begin(), noti.end(), visto) == noti.end())
+        noti.push_back(visto);
+    }
+  }
+  return noti;
+}
+
+std::string DaChi(const Rete& rete, const Visuali& visuali, const Propagazione& propagazione,
+                  int punto) {
+  const std::vector<int>& visto = visuali.VistoDa[static_cast<std::size_t>(punto)];
+  std::vector<int> stazioni;
+  std::string testo;
+  for (const int i : visto) {
+    const Visuale& v = visuali.Tutte[static_cast<std::size_t>(i)];
+    if (std::find(stazioni.begin(), stazioni.end(), v.Da) != stazioni.end()) continue;
+    stazioni.push_back(v.Da);
+    if (stazioni.size() > kNominati) break;
+    testo += (testo.empty() ? "" : "; ") + TestoVisuale(rete, propagazione, v);
+  }
+  if (stazioni.empty()) return {};
+  if (stazioni.size() > kNominati) return "lo vedono " + testo + "; e altre";
+  return (stazioni.size() == 1 ? "lo vede solo " : "lo vedono ") + testo;
+}
+
+}  // namespace
+
+std::string NotaPunto(const Rete& rete, int punto, const Determinazione& d) {
+  std::string testo = NomePunto(Nome(rete, punto)) + ": coordinate approssimate da " +
+                      std::string(TestoMetodo(d.Modo)) + Elenco(rete, d.Basi);
+  const std::string scarto = "scarto massimo " + NumeroFisso(d.ScartoMassimo, kDecimali) + " m";
+  if (d.Modo == Metodo::Polare && d.Media > 1)
+    testo += " (media di " + std::to_string(d.Media) + ", " + scarto + ")";
+  else if (d.Modo != Metodo::Polare && d.ScartoMassimo > 0.0)
+    testo += " (" + scarto + ")";
+  if (d.Escluse > 0)
+    testo += d.Escluse == 1
+                 ? "; scartata una determinazione discorde"
+                 : "; scartate " + std::to_string(d.Escluse) + " determinazioni discordi";
+  if (d.Discordi) testo += "; le osservazioni discordano: da controllare";
+  return testo;
+}
+
+std::string MotivoPunto(const Rete& rete, const Visuali& visuali, const Propagazione& propagazione,
+                        int punto) {
+  const auto p = static_cast<std::size_t>(punto);
+  const std::string nome = NomePunto(Nome(rete, punto));
+  if (rete.RuoliIniziali[p].Pla == kFisso)
+    return nome + " fisso senza coordinate: vanno date, non si calcolano";
+  const std::string inizio = nome + " senza coordinate: ";
+  const Ostacolo& ostacolo = propagazione.OstacoloDi(punto);
+  if (ostacolo.Ambigue)
+    return inizio + "le distanze danno due posizioni, " + Coordinate(ostacolo.Ambigue->first) +
+           " e " + Coordinate(ostacolo.Ambigue->second) +
+           ", e nulla dice quale; serve una direzione o una terza distanza";
+  if (ostacolo.CerchioPericoloso)
+    return inizio +
+           "l'intersezione inversa cade vicino al cerchio pericoloso; serve una distanza, "
+           "o la direzione verso un altro punto noto";
+  const std::string chi = DaChi(rete, visuali, propagazione, punto);
+  const std::vector<int> noti = NotiVisti(visuali, propagazione, punto);
+  if (chi.empty() && visuali.Postazioni[p].empty())
+    return inizio + "nessuna osservazione lo tocca; servono coordinate approssimate";
+  std::string testo = inizio + chi;
+  if (!visuali.Postazioni[p].empty()) {
+    if (!chi.empty()) testo += "; ";
+    testo += noti.empty() ? "dalla sua stazione non si vede nessun punto noto"
+                          : "dalla sua stazione si vede di noto solo " + Elenco(rete, noti);
+  }
+  const bool daOrientare = chi.find("non è orientata") != std::string::npos;
+  return testo + (daOrientare ? "; serve una visuale da quella stazione a un punto noto"
+                              : "; serve un'altra direzione o distanza da un punto noto");
+}

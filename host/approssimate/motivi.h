@@ -1,0 +1,14 @@
+#pragma once
+
+// What is said of the points that approximate coordinates were sought for.
+
+#include <string>
+
+#include "host/approssimate/propagazione.h"
+
+// How the point was found: punto "P7": coordinate approssimate da ...
+std::string NotaPunto(const Rete& rete, int punto, const Determinazione& determinazione);
+
+// Why the point was not found and what would help.
+std::string MotivoPunto(const Rete& rete, const Visuali& visuali, const Propagazione& propagazione,
+                        int punto);

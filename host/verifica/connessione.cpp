@@ -1,0 +1,230 @@
+// Connectivity: groups of points by union of the ends of usable sights, and counts of equations.
+//   plan      readings of a set-up less one, and distances with their zenith angle
+//   height    sights with zenith angle, distance, target and instrument height
+// Each group needs a datum of its own: in plan two fixed points, in height one.
+
+#include "host/verifica/connessione.h"
+
+#include <algorithm>
+#include <numeric>
+
+#include "host/approssimate/visuali.h"
+
+namespace {
+
+constexpr std::size_t kNominati = 8;
+
+class Gruppi {
+ public:
+  explicit Gruppi(std::size_t n) : Padre(n) { std::iota(Padre.begin(), Padre.end(), 0); }
+  int Trova(int i) {
+    while (Padre[static_cast<std::size_t>(i)] != i) {
+      int& padre = Padre[static_cast<std::size_t>(i)];
+      padre = Padre[static_cast<std::size_t>(padre)];
+      i = padre;
+    }
+    return i;
+  }
+  void Unisci(int a, int b) {
+    a = Trova(a);
+    b = Trova(b);
+    Padre[static_cast<std::size_t>(std::max(a, b))] = std::min(a, b);
+  }
+
+ private:
+  std::vector<int> Padre;
+};
+
+class Esame {
+ public:
+  explicit Esame(const Rete& rete)
+      : R(rete), Direzioni(rete.Punti.size(), 0), Distanze(rete.Punti.size(), 0) {}
+  Connessione Esegui();
+
+ private:
+  const std::string& Nome(int i) const { return R.Nomi[static_cast<std::size_t>(i)]; }
+  bool Pianta(int i) const {
+    const auto p = static_cast<std::size_t>(i);
+    return R.RuoliIniziali[p].Pla != kNonUsato && Assegnato(R.Punti[p].Est) &&
+           Assegnato(R.Punti[p].Nord);
+  }
+  bool Quota(int i) const {
+    const auto p = static_cast<std::size_t>(i);
+    return R.RuoliIniziali[p].Alt != kNonUsato && Assegnato(R.Punti[p].Quota);
+  }
+  void EsaminaPianta();
+  void EsaminaStazione(std::size_t s, Gruppi& gruppi);
+  void EsaminaQuote();
+  void Raccogli(Gruppi& gruppi, const std::vector<char>& usati, Calcolo quale, Collegamento& c);
+  void Ostacola(Collegamento& c, int fissiPerGruppo, const char* che);
+  void PuntiDeboli();
+  std::string Elenco(const std::vector<int>& punti) const;
+
+  const Rete& R;
+  Connessione C;
+  std::vector<int> Direzioni, Distanze;  // of each point that enter angles and distances
+};
+
+std::string Esame::Elenco(const std::vector<int>& punti) const {
+  std::string testo;
+  for (std::size_t i = 0; i < std::min(punti.size(), kNominati); ++i)
+    testo += (i == 0 ? "" : ", ") + Cita(Nome(punti[i]));
+  if (punti.size() > kNominati) testo += "…";
+  return testo;
+}
+
+void Esame::EsaminaStazione(std::size_t s, Gruppi& gruppi) {
+  const TStaCr& stazione = R.Stazioni[s];
+  if (!Pianta(stazione.Punto)) return;
+  const auto qui = static_cast<std::size_t>(stazione.Punto);
+  std::vector<int> collimati;
+  for (const TOssCr& o : stazione.Osservazioni) {
+    if (!Pianta(o.Punto)) continue;
+    if (Assegnato(o.Direzione)) collimati.push_back(o.Punto);
+    if (!Assegnato(o.Distanza) || !Assegnato(o.Zenit)) continue;
+    ++C.Pla.Equazioni;
+    ++Distanze[qui];
+    ++Distanze[static_cast<std::size_t>(o.Punto)];
+    gruppi.Unisci(stazione.Punto, o.Punto);
+  }
+  if (collimati.size() == 1)
+    C.Trovati.push_back({R.PosizioniStazioni[s],
+                         {.Record = NomeStazione(Nome(stazione.Punto)),
+                          .Problema = "una sola direzione (verso " + Cita(Nome(collimati.front())) +
+                                      "): non forma angoli",
+                          .Suggerimento = "letture dello stesso giro scritte in più stazioni?"}});
+  if (collimati.size() < 2) return;
+  C.Pla.Equazioni += static_cast<int>(collimati.size()) - 1;
+  for (const int p : collimati) {
+    ++Direzioni[static_cast<std::size_t>(p)];
+    ++Direzioni[qui];
+    gruppi.Unisci(stazione.Punto, p);
+  }
+}
+
+void Esame::Raccogli(Gruppi& gruppi, const std::vector<char>& usati, Calcolo quale,
+                     Collegamento& c) {
+  std::vector<std::vector<int>> perRadice(R.Punti.size());
+  for (std::size_t i = 0; i < R.Punti.size(); ++i) {
+    const int ruolo =
+        quale == kCalcoloPlanimetria ? R.RuoliIniziali[i].Pla : R.RuoliIniziali[i].Alt;
+    const int p = static_cast<int>(i);
+    const bool conValore = quale == kCalcoloPlanimetria ? Pianta(p) : Quota(p);
+    if (!conValore || (ruolo == kFisso && usati[i] == 0)) continue;
+    ruolo == kFisso ? ++c.Fissi : ++c.Incogniti;
+    perRadice[static_cast<std::size_t>(gruppi.Trova(p))].push_back(p);
+  }
+  for (std::vector<int>& gruppo : perRadice)
+    if (!gruppo.empty()) c.Gruppi.push_back(std::move(gruppo));
+  std::stable_sort(c.Gruppi.begin(), c.Gruppi.end(),
+                   [](const auto& a, const auto& b) { return a.size() > b.size(); });
+}
+
+void Esame::Ostacola(Collegamento& c, int fissiPerGruppo, const char* che) {
+  const bool pla = fissiPerGruppo > 1;
+  if (c.Fissi < fissiPerGruppo)
+    c.Ostacoli.push_back(std::string(che) + ": punti fissi usati " + std::to_string(c.Fissi) +
+                         ", ne " + (pla ? "servono almeno 2" : "serve almeno 1"));
+  if (c.GradiLiberta() < 0)
+    c.Ostacoli.push_back(std::string(che) + ": " + std::to_string(c.Incognite) +
+                         " incognite, ma solo " + std::to_string(c.Equazioni) + " equazioni");
+  if (c.Fissi < fissiPerGruppo) return;
+  for (const std::vector<int>& gruppo : c.Gruppi) {
+    const auto fissi = std::count_if(gruppo.begin(), gruppo.end(), [&](int p) {
+      const RuoliPunto& ruoli = R.RuoliIniziali[static_cast<std::size_t>(p)];
+      return (pla ? ruoli.Pla : ruoli.Alt) == kFisso;
+    });
+    if (fissi >= fissiPerGruppo || fissi == static_cast<std::ptrdiff_t>(gruppo.size())) continue;
+    const bool solo = gruppo.size() == 1;
+    c.Ostacoli.push_back(std::string(che) + ": " + (solo ? "il punto " : "i punti ") +
+                         Elenco(gruppo) + (solo ? " non è collegato " : " non sono collegati ") +
+                         "ad abbastanza punti fissi (" + std::to_string(fissi) + ")");
+    C.Trovati.push_back(
+        {R.PosizioniPunti[static_cast<std::size_t>(gruppo.front())],
+         {.Record = NomePunto(Nome(gruppo.front())),
+          .Problema = std::string(che) + ": gruppo di " + std::to_string(gruppo.size()) +
+                      (solo ? " punto staccato" : " punti staccati") +
+                      " dal resto della rete: " + Elenco(gruppo)}});
+  }
+}
+
+// An unknown point needs two elements; the adjustment does not start with one that has less than
+// two readings and no distance.
+void Esame::PuntiDeboli() {
+  std::vector<char> toccati(R.Punti.size(), 0);
+  for (const TStaCr& s : R.Stazioni)
+    for (const TOssCr& o : s.Osservazioni) {
+      toccati[static_cast<std::size_t>(s.Punto)] = 1;
+      toccati[static_cast<std::size_t>(o.Punto)] = 1;
+    }
+  for (std::size_t i = 0; i < R.Punti.size(); ++i) {
+    const RuoliPunto& ruoli = R.RuoliIniziali[i];
+    if (ruoli.Pla == kNonUsato && ruoli.Alt == kNonUsato) continue;
+    const std::string punto = NomePunto(R.Nomi[i]);
+    if (toccati[i] == 0) {
+      C.Trovati.push_back({R.PosizioniPunti[i],
+                           {.Record = punto,
+                            .Problema = "nessuna osservazione lo tocca",
+                            .Suggerimento = "nome scritto in un altro modo nelle osservazioni?"}});
+      continue;
+    }
+    const int elementi = Direzioni[i] + Distanze[i];
+    if (!C.Pla.Richiesto || ruoli.Pla != kIncognito || !Pianta(static_cast<int>(i)) || elementi > 1)
+      continue;
+    C.Trovati.push_back(
+        {R.PosizioniPunti[i],
+         {.Record = punto,
+          .Problema = elementi == 0      ? "nessuna misura utile alla planimetria lo determina"
+                      : Distanze[i] == 1 ? "in planimetria lo determina una sola distanza"
+                                         : "in planimetria lo determina una sola direzione"}});
+    C.Pla.Ostacoli.push_back("planimetria: " + punto + " non è determinato");
+  }
+}
+
+void Esame::EsaminaPianta() {
+  Gruppi gruppi(R.Punti.size());
+  for (std::size_t s = 0; s < R.Stazioni.size(); ++s) EsaminaStazione(s, gruppi);
+  std::vector<char> usati(R.Punti.size(), 0);
+  for (std::size_t i = 0; i < usati.size(); ++i) usati[i] = Direzioni[i] + Distanze[i] > 0 ? 1 : 0;
+  Raccogli(gruppi, usati, kCalcoloPlanimetria, C.Pla);
+  C.Pla.Incognite = 2 * C.Pla.Incogniti;
+}
+
+void Esame::EsaminaQuote() {
+  Gruppi gruppi(R.Punti.size());
+  std::vector<char> usati(R.Punti.size(), 0);
+  int strumenti = 0;
+  for (const TStaCr& s : R.Stazioni) {
+    if (!Quota(s.Punto) || !Assegnato(s.AltStrum)) continue;
+    if (s.AltStrumNota == kAltezzaIncognita) ++strumenti;
+    for (const TOssCr& o : s.Osservazioni) {
+      if (!Quota(o.Punto) || !Assegnato(o.Zenit) || !Assegnato(o.Distanza) ||
+          !Assegnato(o.AltSegnale))
+        continue;
+      ++C.Alt.Equazioni;
+      usati[static_cast<std::size_t>(s.Punto)] = usati[static_cast<std::size_t>(o.Punto)] = 1;
+      gruppi.Unisci(s.Punto, o.Punto);
+    }
+  }
+  Raccogli(gruppi, usati, kCalcoloAltimetria, C.Alt);
+  C.Alt.Incognite = C.Alt.Incogniti + strumenti;
+}
+
+Connessione Esame::Esegui() {
+  C.Pla.Richiesto = (R.Opzioni.TipoCalcolo & kCalcoloPlanimetria) != 0;
+  C.Alt.Richiesto = (R.Opzioni.TipoCalcolo & kCalcoloAltimetria) != 0;
+  if (C.Pla.Richiesto) {
+    EsaminaPianta();
+    Ostacola(C.Pla, 2, "planimetria");
+  }
+  if (C.Alt.Richiesto) {
+    EsaminaQuote();
+    Ostacola(C.Alt, 1, "altimetria");
+  }
+  PuntiDeboli();
+  return std::move(C);
+}
+
+}  // namespace
+
+Connessione EsaminaConnessione(const Rete& rete) { return Esame(rete).Esegui(); }

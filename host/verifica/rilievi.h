@@ -1,0 +1,36 @@
+#pragma once
+
+// Findings on a network that was not adjusted: each check looks at one subject and returns what it
+// finds, in no special order.
+
+#include <vector>
+
+#include "host/diagnostica.h"
+#include "host/modello.h"
+
+// Something that looks wrong: Problema says what was seen, Suggerimento what it could be.
+struct Rilievo {
+  Posizione Dove;
+  Guasto Cosa;
+};
+using Rilievi = std::vector<Rilievo>;
+
+// Same target twice in a set-up with different readings; points in the same place; names that look
+// alike.
+Rilievi ControllaRipetizioni(const Rete& rete);
+
+// What closes by itself, without coordinates: distances and height differences measured from both
+// ends, angles of triangles. Controllate, if given, counts what was closed.
+struct ChiusureControllate {
+  int Distanze = 0, Dislivelli = 0, Triangoli = 0;
+  double Ferrero = 0.0;  // standard deviation of an angle from the triangles [gon]
+};
+Rilievi ControllaChiusure(const Rete& rete, ChiusureControllate* controllate = nullptr);
+
+// Readings against the coordinates of their ends, and points whose coordinates fit none of their
+// readings. Between fixed points by the standard deviations of the options; where an end is only
+// approximate by what the approximations of the network are generally worth.
+Rilievi ControllaScarti(const Rete& rete);
+
+// Single values that were hardly read that way: zenith angles, instrument and target heights.
+Rilievi ControllaLetture(const Rete& rete);

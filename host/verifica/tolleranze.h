@@ -1,0 +1,38 @@
+#pragma once
+
+// How much two readings of the same thing may differ.
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+#include "host/approssimate/visuali.h"
+#include "host/modello.h"
+
+// How many sigmas a difference must exceed to be reported: three, or in a large network what the
+// largest of so many good ones would be expected to reach.
+inline double VolteSigma(std::size_t prove) {
+  constexpr double kMinime = 3.0;
+  const auto n = static_cast<double>(std::max<std::size_t>(prove, 1));
+  return std::max(kMinime, std::sqrt(2.0 * std::log(n)));
+}
+
+inline constexpr double kRadiceDue = 1.4142135623730951;
+inline constexpr double kSqmZenitMinimo = 0.001;   // of a zenith angle, refraction apart [gon]
+inline constexpr double kSqmDistMinimo = 0.001;    // where the options give none [m]
+inline constexpr double kRaggioTerra = 6371000.0;  // [m]
+
+// Standard deviation of a distance by the options [m].
+inline double SqmDistanza(const Rete& rete, double distanza) {
+  constexpr double kMetriPerChilometro = 1000.0;
+  const TOpzCr& o = rete.Opzioni;
+  return std::max(kSqmDistMinimo, o.SqmDistCost + o.SqmDistProp * distanza / kMetriPerChilometro);
+}
+
+// Standard deviations of a direction and of a zenith angle [rad].
+inline double SqmDirezione(const Rete& rete) {
+  return std::max(rete.Opzioni.SqmDir, kSqmZenitMinimo / 10.0) * kRadDaGon;
+}
+inline double SqmZenit(const Rete& rete) {
+  return std::max(rete.Opzioni.SqmDir, kSqmZenitMinimo) * kRadDaGon;
+}

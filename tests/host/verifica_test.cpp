@@ -1,0 +1,90 @@
+// The checks of a network that is not adjusted: every planted slip is named where it stands, and
+// good networks are left in peace.
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "host/approssimate/approssimate.h"
+#include "host/lettura_rete.h"
+#include "host/verifica/connessione.h"
+#include "host/verifica/rilievi.h"
+#include "host/verifica/verifica.h"
+
+namespace {
+
+using Mano = void (*)(Rete&);
+
+// The findings on an example after a slip of the hand, one a line.
+std::string Trova(const char* nome, Mano guasta) {
+  Diagnostica lettura, diario;
+  Rete r = *LeggiRete(std::string(CARTELLA_ESEMPI "/") + nome + ".toml", lettura);
+  guasta(r);
+  CalcolaApprossimate(r);
+  for (const Rilievi& rilievi : {ControllaRipetizioni(r), ControllaChiusure(r), ControllaScarti(r),
+                                 ControllaLetture(r), EsaminaConnessione(r).Trovati})
+    for (const Rilievo& x : rilievi) diario.Avviso(x.Dove, x.Cosa);
+  std::string testo;
+  for (const std::string& riga : diario.Righe()) testo += riga + "\n";
+  return testo;
+}
+
+constexpr const char *kLocale = "altezze_strumentali", *kCarta = "gauss_boaga_ovest";
+
+TOssCr& Oss(Rete& r, int i) { return r.Osservazioni[0][i]; }  // of the first set-up
+
+const struct { const char* Nome; Mano Guasta; const char* Testo; } kSviste[] = {
+    {kLocale, [](Rete& r) { Oss(r, 1).Distanza += 100; }, "(errore di 100 m?)"},
+    {kLocale, [](Rete& r) { Oss(r, 1).Direzione += 200; }, "(lettura al cerchio destro non ridot"},
+    {kLocale, [](Rete& r) { Oss(r, 1).Direzione = 116.505; }, "(cifre scambiate, forse 161.5050?)"},
+    {kLocale, [](Rete& r) { Oss(r, 1).Punto = 5; }, "(il punto visto è \"P103\"?)"},
+    {kLocale, [](Rete& r) { Oss(r, 1).Direzione += 0.02; }, "errore di chiusura angolare -0.0206"},
+    {kLocale, [](Rete& r) { std::swap(r.Punti[6].Est, r.Punti[6].Nord); }, "15 (Est e Nord scam"},
+    {kLocale, [](Rete& r) { r.Punti[0].Est += 1000; }, "nome del punto fisso sbagliati?"},
+    {kLocale, [](Rete& r) { r.Punti[1] = r.Punti[0]; }, "ha le coordinate del punto \"P101\""},
+    {kLocale, [](Rete& r) { r.Nomi[1] = "p1O1"; }, "solo per maiuscole o per O e 0"},
+    {kLocale, [](Rete& r) { Oss(r, 1).Zenit = 299.0825; }, "non ridotta? sarebbe 100.9175"},
+    {kLocale, [](Rete& r) { for (int i = 0; i < 6; ++i) Oss(r, i).Zenit = i; }, "6 zenit su 6 vic"},
+    {kLocale, [](Rete& r) { r.Stazioni[0].AltStrum = 166.2; }, "in centimetri? sarebbe 1.662 m"},
+    {kLocale, [](Rete& r) { Oss(r, 1).AltSegnale = kValoreMancante; }, "senza altezza del seg"},
+    {kCarta, [](Rete& r) { Oss(r, 3).AltSegnale += 2; }, "la somma è"},
+    {kCarta, [](Rete& r) { Oss(r, 2).Punto = Oss(r, 1).Punto; }, "stesso punto della riga 52, ma"},
+    {kCarta, [](Rete& r) { Oss(r, 3).Distanza += 1; }, "(errore di 1 m?)"},
+    {"stazione_libera", [](Rete& r) { Oss(r, 2).Direzione += 1; }, "(errore di 1 gon?)"},
+};
+
+TEST(Verifica, OgniSvista) {
+  for (const auto& [nome, guasta, atteso] : kSviste) {
+    const std::string testo = Trova(nome, guasta);
+    EXPECT_NE(testo.find(atteso), std::string::npos) << atteso << "\n" << testo;
+    EXPECT_LE(std::count(testo.begin(), testo.end(), '\n'), 15) << testo;
+  }
+}
+
+TEST(Verifica, RetiBuone) {
+  for (const char* nome : {kLocale, kCarta, "fuori_centro", "ghilani_wolf", "stazione_libera"})
+    EXPECT_EQ(Trova(nome, [](Rete&) {}), "");
+}
+
+// Whether the network can be adjusted, and what is said of it, after a change of an example by sed.
+const struct { const char* Sed; Stato Atteso; const char* Testo; } kVerdetti[] = {
+    {"s/\"N\", est.*/\"N\" },/", kStatoRiuscito, "da stazione libera su \"1\", \"2\", \"3\""},
+    {"s/\"fisso\"/\"incognito\"/", kStatoNonCompensata, "punti fissi usati 0, ne servono almeno 2"},
+    {"/ punto = \"[23]\"/d", kStatoNonCompensata, "punto \"2\": nessuna osservazione lo tocca"},
+    {"s/direzione/direzoine/", kStatoRete, ""}};
+
+TEST(Verifica, Verdetto) {
+  const std::string rete = std::filesystem::temp_directory_path() / std::to_string(getpid());
+  for (const auto& [sed, atteso, testo] : kVerdetti) {
+    std::string comando = std::string("sed '") + sed;
+    comando += "' '" CARTELLA_ESEMPI "/stazione_libera.toml' > '" + rete + "'";
+    ASSERT_EQ(std::system(comando.c_str()), 0);
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(Verifica({rete}), atteso) << sed;
+    EXPECT_NE(testing::internal::GetCapturedStdout().find(testo), std::string::npos) << sed;
+  }
+  std::filesystem::remove(rete);
+}
+
+}  // namespace
