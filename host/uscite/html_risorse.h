@@ -1,0 +1,14 @@
+#pragma once
+
+// Style sheet and script of the page, and the values by which its security policy admits these two
+// and nothing else: the SHA-256 of the text between the tags, base64. When a text changes, its value
+// must: a browser names the right one in its console.
+
+#include <string_view>
+
+extern const std::string_view kStile;
+extern const std::string_view kScript;
+inline constexpr std::string_view kImprontaStile =
+    "5S90ghDot0Jb5GpJfTAwU1nd+ae9FYc61pBhH79K3zs=";
+inline constexpr std::string_view kImprontaScript =
+    "C7QiX8oJpCyrSsGsW8gqO7Jk6eYxjvHsdIvGAZpmjH0=";
