@@ -4,6 +4,7 @@
 
 #include "host/uscite/disegno.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <string>
@@ -54,7 +55,7 @@ class Disegno {
   bool ConVisualiSingole() const { return E.Visuali.size() <= kVisualiSingole; }
   const RisultatoPunto& Punto(int i) const { return R.Punti[static_cast<std::size_t>(i)]; }
   std::string Metri(double valore) const { return NumeroFisso(valore, Q.Decimali); }
-  std::string InPixel(double x, double y) const;
+  std::string InPixel(double x, double y, double ingrandimento = 1.0) const;
   std::string Posto(const VisualeDisegnata& v) const;
 
   void ScriviStrati();
@@ -76,8 +77,11 @@ class Disegno {
 };
 
 // "translate(x y)scale(u)": a group at a place, in pixels of the sheet.
-std::string Disegno::InPixel(double x, double y) const {
-  return "translate(" + Metri(x) + " " + Metri(y) + ")scale(" + NumeroBreve(Q.MetriPerPixel) + ")";
+std::string Disegno::InPixel(double x, double y, double ingrandimento) const {
+  constexpr int kCifre = 5;  // of the scale
+  const double scala = Q.MetriPerPixel * ingrandimento;
+  const int decimali = std::max(kCifre - static_cast<int>(std::floor(std::log10(scala))), 0);
+  return "translate(" + Metri(x) + " " + Metri(y) + ")scale(" + NumeroFisso(scala, decimali) + ")";
 }
 
 std::string Disegno::Posto(const VisualeDisegnata& v) const {
@@ -156,7 +160,8 @@ void Disegno::ScriviVisuali() {
     if (!v.Usata || classe == ClasseW::Regolare) continue;
     const RisultatoPunto &a = Punto(v.Da), &b = Punto(v.A);
     P << "<g class=\"p\" transform=\""
-      << InPixel(Q.X((a.Est + b.Est) / 2.0), Q.Y((a.Nord + b.Nord) / 2.0)) << "\"><use href=\"#"
+      << InPixel(Q.X((a.Est + b.Est) / 2.0), Q.Y((a.Nord + b.Nord) / 2.0), E.Riduzione)
+      << "\"><use href=\"#"
       << (classe == ClasseW::Sospetta ? "w2" : "w1") << "\"/></g>\n";
   }
   P << "</g></g>\n";
@@ -185,7 +190,7 @@ void Disegno::ScriviPunti() {
   P << "<g class=\"punti\">\n";
   for (const PuntoDisegnato& d : E.Punti) {
     const RisultatoPunto& p = Punto(d.Punto);
-    P << "<g class=\"p\" transform=\"" << InPixel(d.X, d.Y) << "\"><title>";
+    P << "<g class=\"p\" transform=\"" << InPixel(d.X, d.Y, E.Riduzione) << "\"><title>";
     P.Testo(p.Nome) << " (" << kParoleSegno[static_cast<std::size_t>(d.Segno)]
                     << (d.Stazione ? ", stazione" : "") << "): Est " << NumeroFisso(p.Est, 4)
                     << ", Nord " << NumeroFisso(p.Nord, 4);
@@ -204,7 +209,7 @@ void Disegno::ScriviEtichette() {
   const auto pixelY = [&](double y) { return (y - Q.Alto) / Q.MetriPerPixel; };
   for (const PuntoDisegnato& d : E.Punti) {
     constexpr std::array kPriorita = {4, 2, 2, 0};
-    const double raggio = d.Stazione ? kRaggioStazione : kRaggioSimbolo;
+    const double raggio = (d.Stazione ? kRaggioStazione : kRaggioSimbolo) * E.Riduzione;
     punti.push_back({pixelX(d.X), pixelY(d.Y), raggio, LarghezzaEtichetta(Punto(d.Punto).Nome),
                      kPriorita[static_cast<std::size_t>(d.Segno)] + (d.Stazione ? 1 : 0)});
   }

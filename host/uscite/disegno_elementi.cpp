@@ -11,7 +11,7 @@ namespace {
 
 // Around the points [pixel]; the scale bar stands in the lower margin.
 constexpr double kMargineLati = 70.0, kMargineAlto = 50.0, kMargineBasso = 70.0;
-constexpr double kAltezzaMinima = 230.0, kAltezzaMassima = 640.0;  // of the points [pixel]
+constexpr double kAltezzaMinima = 230.0, kAltezzaMassima = 740.0;  // of the points [pixel]
 constexpr double kLatoMinimo = 10.0;  // [m], of the drawing of points that all coincide
 
 struct Estensione {
@@ -149,6 +149,12 @@ void RaccogliVisuali(const Risultati& r, ElementiDisegno& elementi) {
   }
 }
 
+// Mean distance between points that fill the drawing evenly [m].
+double Intervallo(const ElementiDisegno& elementi) {
+  const Inquadratura& q = elementi.Quadro;
+  return std::sqrt(q.Larghezza * q.Altezza / static_cast<double>(elementi.Punti.size()));
+}
+
 // So that the median semi-axis is a visible part of the drawing but does not reach the next points.
 double Esagerazione(const Risultati& r, const ElementiDisegno& elementi) {
   constexpr double kParteDisegno = 0.04, kParteIntervallo = 0.3;
@@ -161,8 +167,8 @@ double Esagerazione(const Risultati& r, const ElementiDisegno& elementi) {
   const auto mezzo = assi.begin() + static_cast<std::ptrdiff_t>(assi.size() / 2);
   std::ranges::nth_element(assi, mezzo);
   const double lato = std::min(elementi.Quadro.Larghezza, elementi.Quadro.Altezza);
-  const double intervallo = lato / std::sqrt(static_cast<double>(elementi.Punti.size()));
-  return TondoVicino(std::min(lato * kParteDisegno, intervallo * kParteIntervallo) / *mezzo);
+  return TondoVicino(
+      std::min(lato * kParteDisegno, Intervallo(elementi) * kParteIntervallo) / *mezzo);
 }
 
 constexpr std::array kTondi = {1.0, 2.0, 5.0, 10.0};
@@ -191,6 +197,10 @@ ElementiDisegno PreparaDisegno(const Risultati& r) {
   RaccogliPunti(r, elementi);
   if (elementi.Punti.empty()) return elementi;
   RaccogliVisuali(r, elementi);
+  constexpr double kIntervalloComodo = 50.0, kRiduzioneMassima = 0.4;  // the first in pixels
+  elementi.Riduzione =
+      std::clamp(Intervallo(elementi) / elementi.Quadro.MetriPerPixel / kIntervalloComodo,
+                 kRiduzioneMassima, 1.0);
   elementi.Esagerazione = Esagerazione(r, elementi);
   return elementi;
 }

@@ -42,6 +42,7 @@ struct ElementiDisegno {
   Inquadratura Quadro;
   std::vector<PuntoDisegnato> Punti;
   std::vector<VisualeDisegnata> Visuali;  // between points of the drawing
+  double Riduzione = 1.0;                 // of the symbols, where the points are dense
   int Lontani = 0;                        // unused points that lie far outside, left out
   double Esagerazione = kAssente;         // of the ellipses; kAssente = there is none to draw
 };

@@ -15,7 +15,7 @@
 namespace {
 
 constexpr std::size_t kEquazioniDati = 6000;           // at most, for the data to be embedded
-constexpr std::size_t kRapportoMassimo = 16'000'000;   // bytes of an embedded report
+constexpr std::size_t kRapportoMassimo = 4'000'000;  // bytes of an embedded report
 
 constexpr std::string_view kIndice =
     "<nav aria-label=\"Indice\"><a href=\"#esito\">Esito</a> <a href=\"#rete\">Disegno</a> "

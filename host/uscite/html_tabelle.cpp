@@ -20,7 +20,7 @@ constexpr int kDecimaliMm = 1, kDecimaliCc = 1, kDecimaliW = 2, kDecimaliR = 3;
 constexpr double kMmPerMetro = 1000.0, kCcPerGon = 10000.0;
 constexpr double kRidondanzaNulla = 1e-6;  // below it w and r are only rounding
 constexpr std::size_t kPrime = 10;
-constexpr std::size_t kRigheMassime = 20000;  // of a table of observations
+constexpr std::size_t kRigheMassime = 8000;  // of a table of observations
 using enum Contenuto;
 
 const RisultatoStazione& Stazione(const Risultati& r, const Equazione& e) {
