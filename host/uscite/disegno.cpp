@@ -234,8 +234,8 @@ void Disegno::ScriviEtichette() {
     if (c.Livello > 0) P << " e" << std::to_string(c.Livello);
     P << "\" transform=\"" << InPixel(E.Punti[i].X, E.Punti[i].Y) << "\"><g>";
     if (c.Guida)
-      P << "<path d=\"M0 0L" << NumeroFisso(x, 1) << " "
-        << NumeroFisso((c.Posto.Alto + c.Posto.Basso) / 2.0, 1) << "\"/>";
+      P << "<path d=\"M0 0L" << NumeroFisso(c.GuidaX, 1) << " " << NumeroFisso(c.GuidaY, 1)
+        << "\"/>";
     P << "<text" << verso << " x=\"" << NumeroFisso(x, 1) << "\" y=\""
       << NumeroFisso(c.Posto.Alto + kLineaBase, 1) << "\">";
     P.Testo(Punto(E.Punti[i].Punto).Nome) << "</text></g></g>\n";

@@ -99,6 +99,8 @@ Collocazione Candidata(const PuntoEtichettato& p, const Direzione& verso, double
   const double x = verso.X * distanza, y = verso.Y * distanza;
   Collocazione c;
   c.Guida = guida;
+  c.GuidaX = x;
+  c.GuidaY = y;
   c.Posto.Sinistra = x - p.Larghezza / 2.0;
   c.Verso = Ancora::Mezzo;
   if (verso.X > kQuasiDritto) c.Verso = Ancora::Inizio, c.Posto.Sinistra = x;
@@ -109,6 +111,20 @@ Collocazione Candidata(const PuntoEtichettato& p, const Direzione& verso, double
   if (verso.Y < -kQuasiDritto) c.Posto.Alto = y - kAltezzaEtichetta;
   c.Posto.Basso = c.Posto.Alto + kAltezzaEtichetta;
   return c;
+}
+
+// The line that leads to a name, as small rectangles.
+std::vector<Riquadro> Guida(const PuntoEtichettato& p, const Collocazione& c) {
+  constexpr double kPasso = 6.0, kSpessore = 0.5;
+  std::vector<Riquadro> tratti;
+  if (!c.Guida) return tratti;
+  const double x = c.GuidaX, y = c.GuidaY;
+  const double lunghezza = std::hypot(x, y);
+  for (double d = p.Raggio + kStacco; d < lunghezza - kStacco; d += kPasso) {
+    const double s = d / lunghezza;
+    tratti.push_back({x * s - kSpessore, y * s - kSpessore, x * s + kSpessore, y * s + kSpessore});
+  }
+  return tratti;
 }
 
 struct Foglio {
@@ -130,6 +146,10 @@ std::optional<Collocazione> Cerca(const PuntoEtichettato& p, double scala, const
       const Collocazione c = Candidata(p, verso, distanza, guida);
       const Riquadro posto = Sposta(c.Posto, p.X * scala, p.Y * scala);
       if ((intero && !foglio.Contiene(posto)) || !presi.Libero(posto)) continue;
+      const auto libero = [&](const Riquadro& tratto) {
+        return presi.Libero(Sposta(tratto, p.X * scala, p.Y * scala));
+      };
+      if (guida && !std::ranges::all_of(Guida(p, c), libero)) continue;
       const auto attraversati =
           intero ? std::ranges::count_if(
                        foglio.Segmenti, [&](const Segmento& s) { return Attraversa(s, posto); })
@@ -183,8 +203,12 @@ std::vector<Collocazione> CollocaEtichette(std::span<const PuntoEtichettato> pun
     for (const PuntoEtichettato& p : punti)
       presi.Aggiungi(
           Sposta({-p.Raggio, -p.Raggio, p.Raggio, p.Raggio}, p.X * scala, p.Y * scala));
-    for (const std::size_t i : collocati)
-      presi.Aggiungi(Sposta(esito[i].Posto, punti[i].X * scala, punti[i].Y * scala));
+    const auto prendi = [&](std::size_t i) {
+      const double x = punti[i].X * scala, y = punti[i].Y * scala;
+      presi.Aggiungi(Sposta(esito[i].Posto, x, y));
+      for (const Riquadro& tratto : Guida(punti[i], esito[i])) presi.Aggiungi(Sposta(tratto, x, y));
+    };
+    for (const std::size_t i : collocati) prendi(i);
     for (const std::size_t i : attesa) {
       const auto trovata = Cerca(punti[i], scala, presi, foglio);
       if (!trovata) {
@@ -193,7 +217,7 @@ std::vector<Collocazione> CollocaEtichette(std::span<const PuntoEtichettato> pun
       }
       esito[i] = *trovata;
       esito[i].Livello = livello;
-      presi.Aggiungi(Sposta(trovata->Posto, punti[i].X * scala, punti[i].Y * scala));
+      prendi(i);
       collocati.push_back(i);
     }
     attesa.swap(resto);

@@ -82,12 +82,12 @@ html{font-size:10pt}body{max-width:none;padding:0}
 nav,.filtri,.zoom,.aiuto,.disegno>input,.disegno>label,.disegno .riga{display:none!important}
 .scheda,.icona,tr.sosp td,#disegno *{print-color-adjust:exact;-webkit-print-color-adjust:exact}
 .scheda,figure,.firma,li,.glossario div{break-inside:avoid}h2,h3{break-after:avoid}
-.schede{grid-template-columns:1fr 1fr}.scheda div{grid-template-columns:7rem 1fr}
+.schede{grid-template-columns:1fr 1fr}.scheda div{grid-template-columns:8.5rem 1fr}
 #disegno{max-height:150mm}
 #tabelle{page:larga}.tabella{content-visibility:visible}.scorri{overflow:visible;max-height:none;border:0}
-table{font-size:7.5pt}th,td{padding:.12rem .3rem}thead{display:table-header-group}thead th{position:static}tr{break-inside:avoid}
+table{font-size:7.5pt}th,td{padding:.12rem .3rem}thead{display:table-header-group;break-inside:avoid;break-after:avoid}thead th{position:static}caption,tr{break-inside:avoid}caption{break-after:avoid}
 th button::after{content:none!important}
-#rapporto{page:larga;break-before:page}pre{max-height:none;overflow:visible;border:0;padding:0;font-size:7.5pt}
+#rapporto{break-before:page}pre{max-height:none;overflow:visible;border:0;padding:0;font-size:7pt}
 }
 )css";
 

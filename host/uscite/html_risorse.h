@@ -9,6 +9,6 @@
 extern const std::string_view kStile;
 extern const std::string_view kScript;
 inline constexpr std::string_view kImprontaStile =
-    "5S90ghDot0Jb5GpJfTAwU1nd+ae9FYc61pBhH79K3zs=";
+    "iT5JvpRHzFj8MsimN2X3AbCnlyyGUUpFIl1SHB6Oo08=";
 inline constexpr std::string_view kImprontaScript =
     "C7QiX8oJpCyrSsGsW8gqO7Jk6eYxjvHsdIvGAZpmjH0=";
