@@ -127,10 +127,8 @@ void Disegno::ScriviVisuale(const VisualeDisegnata& v) {
   if (!v.Direzione && !v.Distanza) P << "altra osservazione";
   if (v.Quota) P << ", dislivello";
   if (v.Andata && v.Ritorno) P << ", nei due versi";
-  if (v.Usata)
-    P << "; |w| massimo " << NumeroFisso(v.WMassimo, 2);
-  else
-    P << "; non usata";
+  if (!v.Usata) P << "; non usata";
+  if (Presente(v.WMassimo)) P << "; |w| massimo " << NumeroFisso(v.WMassimo, 2);
   P << "</title></path>\n";
 }
 
@@ -292,8 +290,8 @@ void Disegno::ScriviLegenda() {
 
 void Disegno::ScriviNote() {
   if (E.Lontani > 0)
-    P << "<p>" << std::to_string(E.Lontani)
-      << " punti non usati sono troppo lontani dalla rete e non sono disegnati.</p>\n";
+    P << "<p>Punti non usati troppo lontani dalla rete, che non sono disegnati: "
+      << std::to_string(E.Lontani) << ".</p>\n";
   if (!ConVisualiSingole())
     P << "<p>Le visuali sono " << std::to_string(E.Visuali.size())
       << ": sono disegnate tutte, ma senza la scritta che compare sotto il puntatore.</p>\n";

@@ -109,11 +109,11 @@ VisualeDisegnata Visuale(const Risultati& r, int da, const RisultatoOsservazione
   v.Direzione = Presente(o.Direzione);
   v.Distanza = Presente(o.Distanza);
   v.Quota = o.Dislivello != kNessuno;
-  v.Usata = o.DirezioneRiferimento;
+  v.Usata = o.DirezioneRiferimento || !(r.Planimetria.Compiuta() || r.Altimetria.Compiuta());
   for (const int indice : {o.Angolo, o.EqDistanza, o.Dislivello}) {
     if (indice == kNessuno) continue;
     v.Usata = true;
-    v.WMassimo = std::max(v.WMassimo, r.Equazioni[static_cast<std::size_t>(indice)].W);
+    v.WMassimo = std::fmax(v.WMassimo, r.Equazioni[static_cast<std::size_t>(indice)].W);
   }
   return v;
 }
@@ -145,7 +145,7 @@ void RaccogliVisuali(const Risultati& r, ElementiDisegno& elementi) {
     u.Andata |= v.Andata;
     u.Ritorno |= v.Ritorno;
     u.Usata |= v.Usata;
-    u.WMassimo = std::max(u.WMassimo, v.WMassimo);
+    u.WMassimo = std::fmax(u.WMassimo, v.WMassimo);
   }
 }
 

@@ -34,8 +34,8 @@ struct VisualeDisegnata {
   int Da = kNessuno, A = kNessuno;  // points, Da < A
   bool Direzione = false, Distanza = false, Quota = false;
   bool Andata = false, Ritorno = false;
-  bool Usata = false;      // in some equation
-  double WMassimo = 0.0;   // of its equations
+  bool Usata = false;          // in some equation; true for all if nothing was adjusted
+  double WMassimo = kAssente;  // of its equations
 };
 
 struct ElementiDisegno {

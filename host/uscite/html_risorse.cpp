@@ -10,7 +10,7 @@ const std::string_view kStile = R"css(
 --blu:#56b4e9;--verde:#4fd1a8;--arancio:#f0b840;--rosso:#ff9361;--giallo:#3a2f12;--rosa:#45210f;--cielo:#12303f;--menta:#11332a;--segno:#f0b840}}
 *{box-sizing:border-box}
 html{background:var(--fondo);color:var(--testo);font:16px/1.45 system-ui,"Segoe UI","DejaVu Sans",sans-serif}
-body{max-width:1240px;margin:0 auto;padding:1rem}
+body{max-width:1340px;margin:0 auto;padding:1rem}
 h1{margin:0 0 .6rem;font-size:1.8rem;line-height:1.2;overflow-wrap:anywhere}
 h2{margin:2rem 0 .7rem;padding-bottom:.2rem;border-bottom:2px solid var(--blu);font-size:1.3rem}
 h3{margin:1.4rem 0 .4rem;font-size:1.05rem}
@@ -65,7 +65,7 @@ input[type=search]{font:inherit;color:inherit;background:var(--fondo);border:1px
 .scorri{overflow:auto;max-height:75vh;border:1px solid var(--riga);border-radius:6px}
 table{border-collapse:collapse;width:100%;font-variant-numeric:tabular-nums;font-size:.9rem}
 caption{padding:.5rem .6rem;text-align:left;color:var(--tenue)}
-th,td{padding:.22rem .55rem;text-align:left;border-bottom:1px solid var(--riga)}td{white-space:nowrap}
+th,td{padding:.22rem .5rem;text-align:left;border-bottom:1px solid var(--riga)}td{white-space:nowrap}
 thead th{position:sticky;top:0;background:var(--carta);vertical-align:bottom}
 th button{margin:0;padding:0;border:0;background:none;font-weight:600;text-align:inherit}
 th small{font-weight:400;color:var(--tenue);white-space:nowrap}.n{text-align:right}

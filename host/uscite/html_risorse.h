@@ -9,6 +9,6 @@
 extern const std::string_view kStile;
 extern const std::string_view kScript;
 inline constexpr std::string_view kImprontaStile =
-    "iT5JvpRHzFj8MsimN2X3AbCnlyyGUUpFIl1SHB6Oo08=";
+    "wbti/rsIHdFDjX8pbDTSNoYLAmriSAAMtbsv1/kdzOk=";
 inline constexpr std::string_view kImprontaScript =
     "C7QiX8oJpCyrSsGsW8gqO7Jk6eYxjvHsdIvGAZpmjH0=";

@@ -203,8 +203,9 @@ void ScriviStazioni(Pagina& pagina, const Risultati& r) {
     tabella.Testo(NomePunto(r, s.Punto));
     tabella.Numero(static_cast<double>(s.Osservazioni.size()), 0);
     tabella.Numero(s.Orientamento, kDecimaliGon);
-    tabella.Numero(s.EccDistanza, kDecimaliMetri);
-    tabella.Numero(s.EccDirezione, kDecimaliGon);
+    const bool eccentrica = s.EccDistanza > 0.0;
+    tabella.Numero(eccentrica ? s.EccDistanza : kAssente, kDecimaliMetri);
+    tabella.Numero(eccentrica ? s.EccDirezione : kAssente, kDecimaliGon);
     tabella.Numero(s.AltStrum, kDecimaliMetri);
     tabella.Testo(!Presente(s.AltStrum) ? "non data" : s.AltStrumNota ? "nota" : "incognita");
     tabella.Numero(s.AltStrumCompensata, kDecimaliMetri);

@@ -72,6 +72,11 @@ std::string Dato(double valore, std::string_view unita) {
   return Presente(dato) ? NumeroBreve(dato) + std::string(unita) : "non dato";
 }
 
+// A standard deviation of zero is what a network has that needs none.
+std::string Sqm(double valore, std::string_view unita) {
+  return valore > 0.0 ? Dato(valore, unita) : "non dato";
+}
+
 std::string Calcolo(int tipo) {
   for (const ParolaNota& parola : kParoleCalcolo)
     if (parola.Valore == tipo) return std::string(parola.Testo);
@@ -83,9 +88,11 @@ void ScriviOpzioni(Pagina& p, const Risultati& r) {
   const CCalcDsOr& c = r.CurvaturaRifrazione;
   p << "<dl class=\"dati\">\n";
   Voce(p, "Compensazione richiesta", Calcolo(o.TipoCalcolo));
-  Voce(p, "S.q.m. a priori di un angolo", Dato(o.SqmDir, " gon"));
+  Voce(p, "S.q.m. a priori di un angolo", Sqm(o.SqmDir, " gon"));
   Voce(p, "S.q.m. a priori di una distanza",
-       Dato(o.SqmDistCost, " m + ") + Dato(o.SqmDistProp, " m per km"));
+       o.SqmDistCost > 0.0 || o.SqmDistProp > 0.0
+           ? Dato(o.SqmDistCost, " m + ") + Dato(o.SqmDistProp, " m per km")
+           : "non dato");
   Voce(p, "Iterazioni concesse", std::to_string(o.MaxIter));
   Voce(p, "Riduzioni al piano cartografico", o.Cartografiche != 0 ? "applicate" : "non applicate");
   Voce(p, "Curvatura e rifrazione",
@@ -218,8 +225,8 @@ void ScriviConteggi(Pagina& p, const RisultatoCompensazione& c, const Conteggi& 
                      : Plurale(n.PerTipo[2], "dislivello", "dislivelli"));
   if (c.Contate())
     Voce(p, "Gradi di libertà",
-         std::to_string(c.Ridondanza()) + " (" + std::to_string(c.Equazioni) + " equazioni, " +
-             std::to_string(c.Incognite) + " incognite)");
+         std::to_string(c.Ridondanza()) + " (" + Plurale(c.Equazioni, "equazione", "equazioni") +
+             ", " + Plurale(c.Incognite, "incognita", "incognite") + ")");
   if (!planimetria) {
     if (c.Compiuta()) Voce(p, "Iterazioni", "nessuna: le equazioni sono lineari");
     return;

@@ -1,0 +1,143 @@
+// The page: its numbers against tables, its names against geometry, its behaviour in a browser.
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <regex>
+
+#include "host/calcolo.h"
+#include "host/lettura_rete.h"
+#include "host/numeri.h"
+#include "host/rapporto.h"
+#include "host/statistica.h"
+#include "host/uscite/disegno_etichette.h"
+#include "host/uscite/html.h"
+#include "host/uscite/html_tabelle.h"
+#include "rete_prova.h"
+
+namespace {
+
+// Computed with 40 digits by bisection of the incomplete gamma function (mpmath).
+constexpr double kChiQuadro[][3] = {
+    {0.95, 1, 3.84145882069412596},      {0.025, 3, 0.215795282623897868},
+    {0.975, 3, 9.3484036044961478},      {0.975, 137, 171.294051781888782},
+    {0.025, 1000, 914.257153799258935},  {0.975, 10000, 10279.0701798875902},
+    {0.001, 1, 1.57079714926248988e-6},  {0.999999, 5, 35.8881868796728704}};
+constexpr std::pair<int, double> kFattori[] = {
+    {1, 19.974984355438179}, {3, 4.3708339011957798}, {1000, 2.4514178083622746}};
+
+TEST(Statistica, Quantili) {
+  for (const auto& [p, n, atteso] : kChiQuadro)
+    EXPECT_NEAR(QuantileChiQuadro(p, n), atteso, 1e-10 * atteso) << p << ' ' << n;
+  for (const auto& [n, atteso] : kFattori)
+    EXPECT_NEAR(FattoreEllisse(0.95, n), atteso, 1e-12 * atteso);
+  EXPECT_FALSE(Presente(FattoreEllisse(0.95, 0)) || Presente(QuantileChiQuadro(1, 3)));
+}
+
+TEST(Disegno, Etichette) {
+  for (const auto& [quanti, minimi] : {std::pair(100, 95), std::pair(800, 100)}) {
+    Caso caso(7);
+    std::vector<PuntoEtichettato> punti;
+    for (int i = 0; i < quanti; ++i)
+      punti.push_back({caso.Reale(40, 960), caso.Reale(40, 660), 5, caso.Reale(15, 50), i % 3});
+    const auto posti = CollocaEtichette(punti, {}, 1000, 700);
+    std::vector<std::pair<int, Riquadro>> presi;  // symbols, then names, by their point
+    for (int i = 0; i < quanti; ++i)
+      presi.push_back({i, {punti[i].X - 5, punti[i].Y - 5, punti[i].X + 5, punti[i].Y + 5}});
+    for (int i = 0; i < quanti; ++i) {
+      const auto& [x, y, s] = std::tie(punti[i].X, punti[i].Y, posti[i].Posto);
+      EXPECT_NEAR(s.Destra - s.Sinistra, punti[i].Larghezza, 1e-9);
+      if (posti[i].Livello > 0) continue;
+      const Riquadro nome{x + s.Sinistra, y + s.Alto, x + s.Destra, y + s.Basso};
+      for (const auto& [j, r] : presi)
+        EXPECT_TRUE(nome.Sinistra >= r.Destra || nome.Destra <= r.Sinistra ||
+                    nome.Alto >= r.Basso || nome.Basso <= r.Alto) << i << ' ' << j;
+      presi.push_back({i, nome});
+    }
+    EXPECT_GE(static_cast<int>(presi.size()) - quanti, minimi);
+  }
+}
+
+// A network with suspect observations and two troublesome names, and its page.
+struct PaginaHtml : testing::Test {
+  PaginaHtml() {
+    Diagnostica diagnostica;
+    Rete rete = *LeggiRete(std::filesystem::path(CARTELLA_ESEMPI "/zeman.toml"), diagnostica);
+    Rapporto rapporto;
+    Esiti = Compensa(rete, rapporto);
+    Esiti.Punti[2].Nome = "<b>\"x\" & 'y'</script>";
+    Esiti.Punti[Esiti.Stazioni[3].Punto].Nome = "Città";
+    ScriviHtml({Esiti, "R & S\n", {"<i>"}, {}, "", ""}, [&](auto pezzo) { Pagina += pezzo; });
+  }
+  auto Quante(const std::string& espressione) const {
+    const std::regex cercata(espressione);
+    return std::distance(std::sregex_iterator(Pagina.begin(), Pagina.end(), cercata), {});
+  }
+  Risultati Esiti;
+  std::string Pagina;
+};
+
+TEST_F(PaginaHtml, Testo) {
+  EXPECT_EQ(Quante("<b>|<i>|R & S|(src|href|action)=\"[^#]|url\\(|@import|https?:"), 0);
+  EXPECT_GT(Quante("&lt;b&gt;&quot;x&quot; &amp; &#39;y&#39;&lt;/script&gt;"), 3);
+  EXPECT_EQ(Quante("</script>"), 2);
+  const auto sospette = std::ranges::count_if(Esiti.Equazioni, Sospetta);
+  EXPECT_EQ(Quante("<tr class=\"sosp\">[^\n]*<td>sospetta"), sospette + std::min(sospette, 10L));
+  EXPECT_EQ(Quante("<td>sospetta"), Quante("<tr class=\"sosp\">"));
+}
+
+// Sorts the angles by |w|, then filters them; what is seen goes into the title.
+constexpr const char* kProva = R"(<script nonce="prova">
+const t = document.querySelector('#angoli'), righe = () => [...t.querySelectorAll('tbody tr')];
+const cerca = s => { t.querySelector('input').value = s; t.querySelector('input').dispatchEvent(new Event('input')); };
+const viste = () => righe().filter(r => !r.hidden).length, w = t.querySelectorAll('th')[9];
+w.firstChild.click();
+const valori = righe().map(r => +r.cells[9].textContent);
+cerca(' CITTA ');
+setTimeout(() => {
+  const citta = viste();
+  cerca('');
+  t.querySelector('[type=checkbox]').click();
+  document.querySelector('[data-zoom="0.5"]').click();
+  document.title = [valori.every((x, i) => !i || valori[i - 1] >= x), valori[0].toFixed(2), citta,
+    viste(), w.ariaSort, document.querySelector('svg.z1') !== null].join();
+}, 500);</script></body>)";
+
+TEST_F(PaginaHtml, Navigatore) {
+  if (!std::filesystem::exists(CHROMIUM)) GTEST_SKIP() << "no chromium";
+  const auto luogo = std::filesystem::temp_directory_path() / ("html-" + std::to_string(getpid()));
+  std::filesystem::create_directories(luogo);
+  const auto apri = [&](const std::string& pagina, const std::string& come, const char* uscita) {
+    std::ofstream(luogo / "p.html", std::ios::binary) << pagina;
+    const std::string comando = "cd '" + luogo.string() + "' && timeout 120 '" CHROMIUM
+        "' --headless --no-sandbox --disable-gpu --no-first-run --disable-background-networking "
+        "--disable-component-update --disable-sync --user-data-dir=profilo --enable-logging=stderr "
+        "--virtual-time-budget=3000 " + come + " p.html > uscita 2> errori";
+    EXPECT_EQ(std::system(comando.c_str()), 0);
+    EXPECT_EQ(LeggiFile(luogo / "errori").find("CONSOLE"), std::string::npos);
+    return LeggiFile(luogo / uscita);
+  };
+  std::string prova = Pagina;
+  prova.replace(prova.find("script-src"), 10, "script-src 'nonce-prova'");
+  prova.replace(prova.rfind("</body>"), 7, kProva);
+  double massimo = 0;
+  int citta = 0, sospette = 0;
+  for (const Equazione& e : Esiti.Equazioni) {
+    if (e.Tipo != TipoEquazione::Angolo) continue;
+    const auto& [s, o] = std::tie(Esiti.Stazioni[e.Stazione], Esiti.Stazioni[e.Stazione].Osservazioni);
+    for (const int punto : {s.Punto, o[e.Osservazione].Punto, o[e.Riferimento].Punto})
+      citta += Esiti.Punti[punto].Nome == "Città";
+    sospette += Sospetta(e);
+    massimo = std::max(massimo, e.W);
+  }
+  EXPECT_NE(apri(prova, "--dump-dom", "uscita").find(
+                "<title>true," + NumeroFisso(massimo, 2) + "," + std::to_string(citta) + "," +
+                std::to_string(sospette) + ",descending,true</title>"), std::string::npos);
+  Pagina = apri(Pagina, "--print-to-pdf=p.pdf", "p.pdf");
+  EXPECT_GT(Quante("/Type */Page[^s]"), 5);
+  std::filesystem::remove_all(luogo);
+}
+
+}  // namespace
