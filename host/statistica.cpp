@@ -1,5 +1,5 @@
-// Chi-square quantile: the root of P(n / 2, x / 2) = p, with P the regularised lower incomplete gamma
-// function,
+// Chi-square quantile: the root of P(n / 2, x / 2) = p, with P the regularised lower incomplete
+// gamma function,
 //   P(a, x) = x^a e^-x / Gamma(a + 1) (1 + x / (a + 1) + x^2 / ((a + 1)(a + 2)) + ...)    x < a + 1
 //   P(a, x) = 1 - x^a e^-x / Gamma(a) (1 / (x + 1 - a - 1 (1 - a) / (x + 3 - a - ...)))   otherwise
 // (NIST Digital Library of Mathematical Functions, 8.7.1 and 8.9.2; the fraction by the method of

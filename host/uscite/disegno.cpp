@@ -1,6 +1,7 @@
 // The drawing as SVG. Lengths of the network are metres of the view box; what keeps its size on the
-// screen (symbols, names, scale bar) is drawn in pixels of the sheet inside a group that scales them
-// to metres, and a property of the style sheet, --k, shrinks them while the drawing is enlarged.
+// screen (symbols, names, scale bar) is drawn in pixels of the sheet inside a group that scales
+// them to metres, and a property of the style sheet, --k, shrinks them while the drawing is
+// enlarged.
 
 #include "host/uscite/disegno.h"
 
@@ -42,16 +43,17 @@ std::string Tondo(double valore) {
 class Disegno {
  public:
   Disegno(Pagina& pagina, const Risultati& risultati, const ElementiDisegno& elementi)
-      : P(pagina), R(risultati), E(elementi), Q(elementi.Quadro),
+      : P(pagina),
+        R(risultati),
+        E(elementi),
+        Q(elementi.Quadro),
         Fattore(FattoreEllisse(kProbabilita, risultati.Planimetria.Contate()
                                                  ? risultati.Planimetria.Ridondanza()
                                                  : 0)) {}
   void Scrivi();
 
  private:
-  bool ConEllissi() const {
-    return Presente(E.Esagerazione) && E.Punti.size() <= kPuntiCompleti;
-  }
+  bool ConEllissi() const { return Presente(E.Esagerazione) && E.Punti.size() <= kPuntiCompleti; }
   bool ConVisualiSingole() const { return E.Visuali.size() <= kVisualiSingole; }
   const RisultatoPunto& Punto(int i) const { return R.Punti[static_cast<std::size_t>(i)]; }
   std::string Metri(double valore) const { return NumeroFisso(valore, Q.Decimali); }
@@ -159,8 +161,7 @@ void Disegno::ScriviVisuali() {
     const RisultatoPunto &a = Punto(v.Da), &b = Punto(v.A);
     P << "<g class=\"p\" transform=\""
       << InPixel(Q.X((a.Est + b.Est) / 2.0), Q.Y((a.Nord + b.Nord) / 2.0), E.Riduzione)
-      << "\"><use href=\"#"
-      << (classe == ClasseW::Sospetta ? "w2" : "w1") << "\"/></g>\n";
+      << "\"><use href=\"#" << (classe == ClasseW::Sospetta ? "w2" : "w1") << "\"/></g>\n";
   }
   P << "</g></g>\n";
 }
@@ -175,8 +176,8 @@ void Disegno::ScriviEllissi(std::string_view strato, double fattore, std::string
     P << "<ellipse rx=\"" << Metri(p.EllAsseMin * scala) << "\" ry=\""
       << Metri(p.EllAsseMag * scala) << "\" transform=\"translate(" << Metri(d.X) << " "
       << Metri(d.Y) << ")rotate(" << NumeroFisso(p.EllAzimut * kGradiPerGon, 2) << ")\"><title>";
-    P.Testo(p.Nome) << ", " << nome << ": a = "
-                    << NumeroFisso(p.EllAsseMag * fattore * kMillimetri, 1)
+    P.Testo(p.Nome) << ", " << nome
+                    << ": a = " << NumeroFisso(p.EllAsseMag * fattore * kMillimetri, 1)
                     << " mm, b = " << NumeroFisso(p.EllAsseMin * fattore * kMillimetri, 1)
                     << " mm, azimut di a = " << NumeroFisso(p.EllAzimut, 1)
                     << " gon</title></ellipse>\n";
@@ -215,8 +216,8 @@ void Disegno::ScriviEtichette() {
   segmenti.reserve(E.Visuali.size());
   for (const VisualeDisegnata& v : E.Visuali) {
     const RisultatoPunto &a = Punto(v.Da), &b = Punto(v.A);
-    segmenti.push_back({pixelX(Q.X(a.Est)), pixelY(Q.Y(a.Nord)), pixelX(Q.X(b.Est)),
-                        pixelY(Q.Y(b.Nord))});
+    segmenti.push_back(
+        {pixelX(Q.X(a.Est)), pixelY(Q.Y(a.Nord)), pixelX(Q.X(b.Est)), pixelY(Q.Y(b.Nord))});
   }
   const std::vector<Collocazione> posti =
       CollocaEtichette(punti, segmenti, kFoglio, Q.Altezza / Q.MetriPerPixel);
@@ -297,8 +298,10 @@ void Disegno::ScriviNote() {
       << ": sono disegnate tutte, ma senza la scritta che compare sotto il puntatore.</p>\n";
   if (E.Punti.size() > kPuntiCompleti)
     P << "<p>I punti sono " << std::to_string(E.Punti.size())
-      << ": sono disegnati senza nomi e senza ellissi; gli uni e le altre sono nelle tabelle.</p>\n";
-  P << "<p class=\"aiuto\" hidden>Rotella del mouse o pulsanti + e − per ingrandire: compaiono i nomi "
+      << ": sono disegnati senza nomi e senza ellissi; gli uni e le altre sono nelle "
+         "tabelle.</p>\n";
+  P << "<p class=\"aiuto\" hidden>Rotella del mouse o pulsanti + e − per ingrandire: compaiono i "
+       "nomi "
        "che prima non avevano posto. Trascinare per spostare. Fermarsi su un punto, una visuale o "
        "un'ellisse per leggerne i dati.</p>\n";
 }

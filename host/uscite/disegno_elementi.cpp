@@ -120,7 +120,8 @@ VisualeDisegnata Visuale(const Risultati& r, int da, const RisultatoOsservazione
 
 void RaccogliVisuali(const Risultati& r, ElementiDisegno& elementi) {
   std::vector<bool> disegnato(r.Punti.size());
-  for (const PuntoDisegnato& p : elementi.Punti) disegnato[static_cast<std::size_t>(p.Punto)] = true;
+  for (const PuntoDisegnato& p : elementi.Punti)
+    disegnato[static_cast<std::size_t>(p.Punto)] = true;
   const auto presente = [&](int punto) {
     return punto >= 0 && disegnato[static_cast<std::size_t>(punto)];
   };
@@ -167,8 +168,8 @@ double Esagerazione(const Risultati& r, const ElementiDisegno& elementi) {
   const auto mezzo = assi.begin() + static_cast<std::ptrdiff_t>(assi.size() / 2);
   std::ranges::nth_element(assi, mezzo);
   const double lato = std::min(elementi.Quadro.Larghezza, elementi.Quadro.Altezza);
-  return TondoVicino(
-      std::min(lato * kParteDisegno, Intervallo(elementi) * kParteIntervallo) / *mezzo);
+  return TondoVicino(std::min(lato * kParteDisegno, Intervallo(elementi) * kParteIntervallo) /
+                     *mezzo);
 }
 
 constexpr std::array kTondi = {1.0, 2.0, 5.0, 10.0};

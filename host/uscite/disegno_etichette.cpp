@@ -151,8 +151,8 @@ std::optional<Collocazione> Cerca(const PuntoEtichettato& p, double scala, const
       };
       if (guida && !std::ranges::all_of(Guida(p, c), libero)) continue;
       const auto attraversati =
-          intero ? std::ranges::count_if(
-                       foglio.Segmenti, [&](const Segmento& s) { return Attraversa(s, posto); })
+          intero ? std::ranges::count_if(foglio.Segmenti,
+                                         [&](const Segmento& s) { return Attraversa(s, posto); })
                  : 0;
       if (migliore && attraversati >= minimo) continue;
       migliore = c;
@@ -193,16 +193,14 @@ std::vector<Collocazione> CollocaEtichette(std::span<const PuntoEtichettato> pun
   std::vector<std::size_t> attesa(punti.size()), resto;
   std::iota(attesa.begin(), attesa.end(), std::size_t{0});
   std::erase_if(attesa, [&](std::size_t i) { return punti[i].Larghezza <= 0.0; });
-  std::ranges::stable_sort(attesa, [&](std::size_t a, std::size_t b) {
-    return punti[a].Priorita > punti[b].Priorita;
-  });
+  std::ranges::stable_sort(
+      attesa, [&](std::size_t a, std::size_t b) { return punti[a].Priorita > punti[b].Priorita; });
   std::vector<std::size_t> collocati;
   double scala = 1.0;
   for (int livello = 0; livello < kLivelliEtichette - 1 && !attesa.empty(); ++livello) {
     Griglia presi;
     for (const PuntoEtichettato& p : punti)
-      presi.Aggiungi(
-          Sposta({-p.Raggio, -p.Raggio, p.Raggio, p.Raggio}, p.X * scala, p.Y * scala));
+      presi.Aggiungi(Sposta({-p.Raggio, -p.Raggio, p.Raggio, p.Raggio}, p.X * scala, p.Y * scala));
     const auto prendi = [&](std::size_t i) {
       const double x = punti[i].X * scala, y = punti[i].Y * scala;
       presi.Aggiungi(Sposta(esito[i].Posto, x, y));

@@ -30,8 +30,8 @@ struct Collocazione {
   int Livello = 0;  // shown where the drawing is enlarged at least 2^Livello times; 0 = always
   Riquadro Posto{};
   Ancora Verso = Ancora::Inizio;
-  bool Guida = false;                // so far away that a line leads to the point,
-  double GuidaX = 0.0, GuidaY = 0.0; // from here, relative to the point
+  bool Guida = false;                 // so far away that a line leads to the point,
+  double GuidaX = 0.0, GuidaY = 0.0;  // from here, relative to the point
 };
 
 inline constexpr double kAltezzaEtichetta = 15.0;  // of a name [pixel]

@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr std::size_t kEquazioniDati = 6000;           // at most, for the data to be embedded
+constexpr std::size_t kEquazioniDati = 6000;         // at most, for the data to be embedded
 constexpr std::size_t kRapportoMassimo = 4'000'000;  // bytes of an embedded report
 
 constexpr std::string_view kIndice =
@@ -24,18 +24,23 @@ constexpr std::string_view kIndice =
 
 constexpr std::string_view kGlossario =
     "<section id=\"glossario\">\n<h2>Glossario</h2>\n<dl class=\"glossario\">\n"
-    "<div><dt>Sigma zero</dt><dd>Scarto quadratico medio dell'unità di peso. In planimetria 1 vuol dire "
+    "<div><dt>Sigma zero</dt><dd>Scarto quadratico medio dell'unità di peso. In planimetria 1 vuol "
+    "dire "
     "che le osservazioni sono precise quanto promesso dagli s.q.m. a priori.</dd></div>\n"
     "<div><dt>Test globale</dt><dd>Confronta sigma zero con il suo valore a priori (χ², livello di "
     "significatività 5 %). Se fallisce c'è un errore grossolano, oppure gli s.q.m. a priori non "
     "descrivono le misure.</dd></div>\n"
-    "<div><dt>w, residuo normalizzato</dt><dd>Residuo diviso per il suo s.q.m. a posteriori (Baarda). "
-    "Oltre 3.29 l'osservazione è sospetta; nessun |w| supera la radice della ridondanza.</dd></div>\n"
-    "<div><dt>Ridondanza locale r</dt><dd>Parte di un errore che si vede nel residuo dell'osservazione: "
+    "<div><dt>w, residuo normalizzato</dt><dd>Residuo diviso per il suo s.q.m. a posteriori "
+    "(Baarda). "
+    "Oltre 3.29 l'osservazione è sospetta; nessun |w| supera la radice della "
+    "ridondanza.</dd></div>\n"
+    "<div><dt>Ridondanza locale r</dt><dd>Parte di un errore che si vede nel residuo "
+    "dell'osservazione: "
     "0 non controllata, 1 controllata del tutto. La somma è la ridondanza della rete.</dd></div>\n"
     "<div><dt>Minimo errore rilevabile</dt><dd>Il più piccolo errore grossolano che il test di w "
     "trova, con rischio 0.1 % e potenza 80 %: affidabilità interna.</dd></div>\n"
-    "<div><dt>Ellisse d'errore</dt><dd>Standard: semiassi a un sigma. Di confidenza 95 %: la standard "
+    "<div><dt>Ellisse d'errore</dt><dd>Standard: semiassi a un sigma. Di confidenza 95 %: la "
+    "standard "
     "per √(2 F), F quantile della distribuzione di Fisher con 2 e i gradi di libertà della "
     "rete.</dd></div>\n"
     "<div><dt>Orientamento</dt><dd>Azimut dello zero del cerchio di una stazione.</dd></div>\n"
@@ -72,7 +77,8 @@ void ScriviElenco(Pagina& p, std::string_view titolo, const std::vector<std::str
 void ScriviRapporto(Pagina& p, std::string_view rapporto) {
   p << "<section id=\"rapporto\">\n<h2>Rapporto completo</h2>\n";
   if (rapporto.size() > kRapportoMassimo) {
-    p << "<p>Il rapporto di questa rete è troppo lungo per questa pagina: è nel file di testo.</p>\n";
+    p << "<p>Il rapporto di questa rete è troppo lungo per questa pagina: è nel file di "
+         "testo.</p>\n";
   } else {
     p << "<pre tabindex=\"0\" aria-label=\"Rapporto completo\">";
     constexpr std::size_t kPezzo = std::size_t{1} << 16;

@@ -9,6 +9,6 @@
 extern const std::string_view kStile;
 extern const std::string_view kScript;
 inline constexpr std::string_view kImprontaStile =
-    "wbti/rsIHdFDjX8pbDTSNoYLAmriSAAMtbsv1/kdzOk=";
+    "GzU8eMj/DxfP1lPrspbAsxUhRqnz9cH7IPE/GlXWMQs=";
 inline constexpr std::string_view kImprontaScript =
-    "C7QiX8oJpCyrSsGsW8gqO7Jk6eYxjvHsdIvGAZpmjH0=";
+    "vQSQyaoa4hXZ+EYG09BgL6fhm/Nz3SqiwVZll2PQ8ak=";

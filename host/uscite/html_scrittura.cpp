@@ -45,8 +45,7 @@ Tabella::Tabella(Pagina& pagina, const Testata& t, std::span<const Colonna> colo
   P << "<section class=\"tabella\" id=\"" << t.Chiave << "\">\n<h3>" << t.Titolo
     << "</h3>\n<div class=\"filtri\" hidden><label>Filtra la tabella: <input type=\"search\" "
        "autocomplete=\"off\"></label>";
-  if (t.Osservazioni)
-    P << "<label><input type=\"checkbox\"> solo osservazioni sospette</label>";
+  if (t.Osservazioni) P << "<label><input type=\"checkbox\"> solo osservazioni sospette</label>";
   P << "<span role=\"status\"></span></div>\n<div class=\"scorri\" tabindex=\"0\" role=\"region\" "
        "aria-label=\""
     << t.Titolo << "\"><table>\n<caption>" << t.Didascalia << "</caption>\n<thead><tr>";

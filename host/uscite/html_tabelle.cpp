@@ -72,10 +72,14 @@ void ScriviPrime(Pagina& pagina, const Risultati& r) {
   const auto fine = prime.begin() + static_cast<std::ptrdiff_t>(std::min(kPrime, prime.size()));
   std::ranges::partial_sort(prime, fine,
                             [](const Equazione* a, const Equazione* b) { return a->W > b->W; });
-  constexpr std::array kColonne = {
-      Colonna{"Osservazione"}, Colonna{"Da"}, Colonna{"Riferimento"}, Colonna{"A"},
-      Colonna{"Residuo"},      Colonna{"r", {}, Numero}, Colonna{"|w|", {}, NumeroAssoluto},
-      Colonna{"Giudizio"}};
+  constexpr std::array kColonne = {Colonna{"Osservazione"},
+                                   Colonna{"Da"},
+                                   Colonna{"Riferimento"},
+                                   Colonna{"A"},
+                                   Colonna{"Residuo"},
+                                   Colonna{"r", {}, Numero},
+                                   Colonna{"|w|", {}, NumeroAssoluto},
+                                   Colonna{"Giudizio"}};
   Tabella tabella(
       pagina,
       {"prime", "Le osservazioni con |w| più grande",
@@ -105,9 +109,12 @@ void ScriviPrime(Pagina& pagina, const Risultati& r) {
 template <class Quali>
 void ScriviPunti(Pagina& pagina, const Risultati& r, const Tabella::Testata& testata, Quali quali) {
   if (std::ranges::none_of(r.Punti, quali)) return;
-  constexpr std::array kColonne = {
-      Colonna{"Punto"},           Colonna{"Est", "m", Numero}, Colonna{"Nord", "m", Numero},
-      Colonna{"Quota", "m", Numero}, Colonna{"Planimetria"},   Colonna{"Altimetria"}};
+  constexpr std::array kColonne = {Colonna{"Punto"},
+                                   Colonna{"Est", "m", Numero},
+                                   Colonna{"Nord", "m", Numero},
+                                   Colonna{"Quota", "m", Numero},
+                                   Colonna{"Planimetria"},
+                                   Colonna{"Altimetria"}};
   Tabella tabella(pagina, testata, kColonne);
   for (const RisultatoPunto& p : r.Punti) {
     if (!quali(p)) continue;
@@ -234,55 +241,53 @@ std::vector<const Equazione*> Scegli(const Risultati& r, TipoEquazione tipo, std
 struct Genere {
   TipoEquazione Tipo;
   std::string_view Chiave, Titolo, Spiegazione;
-  int Decimali;     // of the values
+  int Decimali;          // of the values
   double Ingrandimento;  // of residual and standard deviations: from gon to cc, from m to mm
   std::span<const Colonna> Colonne;
 };
 
-constexpr std::array kColonneAngoli = {
-    Colonna{"Da"},
-    Colonna{"Riferimento"},
-    Colonna{"A"},
-    Colonna{"Lettura", "gon", Numero},
-    Colonna{"Angolo usato", "gon", Numero},
-    Colonna{"Compensato", "gon", Numero},
-    Colonna{"Residuo", "cc", NumeroAssoluto},
-    Colonna{"s.q.m.", "cc", Numero},
-    Colonna{"r", {}, Numero},
-    Colonna{"|w|", {}, NumeroAssoluto},
-    Colonna{"Min. errore rilevabile", "cc", Numero},
-    Colonna{"Giudizio"}};
-constexpr std::array kColonneDistanze = {
-    Colonna{"Da"},
-    Colonna{"A"},
-    Colonna{"Tipo"},
-    Colonna{"Misurata", "m", Numero},
-    Colonna{"Usata", "m", Numero},
-    Colonna{"Compensata", "m", Numero},
-    Colonna{"Residuo", "mm", NumeroAssoluto},
-    Colonna{"s.q.m.", "mm", Numero},
-    Colonna{"r", {}, Numero},
-    Colonna{"|w|", {}, NumeroAssoluto},
-    Colonna{"Min. errore rilevabile", "mm", Numero},
-    Colonna{"Giudizio"}};
-constexpr std::array kColonneDislivelli = {
-    Colonna{"Da"},
-    Colonna{"A"},
-    Colonna{"Zenit", "gon", Numero},
-    Colonna{"Segnale", "m", Numero},
-    Colonna{"Dislivello usato", "m", Numero},
-    Colonna{"Compensato", "m", Numero},
-    Colonna{"Residuo", "mm", NumeroAssoluto},
-    Colonna{"s.q.m.", "mm", Numero},
-    Colonna{"r", {}, Numero},
-    Colonna{"|w|", {}, NumeroAssoluto},
-    Colonna{"Giudizio"}};
+constexpr std::array kColonneAngoli = {Colonna{"Da"},
+                                       Colonna{"Riferimento"},
+                                       Colonna{"A"},
+                                       Colonna{"Lettura", "gon", Numero},
+                                       Colonna{"Angolo usato", "gon", Numero},
+                                       Colonna{"Compensato", "gon", Numero},
+                                       Colonna{"Residuo", "cc", NumeroAssoluto},
+                                       Colonna{"s.q.m.", "cc", Numero},
+                                       Colonna{"r", {}, Numero},
+                                       Colonna{"|w|", {}, NumeroAssoluto},
+                                       Colonna{"Min. errore rilevabile", "cc", Numero},
+                                       Colonna{"Giudizio"}};
+constexpr std::array kColonneDistanze = {Colonna{"Da"},
+                                         Colonna{"A"},
+                                         Colonna{"Tipo"},
+                                         Colonna{"Misurata", "m", Numero},
+                                         Colonna{"Usata", "m", Numero},
+                                         Colonna{"Compensata", "m", Numero},
+                                         Colonna{"Residuo", "mm", NumeroAssoluto},
+                                         Colonna{"s.q.m.", "mm", Numero},
+                                         Colonna{"r", {}, Numero},
+                                         Colonna{"|w|", {}, NumeroAssoluto},
+                                         Colonna{"Min. errore rilevabile", "mm", Numero},
+                                         Colonna{"Giudizio"}};
+constexpr std::array kColonneDislivelli = {Colonna{"Da"},
+                                           Colonna{"A"},
+                                           Colonna{"Zenit", "gon", Numero},
+                                           Colonna{"Segnale", "m", Numero},
+                                           Colonna{"Dislivello usato", "m", Numero},
+                                           Colonna{"Compensato", "m", Numero},
+                                           Colonna{"Residuo", "mm", NumeroAssoluto},
+                                           Colonna{"s.q.m.", "mm", Numero},
+                                           Colonna{"r", {}, Numero},
+                                           Colonna{"|w|", {}, NumeroAssoluto},
+                                           Colonna{"Giudizio"}};
 
 constexpr std::array kGeneri = {
-    Genere{TipoEquazione::Angolo, "angoli", "Osservazioni: angoli",
-           "Angolo dalla visuale di riferimento della stazione alla visuale, in senso orario; usato: "
-           "ridotto in centro e al piano dove serve. ",
-           kDecimaliGon, kCcPerGon, kColonneAngoli},
+    Genere{
+        TipoEquazione::Angolo, "angoli", "Osservazioni: angoli",
+        "Angolo dalla visuale di riferimento della stazione alla visuale, in senso orario; usato: "
+        "ridotto in centro e al piano dove serve. ",
+        kDecimaliGon, kCcPerGon, kColonneAngoli},
     Genere{TipoEquazione::Distanza, "distanze", "Osservazioni: distanze",
            "Misurata: come nel file; usata: ridotta all'orizzonte, in centro e al piano dove "
            "serve. ",
@@ -331,12 +336,14 @@ void ScriviOsservazioni(Pagina& pagina, const Risultati& r, const Genere& g) {
   if (scelte.empty()) return;
   std::string didascalia(g.Spiegazione);
   didascalia +=
-      "Residuo = osservata (usata) − compensata. S.q.m. a posteriori. r: ridondanza locale, da 0 a 1; "
+      "Residuo = osservata (usata) − compensata. S.q.m. a posteriori. r: ridondanza locale, da 0 a "
+      "1; "
       "sotto 0.1 l'osservazione è non controllata. |w|: residuo normalizzato con sigma zero a "
       "posteriori; oltre 3.29 (rischio 0.1 %, due code) è sospetta.";
   if (g.Tipo != TipoEquazione::Dislivello)
-    didascalia += " Minimo errore rilevabile: s.q.m. a priori · 4.13 / √r (rischio 0.1 %, potenza "
-                  "80 %).";
+    didascalia +=
+        " Minimo errore rilevabile: s.q.m. a priori · 4.13 / √r (rischio 0.1 %, potenza "
+        "80 %).";
   if (scelte.size() < quante)
     didascalia += " <strong>La tabella mostra le " + std::to_string(scelte.size()) +
                   " osservazioni con |w| più grande, su " + std::to_string(quante) + ".</strong>";

@@ -8,7 +8,7 @@
 // Below this redundancy number an observation counts as not controlled by the others.
 inline constexpr double kRidondanzaControllo = 0.1;
 
-bool Sospetta(const Equazione& equazione);        // |w| above kWSospetta
+bool Sospetta(const Equazione& equazione);  // |w| above kWSospetta
 bool NonControllata(const Equazione& equazione);
 
 // The smallest gross error that the test of w would find with a risk of 0.1 % and a power of 80 %,

@@ -103,10 +103,13 @@ void ScriviOpzioni(Pagina& p, const Risultati& r) {
 }
 
 constexpr std::string_view kConvenzioni =
-    "<ul>\n<li>Coordinate nell'ordine Est, Nord, Quota, in metri; angoli in gon (400 sul giro, 1 cc = "
+    "<ul>\n<li>Coordinate nell'ordine Est, Nord, Quota, in metri; angoli in gon (400 sul giro, 1 "
+    "cc = "
     "0.0001 gon).</li>\n<li>Azimut e orientamenti dal Nord di rete, in senso orario.</li>\n"
-    "<li>Residuo = osservata − compensata.</li>\n<li>Scarti quadratici medi (s.q.m.) ed ellissi sono "
-    "a posteriori: comprendono sigma zero. A un sigma se non è detto altro: 68 % per una coordinata, "
+    "<li>Residuo = osservata − compensata.</li>\n<li>Scarti quadratici medi (s.q.m.) ed ellissi "
+    "sono "
+    "a posteriori: comprendono sigma zero. A un sigma se non è detto altro: 68 % per una "
+    "coordinata, "
     "circa 39 % per un'ellisse. A priori sono i soli s.q.m. delle opzioni, e con essi il minimo "
     "errore rilevabile.</li>\n<li>Quote nel riferimento dei punti fissi in altimetria. Nessuna "
     "trasformazione fra sistemi di riferimento.</li>\n<li>Un valore che non c'è si vede come -."
@@ -133,8 +136,8 @@ TestGlobale Prova(const Risultati& r) {
   constexpr double kCodaInferiore = 0.025, kCodaSuperiore = 0.975;
   const RisultatoCompensazione& c = r.Planimetria;
   TestGlobale t;
-  const bool pesi = std::ranges::any_of(
-      r.Equazioni, [](const Equazione& e) { return Presente(e.SqmPriori); });
+  const bool pesi =
+      std::ranges::any_of(r.Equazioni, [](const Equazione& e) { return Presente(e.SqmPriori); });
   if (!c.Compiuta() || !Presente(c.SigmaZero) || c.Ridondanza() <= 0 || !pesi) return t;
   t.Possibile = true;
   const double gradi = c.Ridondanza();
@@ -165,22 +168,25 @@ Conteggi Conta(const Risultati& r, bool planimetria) {
 
 std::string TestoProva(const Risultati& r, const TestGlobale& t, bool planimetria) {
   if (!planimetria)
-    return "non si può fare: in altimetria i pesi sono solo relativi e sigma zero non ha un valore a "
+    return "non si può fare: in altimetria i pesi sono solo relativi e sigma zero non ha un valore "
+           "a "
            "priori";
   if (r.Planimetria.Ridondanza() <= 0) return "non si può fare: nessuna ridondanza";
   if (!t.Possibile)
     return "non si può fare: senza distanze gli angoli hanno tutti peso 1 e sigma zero non ha un "
            "valore a priori";
   constexpr int kDecimali = 3;
-  const std::string limiti = " (sigma zero " + NumeroFisso(r.Planimetria.SigmaZeroRapporto, kDecimali) +
-                             ", limiti " + NumeroFisso(t.Minimo, kDecimali) + " e " +
+  const std::string limiti = " (sigma zero " +
+                             NumeroFisso(r.Planimetria.SigmaZeroRapporto, kDecimali) + ", limiti " +
+                             NumeroFisso(t.Minimo, kDecimali) + " e " +
                              NumeroFisso(t.Massimo, kDecimali) + ", valore a priori 1)";
   if (t.Superato) return "superato" + limiti + ": le osservazioni sono precise quanto promesso";
   if (r.Planimetria.SigmaZeroRapporto >= t.Massimo)
     return "non superato" + limiti +
            ": sigma zero troppo grande; errori grossolani, o s.q.m. a priori troppo piccoli";
   return "non superato" + limiti +
-         ": sigma zero troppo piccolo; s.q.m. a priori troppo grandi, o osservazioni non indipendenti";
+         ": sigma zero troppo piccolo; s.q.m. a priori troppo grandi, o osservazioni non "
+         "indipendenti";
 }
 
 std::string TestoSigma(const RisultatoCompensazione& c, bool planimetria, bool pesi) {
@@ -208,16 +214,15 @@ void ScriviW(Pagina& p, const Risultati& r, const RisultatoCompensazione& c, con
   if (c.Ridondanza() > 0 && std::sqrt(c.Ridondanza()) < kWSospetta)
     Voce(p, "Attenzione",
          "con " + Plurale(c.Ridondanza(), "grado", "gradi") +
-             " di libertà nessun |w| può superare " +
-             NumeroFisso(std::sqrt(c.Ridondanza()), 2) +
+             " di libertà nessun |w| può superare " + NumeroFisso(std::sqrt(c.Ridondanza()), 2) +
              ": la soglia 3.29 non può segnalare errori grossolani");
 }
 
 void ScriviConteggi(Pagina& p, const RisultatoCompensazione& c, const Conteggi& n,
                     bool planimetria) {
-  Voce(p, "Punti", Plurale(c.Fissi, "fisso", "fissi") + ", " +
-                       Plurale(c.Incogniti, "incognito", "incogniti") + ", " +
-                       Plurale(c.NonUsati, "non usato", "non usati"));
+  Voce(p, "Punti",
+       Plurale(c.Fissi, "fisso", "fissi") + ", " + Plurale(c.Incogniti, "incognito", "incogniti") +
+           ", " + Plurale(c.NonUsati, "non usato", "non usati"));
   if (c.Compiuta())
     Voce(p, "Osservazioni",
          planimetria ? Plurale(n.PerTipo[0], "angolo", "angoli") + ", " +
@@ -243,8 +248,8 @@ Stato StatoDi(const RisultatoCompensazione& c, const TestGlobale& t, const Conte
               bool planimetria) {
   if (c.Fine == Esito::NonRichiesta) return Stato::Nessuno;
   if (!c.Compiuta() || c.Fine == Esito::NonConvergente) return Stato::Male;
-  const bool bene = n.Sospette == 0 && c.Ridondanza() > 0 &&
-                    (!planimetria || !t.Possibile || t.Superato);
+  const bool bene =
+      n.Sospette == 0 && c.Ridondanza() > 0 && (!planimetria || !t.Possibile || t.Superato);
   return bene ? Stato::Bene : Stato::Attenzione;
 }
 
