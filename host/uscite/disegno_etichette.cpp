@@ -120,8 +120,10 @@ std::vector<Riquadro> Guida(const PuntoEtichettato& p, const Collocazione& c) {
   if (!c.Guida) return tratti;
   const double x = c.GuidaX, y = c.GuidaY;
   const double lunghezza = std::hypot(x, y);
-  for (double d = p.Raggio + kStacco; d < lunghezza - kStacco; d += kPasso) {
-    const double s = d / lunghezza;
+  const double inizio = p.Raggio + kStacco;
+  const int passi = static_cast<int>((lunghezza - kStacco - inizio) / kPasso);
+  for (int i = 0; i <= passi; ++i) {
+    const double s = (inizio + i * kPasso) / lunghezza;
     tratti.push_back({x * s - kSpessore, y * s - kSpessore, x * s + kSpessore, y * s + kSpessore});
   }
   return tratti;

@@ -165,7 +165,7 @@ for (const tabella of document.querySelectorAll('.tabella')) {
     titolo.setAttribute('aria-sort', verso);
     const segno = verso === 'ascending' ? 1 : -1, numero = titolo.className === 'n';
     const chiave = riga => {
-      const cella = riga.cells[colonna], t = cella.dataset.v ?? cella.textContent;
+      const t = riga.cells[colonna].textContent;
       return !numero ? t : assoluto ? Math.abs(parseFloat(t)) : parseFloat(t);
     };
     const righe = [...corpo.rows].map(riga => [chiave(riga), riga]);

@@ -11,4 +11,4 @@ extern const std::string_view kScript;
 inline constexpr std::string_view kImprontaStile =
     "GzU8eMj/DxfP1lPrspbAsxUhRqnz9cH7IPE/GlXWMQs=";
 inline constexpr std::string_view kImprontaScript =
-    "vQSQyaoa4hXZ+EYG09BgL6fhm/Nz3SqiwVZll2PQ8ak=";
+    "kH82peqsH3HqHb4mBudM/c/NVml3GlwVl3Jyjd7YNDY=";
