@@ -28,7 +28,8 @@ dl{margin:0}dt{color:var(--tenue)}dd{margin:0;overflow-wrap:anywhere}
 .dati div,.scheda div{display:grid;grid-template-columns:minmax(8rem,15rem) 1fr;gap:0 1rem;
 padding:.12rem 0}
 .glossario dt{color:inherit;font-weight:600}.glossario div{margin-bottom:.4rem}
-.schede{display:grid;grid-template-columns:repeat(auto-fit,minmax(min(100%,26rem),1fr));gap:1rem}
+.schede{display:grid;align-items:start;
+grid-template-columns:repeat(auto-fit,minmax(min(100%,26rem),1fr));gap:1rem}
 .scheda{padding:.8rem 1rem;border:1px solid var(--riga);border-left:8px solid var(--tenue);
 border-radius:6px;background:var(--carta)}
 .scheda h3{margin:0 0 .5rem}.scheda div{grid-template-columns:minmax(7rem,11rem) 1fr}

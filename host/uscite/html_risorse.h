@@ -9,6 +9,6 @@
 extern const std::string_view kStile;
 extern const std::string_view kScript;
 inline constexpr std::string_view kImprontaStile =
-    "GzU8eMj/DxfP1lPrspbAsxUhRqnz9cH7IPE/GlXWMQs=";
+    "/iA88QHjhbZWK3TTV2W94agJJs/6tcExDhgUssrB2e8=";
 inline constexpr std::string_view kImprontaScript =
     "kH82peqsH3HqHb4mBudM/c/NVml3GlwVl3Jyjd7YNDY=";
