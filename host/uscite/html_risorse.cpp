@@ -6,12 +6,11 @@
 const std::string_view kStile = R"css(
 :root{--fondo:#fff;--carta:#f6f7f8;--testo:#1b1f23;--tenue:#555d66;--riga:#c9ced4;--blu:#0072b2;
 --verde:#00664a;
---arancio:#8a5a00;--rosso:#b03a00;--giallo:#fdf1d8;--rosa:#fde6da;--cielo:#e3f1fa;--menta:#e0f3ec;
---segno:#e69f00;--k:1}
+--arancio:#8a5a00;--rosso:#b03a00;--rosa:#fde6da;--segno:#e69f00;--k:1}
 @media (prefers-color-scheme:dark){:root{--fondo:#14181c;--carta:#1d2329;--testo:#e6e9ec;
 --tenue:#a9b3bd;--riga:#434c56;
---blu:#56b4e9;--verde:#4fd1a8;--arancio:#f0b840;--rosso:#ff9361;--giallo:#3a2f12;--rosa:#45210f;
---cielo:#12303f;--menta:#11332a;--segno:#f0b840}}
+--blu:#56b4e9;--verde:#4fd1a8;--arancio:#f0b840;--rosso:#ff9361;--rosa:#45210f;
+--segno:#f0b840}}
 *{box-sizing:border-box}
 html{background:var(--fondo);color:var(--testo);
 font:16px/1.45 system-ui,"Segoe UI","DejaVu Sans",sans-serif}

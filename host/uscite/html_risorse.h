@@ -9,6 +9,6 @@
 extern const std::string_view kStile;
 extern const std::string_view kScript;
 inline constexpr std::string_view kImprontaStile =
-    "/iA88QHjhbZWK3TTV2W94agJJs/6tcExDhgUssrB2e8=";
+    "IxJKmVr5SDntu7iIDj6k6D4uWtUVN1zRy/Cdj+8ldNs=";
 inline constexpr std::string_view kImprontaScript =
     "kH82peqsH3HqHb4mBudM/c/NVml3GlwVl3Jyjd7YNDY=";
