@@ -28,6 +28,8 @@ std::string PuntiIndeterminati(const Risultati& r, const std::vector<int>& punti
   return testo;
 }
 
+}  // namespace
+
 std::string TestoEsito(const Risultati& r, const RisultatoCompensazione& c) {
   switch (c.Fine) {
     case Esito::NonRichiesta: return "non richiesta";
@@ -46,6 +48,26 @@ std::string TestoEsito(const Risultati& r, const RisultatoCompensazione& c) {
   }
   return {};
 }
+
+std::string TestoEquazione(const Risultati& r, const Equazione& e) {
+  const RisultatoStazione& s = r.Stazioni[static_cast<std::size_t>(e.Stazione)];
+  const auto collimato = [&](int osservazione) {
+    return Cita(Nome(r, s.Osservazioni[static_cast<std::size_t>(osservazione)].Punto));
+  };
+  const std::string stazione = Cita(Nome(r, s.Punto));
+  switch (e.Tipo) {
+    case TipoEquazione::Angolo:
+      return "angolo in " + stazione + " da " + collimato(e.Riferimento) + " a " +
+             collimato(e.Osservazione);
+    case TipoEquazione::Distanza:
+      return "distanza da " + stazione + " a " + collimato(e.Osservazione);
+    case TipoEquazione::Dislivello:
+      return "dislivello da " + stazione + " a " + collimato(e.Osservazione);
+  }
+  return {};
+}
+
+namespace {
 
 std::string TestoSigmaZero(const Risultati& r, const RisultatoCompensazione& c) {
   if (!c.Compiuta()) return "-";
@@ -72,24 +94,6 @@ std::string TestoIterazioni(const Risultati& r, const RisultatoCompensazione& c)
     testo +=
         ", ultima correzione massima " + NumeroFisso(ultima.CorrezioneMassima, kDecimali) + " m";
   return testo;
-}
-
-std::string TestoEquazione(const Risultati& r, const Equazione& e) {
-  const RisultatoStazione& s = r.Stazioni[static_cast<std::size_t>(e.Stazione)];
-  const auto collimato = [&](int osservazione) {
-    return Cita(Nome(r, s.Osservazioni[static_cast<std::size_t>(osservazione)].Punto));
-  };
-  const std::string stazione = Cita(Nome(r, s.Punto));
-  switch (e.Tipo) {
-    case TipoEquazione::Angolo:
-      return "angolo in " + stazione + " da " + collimato(e.Riferimento) + " a " +
-             collimato(e.Osservazione);
-    case TipoEquazione::Distanza:
-      return "distanza da " + stazione + " a " + collimato(e.Osservazione);
-    case TipoEquazione::Dislivello:
-      return "dislivello da " + stazione + " a " + collimato(e.Osservazione);
-  }
-  return {};
 }
 
 std::string TestoWMassimo(const Risultati& r, const RisultatoCompensazione& c) {

@@ -15,6 +15,12 @@
 // UTF-8.
 std::array<std::string, 5> RigheSommario(const Risultati& risultati);
 
+// How an adjustment ended, in words.
+std::string TestoEsito(const Risultati& risultati, const RisultatoCompensazione& compensazione);
+
+// "angolo in "A" da "B" a "C"": what an equation observes, and between which points.
+std::string TestoEquazione(const Risultati& risultati, const Equazione& equazione);
+
 // One line on a terminal that each iteration overwrites.
 class RigaAvanzamento {
  public:

@@ -1,10 +1,14 @@
 #pragma once
 
-// Quantiles that the outputs need beside what the module computes.
+// Quantiles of the distributions that an adjustment is judged by.
 
-// Factor from the semi-axes of the standard ellipse of a point to those of the confidence ellipse
-// that holds the point with this probability (between 0 and 1), when sigma zero is estimated with
-// this redundancy: sqrt(2 F), F the quantile of Fisher's distribution with 2 and `ridondanza`
-// degrees of freedom (Koch, Parameter Estimation and Hypothesis Testing in Linear Models). NaN
-// without redundancy.
+// The value that a chi-square variable with that many degrees of freedom (> 0) stays below with the
+// given probability (0 to 1, both excluded); kAssente outside of these limits. To 1e-10 of its value
+// up to 10 000 degrees of freedom.
+double QuantileChiQuadro(double probabilita, double gradi);
+
+// The factor by which the semi-axes of a standard ellipse that contains sigma zero a posteriori are
+// multiplied so that the ellipse covers the point with the given probability: sqrt(2 F), F the
+// quantile of the F distribution with 2 and `ridondanza` degrees of freedom (K.-R. Koch, Parameter
+// Estimation and Hypothesis Testing in Linear Models, 1999, 4.3). kAssente without redundancy.
 double FattoreEllisse(double probabilita, int ridondanza);

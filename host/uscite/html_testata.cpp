@@ -1,0 +1,314 @@
+// Head of the page and the box of the outcome. The global test of an adjustment in plan: with the
+// weights of the a-priori standard deviations v'Pv = r s0^2 follows chi-square with r degrees of
+// freedom, r the redundancy and s0 sigma zero in units of its a-priori value; it passes while
+//   q(0.025; r) < r s0^2 < q(0.975; r).
+
+#include "host/uscite/html_testata.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <string>
+
+#include "host/campi.h"
+#include "host/numeri.h"
+#include "host/sommario.h"
+#include "host/statistica.h"
+#include "host/uscite/disegno.h"
+#include "host/uscite/html_tabelle.h"
+#include "host/versione.h"
+
+namespace {
+
+struct SistemaNoto {
+  int Epsg;
+  std::string_view Nome;
+};
+// The systems of Italian control networks (EPSG Geodetic Parameter Dataset).
+constexpr std::array<SistemaNoto, 16> kSistemi{{{3003, "Monte Mario, Gauss-Boaga fuso Ovest"},
+                                                {3004, "Monte Mario, Gauss-Boaga fuso Est"},
+                                                {3064, "IGM95, UTM fuso 32"},
+                                                {3065, "IGM95, UTM fuso 33"},
+                                                {6707, "RDN2008, UTM fuso 32 (assi Nord, Est)"},
+                                                {6708, "RDN2008, UTM fuso 33 (assi Nord, Est)"},
+                                                {6709, "RDN2008, UTM fuso 34 (assi Nord, Est)"},
+                                                {7791, "RDN2008, UTM fuso 32"},
+                                                {7792, "RDN2008, UTM fuso 33"},
+                                                {7793, "RDN2008, UTM fuso 34"},
+                                                {7794, "RDN2008, fuso Italia"},
+                                                {7795, "RDN2008, fuso 12"},
+                                                {23032, "ED50, UTM fuso 32"},
+                                                {23033, "ED50, UTM fuso 33"},
+                                                {25832, "ETRS89, UTM fuso 32"},
+                                                {25833, "ETRS89, UTM fuso 33"}}};
+
+// False eastings of the zones that a job recognises [m].
+constexpr double kFalsoEstOvest = 1'500'000.0, kFalsoEstEst = 2'520'000.0, kFalsoEstUtm = 500'000.0;
+
+std::string Sistema(const Risultati& r) {
+  std::string testo;
+  if (r.DatiProgetto.Epsg) {
+    testo = "EPSG:" + std::to_string(*r.DatiProgetto.Epsg);
+    for (const SistemaNoto& s : kSistemi)
+      if (s.Epsg == *r.DatiProgetto.Epsg) testo += " (" + std::string(s.Nome) + ")";
+    testo += ", come dichiarato nel file";
+  }
+  std::string_view zona;
+  if (r.FalsoEst == kFalsoEstOvest) zona = "Gauss-Boaga fuso Ovest";
+  if (r.FalsoEst == kFalsoEstEst) zona = "Gauss-Boaga fuso Est";
+  if (r.FalsoEst == kFalsoEstUtm) zona = "UTM, ellissoide internazionale";
+  if (!zona.empty())
+    testo += (testo.empty() ? "" : "; ") + std::string("fuso riconosciuto dalle coordinate: ") +
+             std::string(zona);
+  return testo.empty() ? "locale, non dichiarato" : testo;
+}
+
+void Voce(Pagina& p, std::string_view nome, std::string_view valore) {
+  (p << "<div><dt>" << nome << "</dt><dd>").Testo(valore) << "</dd></div>\n";
+}
+
+std::string Dato(double valore, std::string_view unita) {
+  const double dato = ValoreDato(valore);
+  return Presente(dato) ? NumeroBreve(dato) + std::string(unita) : "non dato";
+}
+
+// A standard deviation of zero is what a network has that needs none.
+std::string Sqm(double valore, std::string_view unita) {
+  return valore > 0.0 ? Dato(valore, unita) : "non dato";
+}
+
+std::string Calcolo(int tipo) {
+  for (const ParolaNota& parola : kParoleCalcolo)
+    if (parola.Valore == tipo) return std::string(parola.Testo);
+  return std::to_string(tipo);
+}
+
+void ScriviOpzioni(Pagina& p, const Risultati& r) {
+  const TOpzCr& o = r.Opzioni;
+  const CCalcDsOr& c = r.CurvaturaRifrazione;
+  p << "<dl class=\"dati\">\n";
+  Voce(p, "Compensazione richiesta", Calcolo(o.TipoCalcolo));
+  Voce(p, "S.q.m. a priori di un angolo", Sqm(o.SqmDir, " gon"));
+  Voce(p, "S.q.m. a priori di una distanza",
+       o.SqmDistCost > 0.0 || o.SqmDistProp > 0.0
+           ? Dato(o.SqmDistCost, " m + ") + Dato(o.SqmDistProp, " m per km")
+           : "non dato");
+  Voce(p, "Iterazioni concesse", std::to_string(o.MaxIter));
+  Voce(p, "Riduzioni al piano cartografico", o.Cartografiche != 0 ? "applicate" : "non applicate");
+  Voce(p, "Curvatura e rifrazione",
+       c.CorrCurvRifr != 0 ? "applicate, coefficiente di rifrazione " + Dato(c.CoeffRifr, "") +
+                                 ", raggio " + Dato(c.RaggioTerra, " m")
+                           : "non applicate");
+  p << "</dl>\n";
+}
+
+constexpr std::string_view kConvenzioni =
+    "<ul>\n<li>Coordinate nell'ordine Est, Nord, Quota, in metri; angoli in gon (400 sul giro, 1 "
+    "cc = "
+    "0.0001 gon).</li>\n<li>Azimut e orientamenti dal Nord di rete, in senso orario.</li>\n"
+    "<li>Residuo = osservata − compensata.</li>\n<li>Scarti quadratici medi (s.q.m.) ed ellissi "
+    "sono "
+    "a posteriori: comprendono sigma zero. A un sigma se non è detto altro: 68 % per una "
+    "coordinata, "
+    "circa 39 % per un'ellisse. A priori sono i soli s.q.m. delle opzioni, e con essi il minimo "
+    "errore rilevabile.</li>\n<li>Quote nel riferimento dei punti fissi in altimetria. Nessuna "
+    "trasformazione fra sistemi di riferimento.</li>\n<li>Un valore che non c'è si vede come -."
+    "</li>\n</ul>\n";
+
+// How an outcome is shown; words and icon say the same as the colour.
+enum class Stato { Bene, Attenzione, Male, Nessuno };
+struct Aspetto {
+  std::string_view Classe, Icona;
+};
+constexpr std::array<Aspetto, 4> kAspetti{
+    {{"bene", "✔"}, {"attenzione", "!"}, {"male", "✖"}, {"nessuno", "–"}}};
+const Aspetto& AspettoDi(Stato stato) { return kAspetti[static_cast<std::size_t>(stato)]; }
+
+struct TestGlobale {
+  bool Possibile = false;
+  double Minimo = kAssente, Massimo = kAssente;  // of sigma zero
+  bool Superato = false;
+};
+
+// The a-priori standard deviations give the weights only in plan, and there only where there are
+// distances.
+TestGlobale Prova(const Risultati& r) {
+  constexpr double kCodaInferiore = 0.025, kCodaSuperiore = 0.975;
+  const RisultatoCompensazione& c = r.Planimetria;
+  TestGlobale t;
+  const bool pesi =
+      std::ranges::any_of(r.Equazioni, [](const Equazione& e) { return Presente(e.SqmPriori); });
+  if (!c.Compiuta() || !Presente(c.SigmaZero) || c.Ridondanza() <= 0 || !pesi) return t;
+  t.Possibile = true;
+  const double gradi = c.Ridondanza();
+  t.Minimo = std::sqrt(QuantileChiQuadro(kCodaInferiore, gradi) / gradi);
+  t.Massimo = std::sqrt(QuantileChiQuadro(kCodaSuperiore, gradi) / gradi);
+  t.Superato = c.SigmaZeroRapporto > t.Minimo && c.SigmaZeroRapporto < t.Massimo;
+  return t;
+}
+
+bool InPlanimetria(const Equazione& e) { return e.Tipo != TipoEquazione::Dislivello; }
+
+// Equations of one of the two adjustments, by kind and by judgement.
+struct Conteggi {
+  std::array<int, 3> PerTipo{};
+  int Sospette = 0, NonControllate = 0;
+};
+
+Conteggi Conta(const Risultati& r, bool planimetria) {
+  Conteggi c;
+  for (const Equazione& e : r.Equazioni) {
+    if (InPlanimetria(e) != planimetria) continue;
+    ++c.PerTipo[static_cast<std::size_t>(e.Tipo)];
+    c.Sospette += Sospetta(e) ? 1 : 0;
+    c.NonControllate += NonControllata(e) ? 1 : 0;
+  }
+  return c;
+}
+
+std::string TestoProva(const Risultati& r, const TestGlobale& t, bool planimetria) {
+  if (!planimetria)
+    return "non si può fare: in altimetria i pesi sono solo relativi e sigma zero non ha un valore "
+           "a "
+           "priori";
+  if (r.Planimetria.Ridondanza() <= 0) return "non si può fare: nessuna ridondanza";
+  if (!t.Possibile)
+    return "non si può fare: senza distanze gli angoli hanno tutti peso 1 e sigma zero non ha un "
+           "valore a priori";
+  constexpr int kDecimali = 3;
+  const std::string limiti = " (sigma zero " +
+                             NumeroFisso(r.Planimetria.SigmaZeroRapporto, kDecimali) + ", limiti " +
+                             NumeroFisso(t.Minimo, kDecimali) + " e " +
+                             NumeroFisso(t.Massimo, kDecimali) + ", valore a priori 1)";
+  if (t.Superato) return "superato" + limiti + ": le osservazioni sono precise quanto promesso";
+  if (r.Planimetria.SigmaZeroRapporto >= t.Massimo)
+    return "non superato" + limiti +
+           ": sigma zero troppo grande; errori grossolani, o s.q.m. a priori troppo piccoli";
+  return "non superato" + limiti +
+         ": sigma zero troppo piccolo; s.q.m. a priori troppo grandi, o osservazioni non "
+         "indipendenti";
+}
+
+std::string TestoSigma(const RisultatoCompensazione& c, bool planimetria, bool pesi) {
+  if (!Presente(c.SigmaZero)) return "non calcolabile (nessuna ridondanza)";
+  constexpr int kDecimaliPla = 3, kDecimaliAlt = 4;
+  if (!planimetria)
+    return NumeroFisso(c.SigmaZeroRapporto, kDecimaliAlt) +
+           " m (s.q.m. di un dislivello su una visuale di circa 32 m)";
+  if (!pesi)
+    return NumeroFisso(c.SigmaZeroRapporto, kDecimaliPla) + " microradianti (s.q.m. di un angolo)";
+  return NumeroFisso(c.SigmaZeroRapporto, kDecimaliPla) + " (a priori 1)";
+}
+
+std::string Plurale(int n, std::string_view uno, std::string_view piu) {
+  return std::to_string(n) + " " + std::string(n == 1 ? uno : piu);
+}
+
+void ScriviW(Pagina& p, const Risultati& r, const RisultatoCompensazione& c, const Conteggi& n) {
+  if (c.EquazioneWMassimo != kNessuno) {
+    const Equazione& e = r.Equazioni[static_cast<std::size_t>(c.EquazioneWMassimo)];
+    Voce(p, "|w| massimo", NumeroFisso(e.W, 2) + ", " + TestoEquazione(r, e));
+  }
+  Voce(p, "Osservazioni sospette", std::to_string(n.Sospette) + " (|w| oltre 3.29)");
+  Voce(p, "Osservazioni non controllate", std::to_string(n.NonControllate) + " (r sotto 0.1)");
+  if (c.Ridondanza() > 0 && std::sqrt(c.Ridondanza()) < kWSospetta)
+    Voce(p, "Attenzione",
+         "con " + Plurale(c.Ridondanza(), "grado", "gradi") +
+             " di libertà nessun |w| può superare " + NumeroFisso(std::sqrt(c.Ridondanza()), 2) +
+             ": la soglia 3.29 non può segnalare errori grossolani");
+}
+
+void ScriviConteggi(Pagina& p, const RisultatoCompensazione& c, const Conteggi& n,
+                    bool planimetria) {
+  Voce(p, "Punti",
+       Plurale(c.Fissi, "fisso", "fissi") + ", " + Plurale(c.Incogniti, "incognito", "incogniti") +
+           ", " + Plurale(c.NonUsati, "non usato", "non usati"));
+  if (c.Compiuta())
+    Voce(p, "Osservazioni",
+         planimetria ? Plurale(n.PerTipo[0], "angolo", "angoli") + ", " +
+                           Plurale(n.PerTipo[1], "distanza", "distanze")
+                     : Plurale(n.PerTipo[2], "dislivello", "dislivelli"));
+  if (c.Contate())
+    Voce(p, "Gradi di libertà",
+         std::to_string(c.Ridondanza()) + " (" + Plurale(c.Equazioni, "equazione", "equazioni") +
+             ", " + Plurale(c.Incognite, "incognita", "incognite") + ")");
+  if (!planimetria) {
+    if (c.Compiuta()) Voce(p, "Iterazioni", "nessuna: le equazioni sono lineari");
+    return;
+  }
+  if (c.Iterazioni.empty()) return;
+  std::string testo = std::to_string(c.Iterazioni.back().Numero);
+  if (Presente(c.Iterazioni.back().CorrezioneMassima))
+    testo += ", ultima correzione massima " +
+             NumeroFisso(c.Iterazioni.back().CorrezioneMassima, 4) + " m";
+  Voce(p, "Iterazioni", testo);
+}
+
+Stato StatoDi(const RisultatoCompensazione& c, const TestGlobale& t, const Conteggi& n,
+              bool planimetria) {
+  if (c.Fine == Esito::NonRichiesta) return Stato::Nessuno;
+  if (!c.Compiuta() || c.Fine == Esito::NonConvergente) return Stato::Male;
+  const bool bene =
+      n.Sospette == 0 && c.Ridondanza() > 0 && (!planimetria || !t.Possibile || t.Superato);
+  return bene ? Stato::Bene : Stato::Attenzione;
+}
+
+void ScriviScheda(Pagina& p, const Risultati& r, bool planimetria) {
+  const RisultatoCompensazione& c = planimetria ? r.Planimetria : r.Altimetria;
+  const Conteggi conteggi = Conta(r, planimetria);
+  const TestGlobale prova = planimetria ? Prova(r) : TestGlobale{};
+  const Stato stato = StatoDi(c, prova, conteggi, planimetria);
+  p << "<section class=\"scheda " << AspettoDi(stato).Classe
+    << "\">\n<h3><span class=\"icona\" aria-hidden=\"true\">" << AspettoDi(stato).Icona
+    << "</span> " << (planimetria ? "Planimetria: " : "Altimetria: ");
+  p.Testo(TestoEsito(r, c));
+  if (c.Fine == Esito::Riuscita && stato == Stato::Attenzione) p << ", da controllare";
+  p << "</h3>\n";
+  if (c.Fine == Esito::NonRichiesta) {
+    p << "</section>\n";
+    return;
+  }
+  if (c.Fine == Esito::NonConvergente)
+    p << "<p>I risultati sono quelli dell'ultima iterazione e non vanno usati.</p>\n";
+  else if (!c.Compiuta())
+    p << "<p>Coordinate, quote e disegno sono quelli del file: non c'è un risultato.</p>\n";
+  p << "<dl>\n";
+  if (c.Compiuta()) {
+    Voce(p, "Sigma zero a posteriori", TestoSigma(c, planimetria, prova.Possibile));
+    Voce(p, "Test globale χ² (5 %, due code)", TestoProva(r, prova, planimetria));
+    ScriviW(p, r, c, conteggi);
+  }
+  ScriviConteggi(p, c, conteggi, planimetria);
+  p << "</dl>\n</section>\n";
+}
+
+}  // namespace
+
+std::string TitoloDocumento(const Documento& documento) {
+  const Risultati& r = documento.Esiti;
+  if (!r.DatiProgetto.Nome.empty()) return r.DatiProgetto.Nome;
+  return r.File.substr(r.File.find_last_of('/') + 1);
+}
+
+void ScriviTestata(Pagina& p, const Documento& documento) {
+  const Risultati& r = documento.Esiti;
+  (p << "<header>\n<p class=\"soprattitolo\">Compensazione di una rete topografica ai minimi "
+        "quadrati</p>\n<h1>")
+          .Testo(TitoloDocumento(documento))
+      << "</h1>\n<dl class=\"dati\">\n";
+  Voce(p, "Data del calcolo", documento.DataOra);
+  Voce(p, "Programma", std::string(kNomeProgramma) + " " + std::string(kVersioneProgramma));
+  Voce(p, "File della rete", r.File);
+  Voce(p, "Impronta SHA-256 del file", documento.Impronta);
+  Voce(p, "Sistema di coordinate", Sistema(r));
+  p << "</dl>\n</header>\n";
+}
+
+void ScriviEsito(Pagina& p, const Risultati& r) {
+  p << "<section id=\"esito\">\n<h2>Esito</h2>\n<div class=\"schede\">\n";
+  ScriviScheda(p, r, true);
+  ScriviScheda(p, r, false);
+  p << "</div>\n</section>\n<section id=\"opzioni\">\n<h2>Opzioni e convenzioni</h2>\n";
+  ScriviOpzioni(p, r);
+  p << kConvenzioni << "</section>\n";
+}
