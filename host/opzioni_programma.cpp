@@ -83,7 +83,7 @@ Comando CreaCompensa() {
   Gruppo forma{"Forma delle uscite",
                {{.Nome = "decimali",
                  .Valore = "SEGNO",
-                 .Descrizione = "separatore dei decimali nelle tabelle CSV (se manca: virgola)",
+                 .Descrizione = "separatore dei decimali nelle tabelle CSV (se manca: punto)",
                  .Genere = G::Parola,
                  .Parole = {"punto", "virgola"}},
                 {.Nome = "codifica",

@@ -86,7 +86,7 @@ Argomenti LeggiCompensa(const ParoleComando& parole) {
   argomenti.CodificaRapporto =
       Scelta<Codifica>(parole, "codifica", kParoleCodifica).value_or(Codifica::Utf8);
   argomenti.DecimaliCsv =
-      Scelta<Decimali>(parole, "decimali", kParoleDecimali).value_or(Decimali::Virgola);
+      Scelta<Decimali>(parole, "decimali", kParoleDecimali).value_or(Decimali::Punto);
   argomenti.Quieto = parole.Data("quieto");
   return argomenti;
 }
