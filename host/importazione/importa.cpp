@@ -113,6 +113,8 @@ class Importazione {
     const std::optional<std::string> testo =
         LeggiTesto(percorso, kMassimoFile, {file, 0, 0}, "", Diario);
     if (!testo) return;
+    if (testo->find_first_not_of(" \t\r\n") == std::string::npos)
+      return Diario.Errore({file, 0, 0}, {.Problema = "il file è vuoto"});
     if (lettore == nullptr) lettore = RiconosciFormato(*testo);
     if (lettore == nullptr && O.Lettura.Mappa) lettore = &kLettoreCampagna;
     if (lettore == nullptr) {

@@ -78,6 +78,8 @@ const struct CasoStato {
     {"$C importa zeman_punti.csv --epsg 0", 2, "", "serve un intero da 1"},
     {"$C importa zeman_punti.csv --fissi A,,B", 2, "", "separati da virgole"},
     {"cp zeman_punti.csv zeman.csv; $C importa zeman.csv", 2, "", "esiste già"},
+    {"$C libretto_di_campagna.gsi", 3, "", "(compensa importa ne fa una rete)"},
+    {"printf ' \\n' > l; $C importa l -o -", 3, "", "l: errore: il file è vuoto"},
     {"$C importa zeman.toml", 2, "", "già una rete"},
     {"printf 'S;Q;Hz\\nA;B;10\\n' > x.csv; printf 'stazione = S\\na = Q\\n' > l; "
      "$C importa x.csv --mappa l -q -o d/r.toml; $C verifica d/r.toml",
