@@ -56,6 +56,7 @@ struct CampoRete {
 
 inline constexpr std::string_view kObbligatorio = "obbligatorio";
 inline constexpr std::string_view kNonDatoTesto = "non dato";
+inline constexpr std::string_view kCalcolatoTesto = "calcolata dalle misure, se bastano";
 
 inline constexpr CampoRete kCampiRete[] = {
     {SezioneRete::File, "formato", "", kObbligatorio, "versione del formato: sempre 1"},
@@ -87,9 +88,9 @@ inline constexpr CampoRete kCampiRete[] = {
     {SezioneRete::Curvatura, "coefficiente", "", "0.13", "coefficiente di rifrazione"},
     {SezioneRete::Curvatura, "raggio", "m", "6378000", "raggio della Terra"},
     {SezioneRete::Punto, "nome", "", kObbligatorio, "un testo o un intero, unico nella rete"},
-    {SezioneRete::Punto, "est", "m", kNonDatoTesto, "coordinata Est, nota o approssimata"},
-    {SezioneRete::Punto, "nord", "m", kNonDatoTesto, "coordinata Nord, nota o approssimata"},
-    {SezioneRete::Punto, "quota", "m", kNonDatoTesto, "quota, nota o approssimata"},
+    {SezioneRete::Punto, "est", "m", kCalcolatoTesto, "coordinata Est, nota o approssimata"},
+    {SezioneRete::Punto, "nord", "m", kCalcolatoTesto, "coordinata Nord, nota o approssimata"},
+    {SezioneRete::Punto, "quota", "m", kCalcolatoTesto, "quota, nota o approssimata"},
     {SezioneRete::Punto, "planimetria", "", "\"incognito\"",
      "ruolo in planimetria: \"incognito\", \"fisso\" o \"escluso\""},
     {SezioneRete::Punto, "altimetria", "", "\"incognito\"",

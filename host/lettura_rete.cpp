@@ -6,6 +6,7 @@
 #include <string>
 
 #include "host/costruttore.h"
+#include "host/importazione/lettore.h"
 #include "host/lettura_toml.h"
 #include "host/testo_file.h"
 
@@ -21,6 +22,14 @@ std::optional<Rete> LeggiRete(const std::filesystem::path& percorso, Diagnostica
   std::optional<std::string> testo =
       LeggiTesto(percorso, kMassimoToml, {file, 0, 0}, "", diagnostica);
   if (!testo) return std::nullopt;
+  const Lettore* altro = percorso.extension() == ".toml" ? nullptr : RiconosciFormato(*testo);
+  if (altro != nullptr) {
+    diagnostica.Errore({file, 0, 0}, {.Problema = "non è una rete",
+                                      .Trovato = std::string(altro->Descrizione),
+                                      .Voluto = "un file TOML",
+                                      .Suggerimento = "compensa importa ne fa una rete"});
+    return std::nullopt;
+  }
   const bool righeConCr = testo->find('\n') == std::string::npos;  // TOML itself knows LF and CRLF
   if (righeConCr) std::replace(testo->begin(), testo->end(), '\r', '\n');
   LeggiToml(*testo, file, percorso.parent_path(), rete, diagnostica);

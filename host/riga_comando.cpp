@@ -86,7 +86,7 @@ Argomenti LeggiCompensa(const ParoleComando& parole) {
   argomenti.CodificaRapporto =
       Scelta<Codifica>(parole, "codifica", kParoleCodifica).value_or(Codifica::Utf8);
   argomenti.DecimaliCsv =
-      Scelta<Decimali>(parole, "decimali", kParoleDecimali).value_or(Decimali::Virgola);
+      Scelta<Decimali>(parole, "decimali", kParoleDecimali).value_or(Decimali::Punto);
   argomenti.Quieto = parole.Data("quieto");
   return argomenti;
 }
@@ -96,6 +96,7 @@ std::string UscitaImporta(const std::string& libretto) {
   std::filesystem::path rete = libretto;
   if (libretto.starts_with("/dev/") || libretto == "-" || rete.stem().empty())
     throw ErroreUso("serve -o RETE.toml: il file da scrivere");
+  if (rete.extension() == ".toml") throw ErroreUso(Cita(libretto) + " è già una rete");
   rete.replace_extension(".toml");
   std::error_code guasto;
   if (std::filesystem::exists(rete, guasto))

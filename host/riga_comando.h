@@ -26,7 +26,7 @@ struct Argomenti {
   std::vector<std::string> Reti;
   std::vector<UscitaChiesta> Uscite;  // the report first if it was asked for
   Codifica CodificaRapporto = Codifica::Utf8;
-  Decimali DecimaliCsv = Decimali::Virgola;
+  Decimali DecimaliCsv = Decimali::Punto;
   bool Quieto = false;  // no message but errors
 };
 

@@ -80,8 +80,9 @@ std::string TestoSigmaZero(const Risultati& r, const RisultatoCompensazione& c) 
 
 std::string TestoRidondanza(const RisultatoCompensazione& c) {
   if (!c.Contate()) return "-";
-  return std::to_string(c.Ridondanza()) + " (" + std::to_string(c.Equazioni) + " equazioni, " +
-         std::to_string(c.Incognite) + " incognite)";
+  return std::to_string(c.Ridondanza()) + " (" + std::to_string(c.Equazioni) +
+         (c.Equazioni == 1 ? " equazione, " : " equazioni, ") + std::to_string(c.Incognite) +
+         (c.Incognite == 1 ? " incognita)" : " incognite)");
 }
 
 std::string TestoIterazioni(const Risultati& r, const RisultatoCompensazione& c) {

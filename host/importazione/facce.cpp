@@ -114,7 +114,10 @@ std::string Ostacolo(const BattutaLibretto& a, const BattutaLibretto& b) {
   return {};
 }
 
-std::string ConSegno(double gon) { return (gon < 0.0 ? "" : "+") + NumeroFisso(gon, kDecimaliGon); }
+std::string ConSegno(double gon) {
+  const std::string testo = NumeroFisso(gon, kDecimaliGon);
+  return (testo.starts_with('-') ? "" : "+") + testo;
+}
 
 class Riduzione {
  public:

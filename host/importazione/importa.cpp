@@ -4,7 +4,6 @@
 #include "host/importazione/importa.h"
 
 #include <cmath>
-#include <ctime>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -13,6 +12,7 @@
 #include <utility>
 
 #include "host/approssimate/approssimate.h"
+#include "host/data_ora.h"
 #include "host/diagnostica.h"
 #include "host/errori.h"
 #include "host/file_sicuro.h"
@@ -32,7 +32,6 @@ namespace {
 
 constexpr std::uintmax_t kMassimoFile = 1U << 28U;  // [bytes]
 constexpr double kPartiApprossimate = 1000.0;       // approximate coordinates are written to 1 mm
-constexpr int kAnnoZero = 1900;                     // of std::tm
 
 bool UscitaStandard(const std::string& percorso) {
   return percorso == "-" || percorso == "/dev/stdout";
@@ -114,11 +113,15 @@ class Importazione {
     const std::optional<std::string> testo =
         LeggiTesto(percorso, kMassimoFile, {file, 0, 0}, "", Diario);
     if (!testo) return;
+    if (testo->find_first_not_of(" \t\r\n") == std::string::npos)
+      return Diario.Errore({file, 0, 0}, {.Problema = "il file è vuoto"});
     if (lettore == nullptr) lettore = RiconosciFormato(*testo);
+    if (lettore == nullptr && O.Lettura.Mappa) lettore = &kLettoreCampagna;
     if (lettore == nullptr) {
       Diario.Errore({file, 0, 0}, {.Problema = "formato non riconosciuto",
                                    .Voluto = "uno tra " + ElencoFormati(),
-                                   .Suggerimento = "con --formato si sceglie quale"});
+                                   .Suggerimento = "con --formato si sceglie quale; con --mappa si "
+                                                   "traducono i titoli di una tabella CSV"});
       return;
     }
     Resa.File.push_back({percorso, std::string(lettore->Descrizione)});
@@ -133,12 +136,8 @@ class Importazione {
   }
 
   void Scrivi(const Rete& rete) {
-    const std::time_t ora = std::time(nullptr);
-    std::tm locale{};
-    localtime_r(&ora, &locale);
-    const auto dueCifre = [](int n) { return (n < 10 ? "0" : "") + std::to_string(n); };
-    Resa.Data = dueCifre(locale.tm_mday) + "/" + dueCifre(locale.tm_mon + 1) + "/" +
-                std::to_string(locale.tm_year + kAnnoZero);
+    const std::string momento = DataOraCorrente();
+    Resa.Data = momento.substr(0, momento.find(' '));
     FileSicuro uscita(O.Uscita);
     ScriviRete(rete, Intestazione(Resa, rete), [&](std::string_view byte) { uscita.Scrivi(byte); });
     uscita.Conferma();

@@ -35,7 +35,10 @@ std::string Elenco(const std::vector<std::string_view>& nomi) {
   return elenco;
 }
 
-std::string ConSegno(double gon) { return (gon < 0.0 ? "" : "+") + NumeroFisso(gon, kDecimaliGon); }
+std::string ConSegno(double gon) {
+  const std::string testo = NumeroFisso(gon, kDecimaliGon);
+  return (testo.starts_with('-') ? "" : "+") + testo;
+}
 
 std::string Allineato(std::string testo, int larghezza, bool destra = false) {
   const int manca = larghezza - ContaCaratteri(testo);
@@ -136,10 +139,15 @@ std::string FraseRuoli(const Rete& rete, std::string_view nome, int RuoliPunto::
 
 // How each of them was obtained stands in the file: a line a point is too long for a summary.
 std::vector<std::string> FrasiApprossimate(const EsitoApprossimate& esito) {
-  if (esito.PuntiPla.empty() && esito.PuntiAlt.empty()) return {};
-  return {"calcolate le coordinate di " + Conta(esito.PuntiPla.size(), "punto", "punti") +
-          " e la quota di " + Conta(esito.PuntiAlt.size(), "punto", "punti") +
-          " (in testa al file è scritto come)"};
+  std::string quali;
+  if (!esito.PuntiPla.empty())
+    quali = "le coordinate di " + Conta(esito.PuntiPla.size(), "punto", "punti");
+  if (!esito.PuntiAlt.empty()) {
+    quali += std::string(quali.empty() ? "" : " e ") + "la quota di " +
+             Conta(esito.PuntiAlt.size(), "punto", "punti");
+  }
+  if (quali.empty()) return {};
+  return {"calcolate " + quali + " (in testa al file è scritto come)"};
 }
 
 std::string FraseOsservazioni(const Rete& rete) {

@@ -126,8 +126,10 @@ void Esame::Ostacola(Collegamento& c, int fissiPerGruppo, const char* che) {
     c.Ostacoli.push_back(std::string(che) + ": punti fissi usati " + std::to_string(c.Fissi) +
                          ", ne " + (pla ? "servono almeno 2" : "serve almeno 1"));
   if (c.GradiLiberta() < 0)
-    c.Ostacoli.push_back(std::string(che) + ": " + std::to_string(c.Incognite) +
-                         " incognite, ma solo " + std::to_string(c.Equazioni) + " equazioni");
+    c.Ostacoli.push_back(std::string(che) + ": " + std::to_string(c.Incognite) + " incognite, ma " +
+                         (c.Equazioni == 0 ? "nessuna equazione"
+                                           : "solo " + std::to_string(c.Equazioni) +
+                                                 (c.Equazioni == 1 ? " equazione" : " equazioni")));
   if (c.Fissi < fissiPerGruppo) return;
   for (const std::vector<int>& gruppo : c.Gruppi) {
     const auto fissi = std::count_if(gruppo.begin(), gruppo.end(), [&](int p) {

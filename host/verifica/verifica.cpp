@@ -97,6 +97,7 @@ std::string Osservazioni(const Rete& rete) {
 
 std::string TestoCollegamento(const Collegamento& c) {
   if (!c.Richiesto) return "non richiesta";
+  if (c.Gruppi.empty()) return "nessun punto vi entra";
   std::string testo = c.Gruppi.size() == 1
                           ? "tutti i punti collegati"
                           : std::to_string(c.Gruppi.size()) + " gruppi di punti separati";
@@ -116,18 +117,21 @@ std::string TestoChiusure(const ChiusureControllate& c) {
 }
 
 std::string TestoApprossimate(const EsitoApprossimate& esito) {
-  if (esito.Note.empty() && esito.NonRaggiunti.empty()) return {};
-  std::string testo = "\nCoordinate approssimate che verrebbero calcolate\n";
+  std::string testo;
   const auto elenca = [&](const std::vector<std::string>& righe) {
     for (std::size_t i = 0; i < std::min(righe.size(), kNoteMostrate); ++i)
       testo += "  " + righe[i] + "\n";
     if (righe.size() > kNoteMostrate)
       testo += "  e altre " + std::to_string(righe.size() - kNoteMostrate) + "\n";
   };
-  elenca(esito.Note);
-  if (esito.NonRaggiunti.empty()) return testo;
-  testo += "\nPunti che restano senza coordinate\n";
-  elenca(esito.NonRaggiunti);
+  if (!esito.Note.empty()) {
+    testo += "\nCoordinate approssimate che verrebbero calcolate\n";
+    elenca(esito.Note);
+  }
+  if (!esito.NonRaggiunti.empty()) {
+    testo += "\nPunti che restano senza coordinate\n";
+    elenca(esito.NonRaggiunti);
+  }
   return testo;
 }
 

@@ -59,12 +59,12 @@ const struct CasoStato {
      "rotta.toml:1:11: errore"},
     {"$C zeman.toml manca.toml stazione_libera.toml -q -o d 2>&1; ls d", 0,
      "stazione_libera.txt\nzeman.txt\n", ""},
-    {"$C zeman.toml stazione_libera.toml -q", 0, "      36  riuscita    0.1328       30   4.61  -\n",
-     ""},
+    {"$C zeman.toml stazione_libera.toml -q", 0,
+     "      36  riuscita    0.1328       30   4.61  -\n", ""},
     {"$C zeman.toml stazione_libera.toml --html r.html", 2, "", "serve una cartella"},
     {"$C zeman.toml ./zeman.toml", 2, "", "data due volte"},
-    {"ln zeman_punti.csv a.punti.csv; cp stazione_libera.toml a.toml; $C a.toml zeman.toml --csv", 2,
-     "", "non viene sovrascritto"},
+    {"ln zeman_punti.csv a.punti.csv; cp stazione_libera.toml a.toml; $C a.toml zeman.toml --csv",
+     2, "", "non viene sovrascritto"},
     {"$C zeman.toml --csv -", 2, "", "due tabelle"},
     {"$C zeman.toml --csv r.csv --html r.csv", 2, "", "stesso file"},
     {"$C zeman.toml -o r.txt --dxf - --json -", 2, "", "serve un FILE"},
@@ -78,6 +78,20 @@ const struct CasoStato {
     {"$C importa zeman_punti.csv --epsg 0", 2, "", "serve un intero da 1"},
     {"$C importa zeman_punti.csv --fissi A,,B", 2, "", "separati da virgole"},
     {"cp zeman_punti.csv zeman.csv; $C importa zeman.csv", 2, "", "esiste già"},
+    {"$C libretto_di_campagna.gsi", 3, "", "(compensa importa ne fa una rete)"},
+    {"printf ' \\n' > l; $C importa l -o -", 3, "", "l: errore: il file è vuoto"},
+    {"$C importa zeman.toml", 2, "", "già una rete"},
+    {"printf 'S;Q;Hz\\nA;B;10\\n' > x.csv; printf 'stazione = S\\na = Q\\n' > l; "
+     "$C importa x.csv --mappa l -q -o d/r.toml; $C verifica d/r.toml",
+     1, "Planimetria:  nessun punto vi entra\nAltimetria:   non richiesta\n", ""},
+    {"SOURCE_DATE_EPOCH=0 $C importa libretto_di_campagna.gsi --nome 'Rete di appoggio' -q "
+     "--coordinate libretto_punti_fissi.csv --epsg 3003 --cartografiche --curvatura -o d/r.toml; "
+     "head -n 1 d/r.toml; diff d/r.toml libretto_di_campagna.toml | grep -c '^> [^#]'",
+     0, " il 01/01/1970 con i dati di:\n4\n", ""},
+    {"$C verifica libretto_di_campagna.toml", 0, "\nVerdetto:     la rete si può compensare\n", ""},
+    {"$C zeman.toml -q -o r.txt --csv d && ! grep , d/* && "
+     "$C zeman.toml -q -o r.txt --csv d --decimali virgola && ! grep -F . d/* && echo due",
+     0, "due\n", ""},
     {"$C importa zeman_punti.csv --coordinate -o r.toml", 2, "", "--coordinate: vuole un valore"},
     {"$C importa zeman_punti.csv --hs -0.05 --medie=2", 2, "", "--medie: non vuole un valore"},
     {"$C importa --help", 0, "--sqm-distanza-proporzionale M/KM", ""},
@@ -122,7 +136,7 @@ TEST_F(Programma, FileInteri) {
   for (const char* caso :
        {"$C zeman.toml -q -o r.txt --json /dev/full; test $? = 4",
         "$C zeman.toml -q -o r.txt --json manca/r.json; test $? = 4",
-       "(ulimit -f 16; $C zeman.toml -q --gpkg x --json r.txt -o y; test $? = 4 && ! ls x y)",
+        "(ulimit -f 16; $C zeman.toml -q --gpkg x --json r.txt -o y; test $? = 4 && ! ls x y)",
         "mkfifo f; $C zeman.toml -q -o r.txt --json f & "
         "while ! ls .compensa-*; do sleep 0.02; done; kill -TERM $!; wait $!; test $? = 143"}) {
     SCOPED_TRACE(caso);
@@ -140,7 +154,8 @@ TEST_F(Programma, Manuale) {
                    " while read o; do grep -q -e \"$o.fR\" pagina || echo $o; done < opzioni"),
             Uscita(0, "", ""));
   for (const char* pagina : {"man1", "man5"})
-    EXPECT_EQ(Esegui("$C genera " + std::string(pagina) + " > p; ! command -v man > r || "
+    EXPECT_EQ(Esegui("$C genera " + std::string(pagina) +
+                     " > p; ! command -v man > r || "
                      "man --warnings -l p > r"),
               Uscita(0, "", ""));
 }
