@@ -30,7 +30,10 @@ void Riferisci(const Rete& rete, Rilievi trovati, Diagnostica& diagnostica) {
 
 Rilievi ControllaPlausibilita(const Rete& rete) {
   Rilievi trovati = ControllaCoordinate(rete);
-  Accoda(trovati, ControllaVersoScala(rete));
+  Rilievi diTutta = ControllaVersoScala(rete);
+  const bool pianta = (rete.Opzioni.TipoCalcolo & kCalcoloPlanimetria) != 0;
+  if (pianta && diTutta.empty()) Accoda(trovati, ControllaScarti(rete));
+  Accoda(trovati, std::move(diTutta));
   Accoda(trovati, ControllaOpzioni(rete));
   return trovati;
 }
@@ -39,7 +42,6 @@ void AvvertiPrima(const Rete& rete, Diagnostica& diagnostica) {
   Rilievi trovati = ControllaPlausibilita(rete);
   Accoda(trovati, ControllaLetture(rete));
   Accoda(trovati, ControllaRipetizioni(rete));
-  if ((rete.Opzioni.TipoCalcolo & kCalcoloPlanimetria) != 0) Accoda(trovati, ControllaScarti(rete));
   Riferisci(rete, std::move(trovati), diagnostica);
 }
 

@@ -16,5 +16,6 @@ void AvvertiPrima(const Rete& rete, Diagnostica& diagnostica);
 // the places only.
 void AvvertiDopo(const Rete& rete, const Risultati& risultati, Diagnostica& diagnostica);
 
-// The checks that are made here and not in host/verifica, all together.
+// Coordinates, readings and options against each other: first what is wrong with the whole network,
+// then, unless its readings are, ControllaScarti on each of them.
 Rilievi ControllaPlausibilita(const Rete& rete);

@@ -135,8 +135,9 @@ void Esame::EsaminaCorrezione() {
                     (quanti > 1 ? " (così " + std::to_string(quanti) + " punti)" : "") +
                     "; correzione massima della prima iterazione " +
                     NumeroFisso(prima.CorrezioneMassima, kDecimali) + " m",
-        .Suggerimento = "troppo lontane perché il risultato sia sicuro: scriverle migliori, o "
-                        "toglierle perché siano calcolate, e ricompensare"}});
+        .Suggerimento = "il calcolo può aver trovato un'altra soluzione: scrivere le coordinate "
+                        "compensate al posto delle approssimate e ricompensare; se il risultato "
+                        "non cambia è buono"}});
 }
 
 Rilievi Esame::Esegui() {

@@ -5,6 +5,7 @@
 // Heights have no such test: their weights are only relative.
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 #include <utility>
 
@@ -13,10 +14,11 @@
 #include "host/sommario.h"
 #include "host/statistica.h"
 #include "host/uscite/visuali.h"
-#include "host/verifica/tolleranze.h"
 
 namespace {
 
+// Of a warning on a network without gross errors: the largest of many w has a limit of its own.
+constexpr double kRischio = 0.05;
 constexpr int kDecimali = 3;
 constexpr int kDecimaliW = 2;
 
@@ -55,10 +57,12 @@ void Esame::EsaminaRidondanza(const RisultatoCompensazione& c, const char* quale
            "un errore passerebbe tutto nel risultato: aggiungere osservazioni");
 }
 
+// With little redundancy no w can grow, and the largest points at nothing.
 std::string Esame::PeggioreDi(const RisultatoCompensazione& c) const {
   if (c.EquazioneWMassimo == kNessuno) return {};
   const Equazione& e = E.Equazioni[static_cast<std::size_t>(c.EquazioneWMassimo)];
-  return "a cominciare da " + TestoEquazione(E, e) + " con W " + NumeroFisso(e.W, kDecimaliW);
+  if (!(e.W > kWSospetto)) return {};
+  return ", a cominciare da " + TestoEquazione(E, e) + " con W " + NumeroFisso(e.W, kDecimaliW);
 }
 
 void Esame::EsaminaSigmaZero() {
@@ -77,7 +81,7 @@ void Esame::EsaminaSigmaZero() {
     const std::string peggiore = PeggioreDi(c);
     Aggiungi(R.DoveOpzioni.SqmDirezione, "planimetria",
              problema + "le osservazioni sono peggiori di quanto promettono gli sqm delle opzioni",
-             "prima cercare un errore grossolano" + (peggiore.empty() ? "" : ", " + peggiore) +
+             "prima cercare un errore grossolano" + peggiore +
                  "; se non c'è, gli sqm vanno moltiplicati per " + NumeroFisso(sigma, kDecimaliW));
     return;
   }
@@ -92,7 +96,8 @@ void Esame::EsaminaSigmaZero() {
 void Esame::EsaminaW(const RisultatoCompensazione& c) {
   if (!c.Compiuta() || c.EquazioneWMassimo == kNessuno) return;
   const Equazione& e = E.Equazioni[static_cast<std::size_t>(c.EquazioneWMassimo)];
-  const double limite = std::max(kWSospetto, VolteSigma(static_cast<std::size_t>(c.Equazioni)));
+  const double limite =
+      std::max(kWSospetto, std::sqrt(QuantileChiQuadro(1.0 - kRischio / c.Equazioni, 1.0)));
   if (!(e.W > limite)) return;
   const auto s = static_cast<std::size_t>(e.Stazione);
   Trovati.push_back(

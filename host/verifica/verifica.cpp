@@ -181,7 +181,6 @@ Stato Verifica(const OpzioniVerifica& opzioni) {
   ChiusureControllate chiusure;
   Accoda(rilievi, std::move(connessione.Trovati));
   Accoda(rilievi, ControllaChiusure(rete, &chiusure));
-  Accoda(rilievi, ControllaScarti(rete));
   Accoda(rilievi, ControllaPosti(rete));
   Accoda(rilievi, ControllaLetture(rete));
   Accoda(rilievi, ControllaMancanze(rete));
