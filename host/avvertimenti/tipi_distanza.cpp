@@ -7,8 +7,9 @@
 //   one distance    the error that its residual tells of, v / r (W. Baarda, A Testing Procedure for
 //                   Use in Geodetic Networks, 1968), is its d
 //   many            v = Qvv P d makes W = d^T P Qvv P d = d^T P v: what the errors d explain of W is
-//                   t = sum (v d / s^2), and all of them are of the wrong kind where t is about W.
-// The many are the distances of one kind in the whole network, then in a set-up.
+//                   t = sum (v d / s^2), and all of them are of the wrong kind where what is left,
+//                   W - t, is no more than good observations leave.
+// Few distances explain before many do: one, then those of one kind in a set-up, then in the network.
 
 #include <algorithm>
 #include <array>
@@ -25,10 +26,12 @@
 
 namespace {
 
-constexpr double kVolteSqm = 3.0;     // a smaller d could not be told from the noise
-constexpr double kConcorda = 0.2;     // relative difference of what was seen and what d explains
-constexpr double kSenoMinimo = 1e-6;  // a sight along the vertical has no horizontal distance
-constexpr double kControllo = 0.01;   // smaller redundancy numbers show nothing
+constexpr double kVolteSqm = 3.0;        // a smaller d could not be told from the noise
+constexpr double kResto = 0.1;           // of W that may be left where the errors are large
+constexpr double kSignificativo = 16.0;  // four sigmas: t has its own value as variance
+constexpr double kConcorda = 0.2;        // relative difference of what was seen and what d explains
+constexpr double kSenoMinimo = 1e-6;     // a sight along the vertical has no horizontal distance
+constexpr double kControllo = 0.01;      // smaller redundancy numbers show nothing
 constexpr std::size_t kNumeroMolti = 2;
 constexpr int kDecimali = 3;
 
@@ -50,10 +53,13 @@ class Esame {
 
  private:
   void Raccogli();
-  bool Spiega(const std::vector<Sospetta>& gruppo) const;
-  bool EsaminaGruppo(const std::vector<Sospetta>& gruppo, const std::string& dove);
-  void EsaminaStazioni(const std::vector<Sospetta>& tutte);
-  void EsaminaSingola(const Sospetta& s);
+  bool Spiega(double spiegato) const;
+  void Migliore(const std::vector<Sospetta>& gruppo, std::vector<Sospetta>& migliore) const;
+  std::vector<Sospetta> MiglioreStazione() const;
+  void Riferisci(const std::vector<Sospetta>& gruppo, std::string dove);
+  bool Torna(const Sospetta& s) const;
+  const Sospetta* Singola() const;
+  void RiferisciSingola(const Sospetta& s);
   const Posizione& Dove(const Sospetta& s) const {
     return R.PosizioniOsservazioni[static_cast<std::size_t>(s.Eq->Stazione)]
                                   [static_cast<std::size_t>(s.Eq->Osservazione)];
@@ -89,21 +95,45 @@ void Esame::Raccogli() {
   }
 }
 
-bool Esame::Spiega(const std::vector<Sospetta>& gruppo) const {
-  if (gruppo.size() < kNumeroMolti) return false;
-  double spiegato = 0.0;
-  for (const Sospetta& s : gruppo) spiegato += s.Spiegato();
-  return std::abs(Omega - spiegato) < std::max(OmegaLecita, kConcorda * Omega);
+double Spiegato(const std::vector<Sospetta>& gruppo) {
+  double t = 0.0;
+  for (const Sospetta& s : gruppo) t += s.Spiegato();
+  return t;
 }
 
-bool Esame::EsaminaGruppo(const std::vector<Sospetta>& gruppo, const std::string& dove) {
-  if (!Spiega(gruppo)) return false;
+bool Esame::Spiega(double spiegato) const {
+  return Omega > OmegaLecita && spiegato > kSignificativo && spiegato <= Omega &&
+         Omega - spiegato < std::max(OmegaLecita, kResto * Omega);
+}
+
+// Of the groups that explain, the one that explains most.
+void Esame::Migliore(const std::vector<Sospetta>& gruppo, std::vector<Sospetta>& migliore) const {
+  if (gruppo.size() < kNumeroMolti) return;
+  const double spiegato = Spiegato(gruppo);
+  if (Spiega(spiegato) && spiegato > Spiegato(migliore)) migliore = gruppo;
+}
+
+// Equations come in the order of their set-ups.
+std::vector<Sospetta> Esame::MiglioreStazione() const {
+  std::vector<Sospetta> migliore;
+  for (const std::vector<Sospetta>& tutte : PerTipo)
+    for (auto inizio = tutte.begin(); inizio != tutte.end();) {
+      const auto fine = std::find_if(inizio, tutte.end(), [&](const Sospetta& s) {
+        return s.Eq->Stazione != inizio->Eq->Stazione;
+      });
+      Migliore({inizio, fine}, migliore);
+      inizio = fine;
+    }
+  return migliore;
+}
+
+void Esame::Riferisci(const std::vector<Sospetta>& gruppo, std::string dove) {
   const Sospetta& grande = *std::max_element(
       gruppo.begin(), gruppo.end(),
       [](const Sospetta& a, const Sospetta& b) { return std::abs(a.D) < std::abs(b.D); });
   const int tipo = grande.Oss->TipoDist;
   Trovati.push_back({Dove(grande),
-                     {.Record = dove,
+                     {.Record = std::move(dove),
                       .Problema = std::to_string(gruppo.size()) + " distanze dette \"" +
                                   Detta(tipo) + "\" tornano come \"" + Altra(tipo) + "\": da " +
                                   Cita(NomeDi(StazioneDi(grande).Punto)) + " a " +
@@ -112,31 +142,31 @@ bool Esame::EsaminaGruppo(const std::vector<Sospetta>& gruppo, const std::string
                                   NumeroFisso(std::abs(grande.D), kDecimali) +
                                   (grande.D > 0.0 ? " m più corta" : " m più lunga"),
                       .Suggerimento = "correggere il tipo delle distanze"}});
-  return true;
 }
 
-// Set-ups one by one: equations come in the order of theirs.
-void Esame::EsaminaStazioni(const std::vector<Sospetta>& tutte) {
-  for (auto inizio = tutte.begin(); inizio != tutte.end();) {
-    const auto fine = std::find_if(inizio, tutte.end(), [&](const Sospetta& s) {
-      return s.Eq->Stazione != inizio->Eq->Stazione;
-    });
-    const std::vector<Sospetta> gruppo(inizio, fine);
-    const std::string& nome = NomeDi(StazioneDi(gruppo.front()).Punto);
-    if (!EsaminaGruppo(gruppo, NomeStazione(nome)))
-      for (const Sospetta& s : gruppo) EsaminaSingola(s);
-    inizio = fine;
-  }
-}
-
-void Esame::EsaminaSingola(const Sospetta& s) {
+// Whether the error that the residual tells of is the difference between the kinds.
+bool Esame::Torna(const Sospetta& s) const {
   const Equazione& e = *s.Eq;
-  if (e.Ridondanza < kControllo) return;
-  const double errore = e.Residuo / e.Ridondanza;
+  if (e.Ridondanza < kControllo) return false;
   const double sqm = e.SqmPriori / std::sqrt(e.Ridondanza);
-  if (std::abs(errore) < kWSospetto * sqm || std::abs(errore - s.D) > kVolteSqm * sqm ||
-      std::abs(errore - s.D) > kConcorda * std::abs(s.D))
-    return;
+  const double scarto = std::abs(e.Residuo / e.Ridondanza - s.D);
+  return std::abs(e.Residuo / e.Ridondanza) > kWSospetto * sqm && scarto < kVolteSqm * sqm &&
+         scarto < kConcorda * std::abs(s.D);
+}
+
+// The one with the largest w, if it is of the wrong kind: a gross error elsewhere gives others a
+// residual of any size.
+const Sospetta* Esame::Singola() const {
+  const int massima = E.Planimetria.EquazioneWMassimo;
+  for (const std::vector<Sospetta>& tutte : PerTipo)
+    for (const Sospetta& s : tutte)
+      if (massima != kNessuno && s.Eq == &E.Equazioni[static_cast<std::size_t>(massima)])
+        return Torna(s) ? &s : nullptr;
+  return nullptr;
+}
+
+void Esame::RiferisciSingola(const Sospetta& s) {
+  const double errore = s.Eq->Residuo / s.Eq->Ridondanza;
   const int tipo = s.Oss->TipoDist;
   Trovati.push_back(
       {Dove(s),
@@ -153,9 +183,20 @@ Rilievi Esame::Esegui() {
   if (!c.Compiuta() || c.Ridondanza() <= 0) return {};
   Raccogli();
   OmegaLecita = c.Ridondanza() * std::pow(CalcolaLimitiSigmaZero(c.Ridondanza()).Massimo, 2.0);
-  if (!(Omega > OmegaLecita)) return {};  // nothing to explain
-  for (const std::vector<Sospetta>& tutte : PerTipo)
-    if (!EsaminaGruppo(tutte, "tutta la rete")) EsaminaStazioni(tutte);
+  const Sospetta* singola = Singola();
+  if (singola != nullptr && Spiega(singola->Spiegato())) {
+    RiferisciSingola(*singola);
+    return std::move(Trovati);
+  }
+  std::vector<Sospetta> gruppo = MiglioreStazione();
+  std::string dove =
+      gruppo.empty() ? "tutta la rete" : NomeStazione(NomeDi(StazioneDi(gruppo.front()).Punto));
+  if (gruppo.empty())
+    for (const std::vector<Sospetta>& tutte : PerTipo) Migliore(tutte, gruppo);
+  if (!gruppo.empty())
+    Riferisci(gruppo, std::move(dove));
+  else if (singola != nullptr)
+    RiferisciSingola(*singola);
   return std::move(Trovati);
 }
 

@@ -142,12 +142,13 @@ const Svista kDopo[] = {
     {kCarta, [](Rete& r) { Isola(r, 2); }, 2, "planimetria: un punto è determinato senza alcun controllo: \"P103\""},
     {kLibera, [](Rete& r) { r.Punti[3].Est += 40; }, 1, "punto \"N\": coordinate approssimate a 40.036 m"},
     {kLibera, [](Rete& r) { r.Punti[3].Est += 15; }, 0, ""},
-    {kCarta, [](Rete& r) { Oss(r, 1).Distanza += 0.25; }, 1, "distanza da \"P101\" a \"P103\": W 5"},
-    {kCarta, [](Rete& r) { Inclina(r, kInclinata, kOrizzontale); }, 2, "tutta la rete: 81 distanze dette \"orizzontale\" tornano come \"inclinata\""},
-    {kCarta, [](Rete& r) { Inclina(r, kOrizzontale, kInclinata); }, 2, "dette \"inclinata\" tornano come \"orizzontale\""},
-    {kCarta, [](Rete& r) { Inclina(r, kInclinata, kInclinata); }, 0, ""},
-    {kCarta, [](Rete& r) { Inclina(r, 1, 1); for (TOssCr& o : r.Osservazioni[1]) o.TipoDist = 0; }, 3, "stazione \"P102\": 4 distanze dette"},
-    {kCarta, [](Rete& r) { Inclina(r, 1, 1); Oss(r, 1).TipoDist = 0; }, 3, "osservazione da \"P101\" a \"P103\": distanza detta \"orizzontale\" che torna"},
+    {kCarta, [](Rete& r) { Oss(r, 1).Distanza += 0.25; }, 1, "distanza da \"P101\" a \"P103\": W 4.80, limite 3.52"},
+    {kLocale, [](Rete& r) { Inclina(r, kInclinata, kOrizzontale); }, 2, "tutta la rete: 31 distanze dette \"orizzontale\" tornano come \"inclinata\""},
+    {kLocale, [](Rete& r) { Inclina(r, kOrizzontale, kInclinata); }, 2, "dette \"inclinata\" tornano come \"orizzontale\""},
+    {kLocale, [](Rete& r) { Inclina(r, 1, 1); for (TOssCr& o : r.Osservazioni[2]) o.TipoDist = 0; }, 3, "stazione \"P103\": 4 distanze dette"},
+    {kLocale, [](Rete& r) { Oss(r, 2).TipoDist = 0; }, 3, "osservazione da \"P101\" a \"P112\": distanza detta \"orizzontale\" che torna"},
+    {kLocale, [](Rete& r) { Inclina(r, 1, 1); }, 1, "sigma zero 0.77"},  // as it was
+    {kLocale, [](Rete& r) { Oss(r, 2).Distanza += 0.4; }, 2, "W "},  // an error of another size
 };
 
 void Prova(const Svista& s, Righe (*avvisi)(Rete&)) {
