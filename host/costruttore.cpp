@@ -146,6 +146,12 @@ void CostruttoreRete::CompletaOpzioni() {
   opzioni.MaxIter = Lette.Iterazioni.Valore.value_or(kIterazioniPredefinite);
   opzioni.TipoCalcolo = Lette.Calcolo.Valore.value_or(kCalcoloPredefinito);
   opzioni.Cartografiche = Lette.Cartografiche.Valore.value_or(false) ? 1 : 0;
+  const auto dove = [&](const auto& letto) { return letto.Presente ? letto.Dove : Lette.Dove; };
+  PosizioniOpzioni& posizioni = InCorso.DoveOpzioni;
+  posizioni.SqmDirezione = dove(Lette.SqmDirezione);
+  posizioni.SqmDistCostante = dove(Lette.SqmDistCostante);
+  posizioni.SqmDistProporzionale = dove(Lette.SqmDistProporzionale);
+  posizioni.Cartografiche = dove(Lette.Cartografiche);
 }
 
 void CostruttoreRete::SqmMancante(const Posizione& dove, std::string_view campo,

@@ -61,6 +61,7 @@ class CostruttoreRete {
   Progetto& DatiProgetto() { return InCorso.DatiProgetto; }
   OpzioniLette& Opzioni() { return Lette; }
   CCalcDsOr& CurvaturaRifrazione() { return InCorso.CurvaturaRifrazione; }
+  PosizioniOpzioni& DoveOpzioni() { return InCorso.DoveOpzioni; }
 
   void AggiungiPunto(const PuntoLetto& punto);
   // Some points could not be read: names that are not found are no fault of who uses them.

@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "host/approssimate/approssimate.h"
+#include "host/avvertimenti/avvertimenti.h"
 #include "host/avvisi.h"
 #include "host/calcolo.h"
 #include "host/codifica.h"
@@ -48,7 +49,12 @@ void Accoda(std::vector<std::string>& messaggi, std::vector<std::string> altri) 
   for (std::string& altro : altri) messaggi.push_back(std::move(altro));
 }
 
-// Adds the warnings on records that are passed over to the messages.
+void Comunica(const Diagnostica& avvisi, bool quieto, std::vector<std::string>& messaggi) {
+  if (!quieto) MostraMessaggi(avvisi);
+  Accoda(messaggi, avvisi.Righe());
+}
+
+// Adds the warnings on records that are passed over, and on what looks wrong, to the messages.
 Risultati CompensaConMessaggi(Rete& rete, Rapporto& rapporto, bool quieto,
                               std::vector<std::string>& messaggi) {
   RigaAvanzamento avanzamento(ScriviErrori);
@@ -56,14 +62,17 @@ Risultati CompensaConMessaggi(Rete& rete, Rapporto& rapporto, bool quieto,
   ascolto.Classificati = [&] {
     Diagnostica avvisi;
     AvvisaRecordIgnorati(rete, avvisi);
-    if (!quieto) MostraMessaggi(avvisi);
-    Accoda(messaggi, avvisi.Righe());
+    AvvertiPrima(rete, avvisi);
+    Comunica(avvisi, quieto, messaggi);
   };
   if (!quieto && TerminaleConErrori())
     ascolto.Iterazione = [&](const Iterazione& i) { avanzamento.Mostra(i); };
   try {
     Risultati risultati = Compensa(rete, rapporto, ascolto);
     avanzamento.Cancella();
+    Diagnostica avvisi;
+    AvvertiDopo(rete, risultati, avvisi);
+    Comunica(avvisi, quieto, messaggi);
     return risultati;
   } catch (const std::bad_alloc&) {
     avanzamento.Cancella();

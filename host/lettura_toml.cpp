@@ -113,8 +113,12 @@ void LeggiCurvatura(const Tabella& file, const Lettura& l) {
   if (!tabella) return;
   tabella->RifiutaAltreChiavi(kChiaviCurvatura);
   curvatura.CorrCurvRifr = tabella->Vero("attiva").Valore.value_or(false) ? 1 : 0;
-  curvatura.CoeffRifr = tabella->Numero(kCoefficiente).Valore.value_or(kCoefficienteRifrazione);
-  curvatura.RaggioTerra = tabella->Numero(kRaggio).Valore.value_or(kRaggioTerra);
+  const Letto<double> coefficiente = tabella->Numero(kCoefficiente);
+  const Letto<double> raggio = tabella->Numero(kRaggio);
+  curvatura.CoeffRifr = coefficiente.Valore.value_or(kCoefficienteRifrazione);
+  curvatura.RaggioTerra = raggio.Valore.value_or(kRaggioTerra);
+  l.Rete.DoveOpzioni().Coefficiente = coefficiente.Dove;
+  l.Rete.DoveOpzioni().Raggio = raggio.Dove;
 }
 
 void LeggiPunto(Tabella punto, const Lettura& l) {

@@ -34,6 +34,12 @@ struct RuoliPunto {
   int Alt = kIncognito;
 };
 
+// Where the options stand; of one that the file does not give, the table where it would.
+struct PosizioniOpzioni {
+  Posizione SqmDirezione, SqmDistCostante, SqmDistProporzionale, Cartografiche;
+  Posizione Coefficiente, Raggio;  // of the curvature and refraction
+};
+
 // The network read from a file. Records address each other by index; texts and vectors of the
 // records point into the storage here. Movable, not copyable: a copy would point into the original.
 struct Rete {
@@ -56,6 +62,7 @@ struct Rete {
   std::vector<RuoliPunto> RuoliIniziali;           // of the points
 
   std::deque<std::string> NomiFile;  // the files read, as a message names them
+  PosizioniOpzioni DoveOpzioni;
   std::vector<Posizione> PosizioniPunti;
   std::vector<Posizione> PosizioniStazioni;
   std::vector<std::vector<Posizione>> PosizioniOsservazioni;

@@ -87,6 +87,13 @@ double QuantileChiQuadro(double probabilita, double gradi) {
   return 2.0 * x;
 }
 
+LimitiSigmaZero CalcolaLimitiSigmaZero(int ridondanza) {
+  constexpr double kCoda = 0.025;
+  const double gradi = ridondanza;
+  return {std::sqrt(QuantileChiQuadro(kCoda, gradi) / gradi),
+          std::sqrt(QuantileChiQuadro(1.0 - kCoda, gradi) / gradi)};
+}
+
 double FattoreEllisse(double probabilita, int ridondanza) {
   if (!(probabilita > 0.0 && probabilita < 1.0) || ridondanza <= 0) return kAssente;
   const double n = ridondanza;

@@ -7,6 +7,15 @@
 // up to 10 000 degrees of freedom.
 double QuantileChiQuadro(double probabilita, double gradi);
 
+// Between what values sigma zero over its a-priori value lies in 95 % of all adjustments with that
+// redundancy (> 0) whose observations are as their standard deviations say: sqrt(chi2 / redundancy)
+// at 2.5 and 97.5 % (K.-R. Koch, Parameter Estimation and Hypothesis Testing in Linear Models, 1999,
+// 4.2). kAssente without redundancy.
+struct LimitiSigmaZero {
+  double Minimo, Massimo;
+};
+LimitiSigmaZero CalcolaLimitiSigmaZero(int ridondanza);
+
 // The factor by which the semi-axes of a standard ellipse that contains sigma zero a posteriori are
 // multiplied so that the ellipse covers the point with the given probability: sqrt(2 F), F the
 // quantile of the F distribution with 2 and `ridondanza` degrees of freedom (K.-R. Koch, Parameter

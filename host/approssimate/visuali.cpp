@@ -104,7 +104,7 @@ double Dislivello(const Rete& rete, const Visuale& visuale) {
   return dislivello + stazione.AltStrum - o.AltSegnale;
 }
 
-Riduzioni::Riduzioni(const Rete& rete) : Carta(rete.Opzioni.Cartografiche != 0) {
+Riduzioni::Riduzioni(const Rete& rete, bool carta) : Carta(carta) {
   if (!Carta) return;
   double sommaQuote = 0.0;
   double sommaEst = 0.0;

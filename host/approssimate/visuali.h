@@ -63,7 +63,9 @@ double Dislivello(const Rete& rete, const Visuale& visuale);
 // approximations and checks: a sphere, one scale for a whole sight.
 class Riduzioni {
  public:
-  explicit Riduzioni(const Rete& rete);
+  explicit Riduzioni(const Rete& rete) : Riduzioni(rete, rete.Opzioni.Cartografiche != 0) {}
+  // As if the options said that the coordinates are, or are not, those of a map.
+  Riduzioni(const Rete& rete, bool carta);
   // Factor of a horizontal distance around a place; without map coordinates 1. A height that was
   // not given, or an easting outside the zone, is that of the mean known point.
   double Scala(double est, double quota) const;

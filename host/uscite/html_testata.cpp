@@ -133,16 +133,15 @@ struct TestGlobale {
 // The a-priori standard deviations give the weights only in plan, and there only where there are
 // distances.
 TestGlobale Prova(const Risultati& r) {
-  constexpr double kCodaInferiore = 0.025, kCodaSuperiore = 0.975;
   const RisultatoCompensazione& c = r.Planimetria;
   TestGlobale t;
   const bool pesi =
       std::ranges::any_of(r.Equazioni, [](const Equazione& e) { return Presente(e.SqmPriori); });
   if (!c.Compiuta() || !Presente(c.SigmaZero) || c.Ridondanza() <= 0 || !pesi) return t;
   t.Possibile = true;
-  const double gradi = c.Ridondanza();
-  t.Minimo = std::sqrt(QuantileChiQuadro(kCodaInferiore, gradi) / gradi);
-  t.Massimo = std::sqrt(QuantileChiQuadro(kCodaSuperiore, gradi) / gradi);
+  const LimitiSigmaZero limiti = CalcolaLimitiSigmaZero(c.Ridondanza());
+  t.Minimo = limiti.Minimo;
+  t.Massimo = limiti.Massimo;
   t.Superato = c.SigmaZeroRapporto > t.Minimo && c.SigmaZeroRapporto < t.Massimo;
   return t;
 }

@@ -1,6 +1,7 @@
 // Values that are possible but improbable: zenith angles of the second face, vertical angles taken
 // for zenith angles, heights in centimetres, heights that are missing.
 
+#include <algorithm>
 #include <cmath>
 
 #include "host/approssimate/visuali.h"
@@ -11,7 +12,7 @@
 namespace {
 
 constexpr double kZenitMassimo = 200.0;       // of the first face [gon]
-constexpr double kQuasiOrizzonte = 30.0;      // a vertical angle is nearer to 0 than this [gon]
+constexpr double kQuasiOrizzonte = 50.0;      // a vertical angle is nearer to 0 than this [gon]
 constexpr double kAltezzaInverosimile = 4.0;  // of an instrument on its tripod [m]
 constexpr double kSegnaleInverosimile = 30.0;
 constexpr double kCentimetri = 50.0;  // from here on a height looks like centimetres
@@ -28,14 +29,29 @@ class Esame {
  public:
   explicit Esame(const Rete& rete)
       : R(rete), Alt((rete.Opzioni.TipoCalcolo & kCalcoloAltimetria) != 0) {}
-  void EsaminaStazione(std::size_t s);
+  void EsaminaValori();
+  void EsaminaMancanze();
   Rilievi Trovati;
 
  private:
+  // Zenith angles read, and those of them that look vertical.
+  struct Zenit {
+    int Letti = 0, Presso0 = 0;
+    bool Verticali() const { return 2 * Presso0 > Letti; }
+  };
+  Zenit ContaZenit(std::size_t s) const;
+  void RiferisciVerticali(std::size_t s, const Zenit& zenit, const std::string& record);
+  void EsaminaVerticali();
   void EsaminaAltezza(std::size_t s);
-  void EsaminaZenit(std::size_t s);
   void EsaminaSegnali(std::size_t s);
+  void EsaminaAltezzaMancante(std::size_t s);
+  void EsaminaSegnaliMancanti(std::size_t s);
+  void EsaminaSecondaFaccia(std::size_t s);
   const std::string& Nome(int i) const { return R.Nomi[static_cast<std::size_t>(i)]; }
+  std::string Record(std::size_t s) const { return NomeStazione(Nome(R.Stazioni[s].Punto)); }
+  std::string Record(std::size_t s, const TOssCr& o) const {
+    return NomeOsservazione(Nome(R.Stazioni[s].Punto), Nome(o.Punto));
+  }
   void Aggiungi(const Posizione& dove, std::string record, std::string problema,
                 std::string forse = {}) {
     Trovati.push_back({dove,
@@ -48,81 +64,127 @@ class Esame {
   bool Alt;
 };
 
-void Esame::EsaminaAltezza(std::size_t s) {
-  const TStaCr& stazione = R.Stazioni[s];
-  const std::string record = NomeStazione(Nome(stazione.Punto));
-  if (Assegnato(stazione.AltStrum)) {
-    if (std::abs(stazione.AltStrum) > kAltezzaInverosimile)
-      Aggiungi(R.PosizioniStazioni[s], record,
-               "altezza dello strumento di " + Metri(stazione.AltStrum),
-               ForseCentimetri(stazione.AltStrum));
+Esame::Zenit Esame::ContaZenit(std::size_t s) const {
+  Zenit zenit;
+  for (const TOssCr& o : R.Stazioni[s].Osservazioni) {
+    if (!Assegnato(o.Zenit)) continue;
+    ++zenit.Letti;
+    if (std::abs(std::remainder(o.Zenit, kGiroGon)) < kQuasiOrizzonte) ++zenit.Presso0;
+  }
+  return zenit;
+}
+
+void Esame::RiferisciVerticali(std::size_t s, const Zenit& zenit, const std::string& record) {
+  Aggiungi(R.PosizioniStazioni[s], record,
+           std::to_string(zenit.Presso0) + " zenit su " + std::to_string(zenit.Letti) +
+               " distano da 0 o da 400 meno di " + NumeroBreve(kQuasiOrizzonte) + " gon",
+           "angoli verticali, contati dall'orizzonte? lo zenit è 100 meno l'angolo");
+}
+
+// Of the whole network at once where it holds for most of it; a single reading tells nothing.
+void Esame::EsaminaVerticali() {
+  Zenit tutti;
+  std::size_t prima = R.Stazioni.size();
+  for (std::size_t s = 0; s < R.Stazioni.size(); ++s) {
+    const Zenit zenit = ContaZenit(s);
+    tutti.Letti += zenit.Letti;
+    tutti.Presso0 += zenit.Presso0;
+    if (zenit.Presso0 > 0) prima = std::min(prima, s);
+  }
+  if (tutti.Presso0 == 0) return;
+  if (tutti.Verticali() && tutti.Letti > 1) {
+    RiferisciVerticali(prima, tutti, "tutta la rete");
     return;
   }
+  for (std::size_t s = prima; s < R.Stazioni.size(); ++s) {
+    const Zenit zenit = ContaZenit(s);
+    if (zenit.Verticali() && zenit.Letti > 1) RiferisciVerticali(s, zenit, Record(s));
+  }
+}
+
+void Esame::EsaminaAltezza(std::size_t s) {
+  const double altezza = R.Stazioni[s].AltStrum;
+  if (Assegnato(altezza) && std::abs(altezza) > kAltezzaInverosimile)
+    Aggiungi(R.PosizioniStazioni[s], Record(s), "altezza dello strumento di " + Metri(altezza),
+             ForseCentimetri(altezza));
+}
+
+void Esame::EsaminaSegnali(std::size_t s) {
+  const TStaCr& stazione = R.Stazioni[s];
+  for (std::size_t i = 0; i < stazione.Osservazioni.size(); ++i) {
+    const TOssCr& o = stazione.Osservazioni[i];
+    if (Assegnato(o.AltSegnale) && std::abs(o.AltSegnale) > kSegnaleInverosimile)
+      Aggiungi(R.PosizioniOsservazioni[s][i], Record(s, o),
+               "altezza del segnale di " + Metri(o.AltSegnale), ForseCentimetri(o.AltSegnale));
+  }
+}
+
+void Esame::EsaminaAltezzaMancante(std::size_t s) {
+  const TStaCr& stazione = R.Stazioni[s];
+  if (!Alt || Assegnato(stazione.AltStrum)) return;
   int visuali = 0;
   for (const TOssCr& o : stazione.Osservazioni)
     visuali += Assegnato(o.Zenit) && Assegnato(o.Distanza) && Assegnato(o.AltSegnale) ? 1 : 0;
-  if (Alt && visuali > 0)
-    Aggiungi(R.PosizioniStazioni[s], record,
+  if (visuali > 0)
+    Aggiungi(R.PosizioniStazioni[s], Record(s),
              "manca l'altezza dello strumento: " + std::to_string(visuali) +
                  (visuali == 1 ? " visuale non dà" : " visuali non danno") + " dislivelli",
              "se non è stata misurata si dà approssimata, con altezza_nota = false");
 }
 
-void Esame::EsaminaZenit(std::size_t s) {
+void Esame::EsaminaSegnaliMancanti(std::size_t s) {
   const TStaCr& stazione = R.Stazioni[s];
-  int letti = 0;
-  int presso0 = 0;
-  for (const TOssCr& o : stazione.Osservazioni) {
-    if (!Assegnato(o.Zenit)) continue;
-    ++letti;
-    if (std::abs(std::remainder(o.Zenit, kGiroGon)) < kQuasiOrizzonte) ++presso0;
-  }
-  const bool verticali = 2 * presso0 > letti && (letti > 1 || R.Stazioni.size() == 1);
-  if (verticali)
-    Aggiungi(R.PosizioniStazioni[s], NomeStazione(Nome(stazione.Punto)),
-             std::to_string(presso0) + " zenit su " + std::to_string(letti) + " vicini a 0",
-             "angoli verticali, contati dall'orizzonte?");
-  for (std::size_t i = 0; i < stazione.Osservazioni.size(); ++i) {
-    const TOssCr& o = stazione.Osservazioni[i];
-    if (!Assegnato(o.Zenit) || verticali || o.Zenit <= kZenitMassimo) continue;
-    Aggiungi(
-        R.PosizioniOsservazioni[s][i], NomeOsservazione(Nome(stazione.Punto), Nome(o.Punto)),
-        "zenit " + NumeroFisso(o.Zenit, 4) + ", oltre 200 gon",
-        "lettura al cerchio destro non ridotta? sarebbe " + NumeroFisso(kGiroGon - o.Zenit, 4));
-  }
-}
-
-void Esame::EsaminaSegnali(std::size_t s) {
-  const TStaCr& stazione = R.Stazioni[s];
+  if (!Alt || !Assegnato(stazione.AltStrum)) return;
   int mancanti = 0;
-  for (std::size_t i = 0; i < stazione.Osservazioni.size(); ++i) {
-    const TOssCr& o = stazione.Osservazioni[i];
-    if (Assegnato(o.AltSegnale)) {
-      if (std::abs(o.AltSegnale) > kSegnaleInverosimile)
-        Aggiungi(R.PosizioniOsservazioni[s][i],
-                 NomeOsservazione(Nome(stazione.Punto), Nome(o.Punto)),
-                 "altezza del segnale di " + Metri(o.AltSegnale), ForseCentimetri(o.AltSegnale));
-    } else if (Assegnato(o.Zenit) && Assegnato(o.Distanza)) {
-      ++mancanti;
-    }
-  }
-  if (Alt && mancanti > 0 && Assegnato(stazione.AltStrum))
-    Aggiungi(R.PosizioniStazioni[s], NomeStazione(Nome(stazione.Punto)),
+  for (const TOssCr& o : stazione.Osservazioni)
+    mancanti += !Assegnato(o.AltSegnale) && Assegnato(o.Zenit) && Assegnato(o.Distanza) ? 1 : 0;
+  if (mancanti > 0)
+    Aggiungi(R.PosizioniStazioni[s], Record(s),
              mancanti == 1 ? "una visuale con zenit e distanza è senza altezza del segnale"
                            : std::to_string(mancanti) +
                                  " visuali con zenit e distanza sono senza altezza del segnale");
 }
 
-void Esame::EsaminaStazione(std::size_t s) {
-  EsaminaAltezza(s);
-  EsaminaZenit(s);
-  EsaminaSegnali(s);
+void Esame::EsaminaSecondaFaccia(std::size_t s) {
+  const TStaCr& stazione = R.Stazioni[s];
+  const Zenit zenit = ContaZenit(s);
+  if (zenit.Verticali() && zenit.Letti > 1) return;
+  for (std::size_t i = 0; i < stazione.Osservazioni.size(); ++i) {
+    const TOssCr& o = stazione.Osservazioni[i];
+    if (!Assegnato(o.Zenit) || o.Zenit <= kZenitMassimo) continue;
+    Aggiungi(
+        R.PosizioniOsservazioni[s][i], Record(s, o),
+        "zenit " + NumeroFisso(o.Zenit, 4) + ", oltre 200 gon",
+        "lettura al cerchio destro non ridotta? sarebbe " + NumeroFisso(kGiroGon - o.Zenit, 4));
+  }
+}
+
+void Esame::EsaminaValori() {
+  EsaminaVerticali();
+  for (std::size_t s = 0; s < R.Stazioni.size(); ++s) {
+    EsaminaAltezza(s);
+    EsaminaSegnali(s);
+  }
+}
+
+void Esame::EsaminaMancanze() {
+  for (std::size_t s = 0; s < R.Stazioni.size(); ++s) {
+    EsaminaAltezzaMancante(s);
+    EsaminaSegnaliMancanti(s);
+    EsaminaSecondaFaccia(s);
+  }
 }
 
 }  // namespace
 
 Rilievi ControllaLetture(const Rete& rete) {
   Esame esame(rete);
-  for (std::size_t s = 0; s < rete.Stazioni.size(); ++s) esame.EsaminaStazione(s);
+  esame.EsaminaValori();
+  return std::move(esame.Trovati);
+}
+
+Rilievi ControllaMancanze(const Rete& rete) {
+  Esame esame(rete);
+  esame.EsaminaMancanze();
   return std::move(esame.Trovati);
 }

@@ -15,9 +15,11 @@ struct Rilievo {
 };
 using Rilievi = std::vector<Rilievo>;
 
-// Same target twice in a set-up with different readings; points in the same place; names that look
-// alike.
+// Same target twice in a set-up with different readings; names that look alike.
 Rilievi ControllaRipetizioni(const Rete& rete);
+
+// Points in the same place.
+Rilievi ControllaPosti(const Rete& rete);
 
 // What closes by itself, without coordinates: distances and height differences measured from both
 // ends, angles of triangles. Controllate, if given, counts what was closed.
@@ -32,5 +34,8 @@ Rilievi ControllaChiusure(const Rete& rete, ChiusureControllate* controllate = n
 // approximate by what the approximations of the network are generally worth.
 Rilievi ControllaScarti(const Rete& rete);
 
-// Single values that were hardly read that way: zenith angles, instrument and target heights.
+// Values that were hardly read that way: vertical for zenith angles, heights in centimetres.
 Rilievi ControllaLetture(const Rete& rete);
+
+// Sights that the heights lack something of, or that were read on the second face.
+Rilievi ControllaMancanze(const Rete& rete);

@@ -126,7 +126,12 @@ void NomiSimili(const Rete& rete, Rilievi& trovati) {
 Rilievi ControllaRipetizioni(const Rete& rete) {
   Rilievi trovati;
   NomiSimili(rete, trovati);
-  PostiUguali(rete, trovati);
   for (std::size_t s = 0; s < rete.Stazioni.size(); ++s) VisualiRipetute(rete, s, trovati);
+  return trovati;
+}
+
+Rilievi ControllaPosti(const Rete& rete) {
+  Rilievi trovati;
+  PostiUguali(rete, trovati);
   return trovati;
 }

@@ -11,6 +11,7 @@
 
 #include "host/approssimate/approssimate.h"
 #include "host/approssimate/visuali.h"
+#include "host/avvertimenti/avvertimenti.h"
 #include "host/campi.h"
 #include "host/file_sicuro.h"
 #include "host/lettura_rete.h"
@@ -184,8 +185,10 @@ Stato Verifica(const OpzioniVerifica& opzioni) {
   ChiusureControllate chiusure;
   Accoda(rilievi, std::move(connessione.Trovati));
   Accoda(rilievi, ControllaChiusure(rete, &chiusure));
-  Accoda(rilievi, ControllaScarti(rete));
+  Accoda(rilievi, ControllaPosti(rete));
   Accoda(rilievi, ControllaLetture(rete));
+  Accoda(rilievi, ControllaMancanze(rete));
+  Accoda(rilievi, ControllaPlausibilita(rete));
   std::vector<std::string> ostacoli = connessione.Pla.Ostacoli;
   ostacoli.insert(ostacoli.end(), connessione.Alt.Ostacoli.begin(), connessione.Alt.Ostacoli.end());
 
