@@ -14,6 +14,7 @@ namespace {
 constexpr std::string_view kCancellaRiga = "\r\x1b[K";
 constexpr std::size_t kPuntiNominati = 5;
 constexpr int kColonnaEtichetta = 13;
+constexpr std::size_t kMotiMostrati = 10;  // of an adjustment
 
 std::string_view Nome(const Risultati& r, int punto) {
   return r.Punti[static_cast<std::size_t>(punto)].Nome;
@@ -127,6 +128,26 @@ std::array<std::string, 5> RigheSommario(const Risultati& r) {
           Riga(r, "Ridondanza", [&](const C& c) { return TestoRidondanza(c); }),
           Riga(r, "Iterazioni", [&](const C& c) { return TestoIterazioni(r, c); }),
           Riga(r, "w massimo", [&](const C& c) { return TestoWMassimo(r, c); })};
+}
+
+std::vector<std::string> RigheMotiLiberi(const Risultati& r) {
+  std::vector<std::string> righe;
+  std::size_t taciuti = 0;
+  for (const auto& [nome, c] :
+       {std::pair("planimetria, ", &r.Planimetria), std::pair("altimetria, ", &r.Altimetria)})
+    for (std::size_t i = 0; i < c->MotiLiberi.size(); ++i) {
+      if (i >= kMotiMostrati) {
+        ++taciuti;
+        continue;
+      }
+      std::string riga = righe.empty() ? "Moti liberi:" : "";
+      riga.resize(kColonnaEtichetta, ' ');
+      righe.push_back(riga + nome + c->MotiLiberi[i].Parole);
+    }
+  if (taciuti > 0)
+    righe.push_back(std::string(kColonnaEtichetta, ' ') + "e altri " + std::to_string(taciuti) +
+                    ", che sono nei file di risultati (--json, --html)");
+  return righe;
 }
 
 void RigaAvanzamento::Mostra(const Iterazione& iterazione) {

@@ -253,6 +253,13 @@ Stato StatoDi(const RisultatoCompensazione& c, const TestGlobale& t, const Conte
   return bene ? Stato::Bene : Stato::Attenzione;
 }
 
+void ScriviMoti(Pagina& p, const RisultatoCompensazione& c) {
+  if (c.MotiLiberi.empty()) return;
+  p << "<p>Che cosa le osservazioni non fissano:</p>\n<ul>\n";
+  for (const MotoLibero& moto : c.MotiLiberi) (p << "<li>").Testo(moto.Parole) << "</li>\n";
+  p << "</ul>\n";
+}
+
 void ScriviScheda(Pagina& p, const Risultati& r, bool planimetria) {
   const RisultatoCompensazione& c = planimetria ? r.Planimetria : r.Altimetria;
   const Conteggi conteggi = Conta(r, planimetria);
@@ -272,6 +279,7 @@ void ScriviScheda(Pagina& p, const Risultati& r, bool planimetria) {
     p << "<p>I risultati sono quelli dell'ultima iterazione e non vanno usati.</p>\n";
   else if (!c.Compiuta())
     p << "<p>Coordinate, quote e disegno sono quelli del file: non c'è un risultato.</p>\n";
+  ScriviMoti(p, c);
   p << "<dl>\n";
   if (c.Compiuta()) {
     Voce(p, "Sigma zero a posteriori", TestoSigma(c, planimetria, prova.Possibile));
