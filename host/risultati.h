@@ -138,8 +138,8 @@ struct RisultatoCompensazione {
   double SigmaZeroRapporto = kAssente;  // as the report prints it: in plan in units of 10^-6
   std::vector<Iterazione> Iterazioni;   // none in height, whose equations are linear
   int EquazioneWMassimo = kNessuno;     // in Risultati::Equazioni
-  std::vector<MotoLibero> MotiLiberi;   // of an adjustment that could not be done
-  int GradiLiberi = 0;                  // independent free motions, also those that are not listed
+  std::vector<MotoLibero> MotiLiberi;   // what the observations do not fix; the first 100
+  int GradiLiberi = 0;                  // independent free motions, with those that are not listed
 
   // Only where the equations were counted.
   int Ridondanza() const { return Equazioni - Incognite; }
@@ -171,7 +171,8 @@ struct Ellisse {
 };
 Ellisse CalcolaEllisse(double varEst, double varNord, double covarianza);
 
-// Whether all adjustments that were asked for have succeeded.
+// Whether all adjustments that were asked for have succeeded, and with observations that fix the
+// network.
 bool TutteRiuscite(const Risultati& risultati);
 
 // The value of a record, kAssente if it was not given.

@@ -34,7 +34,9 @@ std::string PuntiIndeterminati(const Risultati& r, const std::vector<int>& punti
 std::string TestoEsito(const Risultati& r, const RisultatoCompensazione& c) {
   switch (c.Fine) {
     case Esito::NonRichiesta: return "non richiesta";
-    case Esito::Riuscita: return "riuscita";
+    case Esito::Riuscita:
+      return c.GradiLiberi == 0 ? "riuscita"
+                                : "non determinabile, risultati da non usare";
     case Esito::NonConvergente: return "non convergente";
     case Esito::NonDeterminabile:
       return (c.PuntiNonDeterminabili.size() == 1 ? "punto non determinabile: "
@@ -132,21 +134,19 @@ std::array<std::string, 5> RigheSommario(const Risultati& r) {
 
 std::vector<std::string> RigheMotiLiberi(const Risultati& r) {
   std::vector<std::string> righe;
-  std::size_t taciuti = 0;
+  const auto aggiungi = [&](const std::string& testo) {
+    std::string riga = righe.empty() ? "Moti liberi:" : "";
+    riga.resize(kColonnaEtichetta, ' ');
+    righe.push_back(riga + testo);
+  };
   for (const auto& [nome, c] :
-       {std::pair("planimetria, ", &r.Planimetria), std::pair("altimetria, ", &r.Altimetria)})
-    for (std::size_t i = 0; i < c->MotiLiberi.size(); ++i) {
-      if (i >= kMotiMostrati) {
-        ++taciuti;
-        continue;
-      }
-      std::string riga = righe.empty() ? "Moti liberi:" : "";
-      riga.resize(kColonnaEtichetta, ' ');
-      righe.push_back(riga + nome + c->MotiLiberi[i].Parole);
-    }
-  if (taciuti > 0)
-    righe.push_back(std::string(kColonnaEtichetta, ' ') + "e altri " + std::to_string(taciuti) +
-                    ", che sono nei file di risultati (--json, --html)");
+       {std::pair("planimetria, ", &r.Planimetria), std::pair("altimetria, ", &r.Altimetria)}) {
+    const std::size_t mostrati = std::min(c->MotiLiberi.size(), kMotiMostrati);
+    for (std::size_t i = 0; i < mostrati; ++i) aggiungi(nome + c->MotiLiberi[i].Parole);
+    if (mostrati < c->MotiLiberi.size())
+      aggiungi(nome + std::string("in tutto ") + std::to_string(c->GradiLiberi) +
+               " moti indipendenti: gli altri sono in --json e --html");
+  }
   return righe;
 }
 

@@ -16,9 +16,24 @@ namespace {
 constexpr std::size_t kMotiElencati = 100;
 constexpr double kSqmDebole = 1.0;  // from here on a motion is hardly controlled [m]
 
-bool Indeterminata(Esito fine) {
-  return fine == Esito::NormaleSingolare || fine == Esito::PiuIncognite ||
-         fine == Esito::PuntiFissiInsufficienti || fine == Esito::NonDeterminabile;
+// Roots of a cofactor that no real network has [km/rad, m]. The module takes a pivot for positive
+// that is only rounding, where the coefficients are large; what comes out is no result.
+constexpr double kRadiceCofattorePla = 1e3;
+constexpr double kRadiceCofattoreAlt = 1e4;
+constexpr double kMetriPerKm = 1000.0;
+
+bool Sospetta(const Risultati& r, const RisultatoCompensazione& c) {
+  if (c.Fine == Esito::NonConvergente || !(c.SigmaZero > 0.0)) return true;
+  const bool pla = &c == &r.Planimetria;
+  return std::ranges::any_of(r.Punti, [&](const RisultatoPunto& p) {
+    return pla ? std::max(p.SqmEst, p.SqmNord) > kRadiceCofattorePla * kMetriPerKm * c.SigmaZero
+               : p.SqmQuota > kRadiceCofattoreAlt * c.SigmaZero;
+  });
+}
+
+// An adjustment that waits for the other one may have free motions too: all are told at once.
+bool DaSpiegare(const Risultati& r, const RisultatoCompensazione& c) {
+  return c.Fine != Esito::NonRichiesta && (!c.Compiuta() || Sospetta(r, c));
 }
 
 class Spiegazione {
@@ -60,6 +75,7 @@ bool Spiegazione::Moti() {
 }
 
 void Spiegazione::MotoPiuDebole() {
+  if (C.Fine != Esito::NormaleSingolare) return;
   const MotoDebole debole = CercaMotoDebole(S);
   if (Presente(debole.Sqm) && debole.Sqm > kSqmDebole) Aggiungi(ComeInsieme(S, debole), debole.Sqm);
 }
@@ -73,13 +89,14 @@ void SpiegaPlanimetria(Risultati& r) {
   const SistemaLibero iniziale = EquazioniPlanimetria(r, Coordinate::DelFile);
   if (!Finito(iniziale)) return;
   if (Spiegazione(r, iniziale, r.Planimetria).Moti()) return;
-  const std::size_t passi = r.Planimetria.Iterazioni.size();
-  if (passi > 1) {
+  const auto passi = std::ssize(r.Planimetria.Iterazioni) -
+                     (r.Planimetria.Fine == Esito::NormaleSingolare ? 1 : 0);
+  if (passi > 0) {
     const SistemaLibero finale = EquazioniPlanimetria(r, Coordinate::Finali);
     if (Finito(finale) && Spiegazione(r, finale, r.Planimetria).Moti()) {
       for (MotoLibero& moto : r.Planimetria.MotiLiberi)
         moto.Parole += " (alle coordinate a cui è giunta l'iterazione " +
-                       std::to_string(passi - 1) + ")";
+                       std::to_string(passi) + ")";
       return;
     }
   }
@@ -96,8 +113,8 @@ void SpiegaAltimetria(Risultati& r) {
 
 void SpiegaIndeterminazione(Risultati& r) {
   try {
-    if (Indeterminata(r.Planimetria.Fine)) SpiegaPlanimetria(r);
-    if (Indeterminata(r.Altimetria.Fine)) SpiegaAltimetria(r);
+    if (DaSpiegare(r, r.Planimetria)) SpiegaPlanimetria(r);
+    if (DaSpiegare(r, r.Altimetria)) SpiegaAltimetria(r);
   } catch (const std::bad_alloc&) {  // the outcome itself is worth more
     r.Planimetria.MotiLiberi.clear();
     r.Altimetria.MotiLiberi.clear();

@@ -21,7 +21,9 @@ constexpr double kFermoDebole = 0.02;     // likewise of a weak motion
 constexpr double kAdattamento = 0.05;     // misfit up to which a weak motion is that of one body
 constexpr double kIndipendente = 1e-3;    // sine at which two rows are not parallel
 constexpr double kNelPiano = 1e-5;        // part of a row outside of the body's
-constexpr std::size_t kCandidati = 64;    // bodies tried
+constexpr std::size_t kCandidati = 64;    // nodes that a body is tried at
+constexpr std::size_t kCampione = 1000;   // nodes that tell which body is the largest
+constexpr std::size_t kGradiScomposti = 64;  // a tangle of more motions is told as it is
 constexpr std::size_t kGradiMassimi = 4;  // of one body
 
 // Motions of the body about the centroid of the nodes: four columns, rotation and scale by the
@@ -244,13 +246,15 @@ std::vector<Vettore> Scomposizione::Piano(const std::vector<Vettore>& base,
   std::vector<Vettore> migliore;
   std::size_t tenutiMigliore = 0;
   const std::size_t salto = std::max(supporto.size() / kCandidati, std::size_t{1});
+  const std::size_t saltoCampione = std::max(supporto.size() / kCampione, std::size_t{1});
   for (std::size_t c = 0; c < supporto.size(); c += salto)
     for (const int r : S.RigheDi(Nodi[supporto[c]]).first(
              std::min(S.RigheDi(Nodi[supporto[c]]).size(), kGradiMassimi))) {
       std::vector<Vettore> piano = PianoDa(base, S.Righe[U(r)], gradi, corpo);
       if (piano.empty()) continue;
       std::size_t tenuti = 0;
-      for (const std::size_t k : supporto) {
+      for (std::size_t i = 0; i < supporto.size(); i += saltoCampione) {
+        const std::size_t k = supporto[i];
         bool tenuto = true;
         for (std::size_t p = 0; tenuto && p < Passo; ++p) {
           Vettore v = Riga(base, k * Passo + p);
@@ -305,8 +309,10 @@ void Scomposizione::SpiegaGruppo(std::vector<Vettore> base) {
   if (gradi > 0) Aggiungi(moti.front(), supporto, &corpo, std::move(similitudini));
   if (gradi == base.size()) return;
   const std::vector<Vettore> piano =
-      Piano(base, supporto, std::max(gradi, std::size_t{1}), moti);
-  if (piano.empty() || base.size() == 1) {
+      base.size() == 1 || base.size() > kGradiScomposti
+          ? std::vector<Vettore>{}
+          : Piano(base, supporto, std::max(gradi, std::size_t{1}), moti);
+  if (piano.empty()) {
     for (std::size_t j = gradi; j < base.size(); ++j) Aggiungi(base[j], Supporto({base[j]}));
     return;
   }

@@ -30,7 +30,7 @@ constexpr double kPassoScostamento = 100.0;
 constexpr int kPassate = 4;                    // steps with the smallest shift
 constexpr double kTraccia = 1e-7;              // what is left of a unit vector without a null part
 constexpr std::size_t kVettoriIniziali = 8, kVettoriMassimi = 512, kCrescita = 4;
-constexpr std::size_t kNumeriMassimi = 20'000'000;  // of the vectors of a part
+constexpr std::size_t kNumeriMassimi = 2'000'000;  // of the vectors of a part
 constexpr std::size_t kVettoriDeboli = 4;
 constexpr int kPassateDeboli = 8;
 
@@ -64,6 +64,7 @@ class Parte {
   void Passata(Vettore& x);
   Vettore Applica(const Vettore& x) const;  // A x
   Vettore InMetri(Vettore x) const;
+  Vettore DaMetri(Vettore x) const;
 
  private:
   void AggiungiRiga(const RigaLibera& riga, const std::vector<int>& posto);
@@ -158,6 +159,11 @@ Vettore Parte::InMetri(Vettore x) const {
   return x;
 }
 
+Vettore Parte::DaMetri(Vettore x) const {
+  for (std::size_t i = 0; i < x.size(); ++i) x[i] *= Scala[i];
+  return x;
+}
+
 // The same numbers with every standard library.
 std::vector<Vettore> Casuali(std::size_t quanti, std::size_t ordine) {
   std::mt19937 motore;
@@ -191,9 +197,10 @@ void Ortonormalizza(std::vector<Vettore>& x, double minimo) {
 
 // Turns an orthonormal basis so that |A x|^2 grows from one vector to the next and they are
 // orthogonal in it.
-void RayleighRitz(const Parte& parte, std::vector<Vettore>& x) {
+template <class Applica>
+void RayleighRitz(std::vector<Vettore>& x, Applica applica) {
   std::vector<Vettore> ax;
-  for (const Vettore& v : x) ax.push_back(parte.Applica(v));
+  for (const Vettore& v : x) ax.push_back(applica(v));
   std::vector<Vettore> g(x.size(), Vettore(x.size()));
   for (std::size_t i = 0; i < x.size(); ++i)
     for (std::size_t j = 0; j <= i; ++j) g[i][j] = g[j][i] = Prodotto(ax[i], ax[j]);
@@ -207,22 +214,19 @@ void RayleighRitz(const Parte& parte, std::vector<Vettore>& x) {
 }
 
 // A basis of the null space of a part [m].
-std::vector<Vettore> MotiDi(const SistemaLibero& sistema, Parte& parte, bool& completo) {
+std::vector<Vettore> MotiDi(const SistemaLibero& sistema, Parte& parte) {
   const std::size_t n = parte.Ordine();
-  const std::size_t massimo = std::min(kVettoriMassimi, std::max(kNumeriMassimi / n, std::size_t{1}));
+  const std::size_t massimo = std::min(kVettoriMassimi, std::max(kNumeriMassimi / n, kVettoriIniziali));
   std::vector<Vettore> x;
-  for (std::size_t k = std::min(kVettoriIniziali, massimo);; k = std::min(k * kCrescita, massimo)) {
+  for (std::size_t k = kVettoriIniziali;; k = std::min(k * kCrescita, massimo)) {
     x = Casuali(std::min(k, n), n);
     for (Vettore& v : x)
       for (int i = 0; i < parte.Passate(); ++i) parte.Passata(v);
     Ortonormalizza(x, kTraccia);
-    if (x.size() < k || k >= n) break;
-    if (k < massimo) continue;
-    completo = false;
-    break;
+    if (x.size() < k || k >= std::min(n, massimo)) break;
   }
   if (x.empty()) return x;
-  RayleighRitz(parte, x);
+  RayleighRitz(x, [&](const Vettore& v) { return parte.Applica(v); });
   std::vector<Vettore> moti;
   for (Vettore& v : x) {
     Vettore moto = parte.InMetri(std::move(v));
@@ -346,7 +350,7 @@ Nucleo CalcolaNucleo(const SistemaLibero& sistema) {
     if (nodi.size() == 1) continue;
     Parte parte(sistema, nodi, posto, fermi);
     parte.Prepara();
-    std::vector<Vettore> moti = MotiDi(sistema, parte, nucleo.Completo);
+    std::vector<Vettore> moti = MotiDi(sistema, parte);
     if (!moti.empty()) nucleo.Parti.push_back({nodi, std::move(moti)});
   }
   return nucleo;
@@ -364,9 +368,11 @@ MotoDebole CercaMotoDebole(const SistemaLibero& sistema) {
       for (Vettore& v : x) parte.Passata(v);
       Ortonormalizza(x, 0.0);
     }
+    for (Vettore& v : x) v = parte.InMetri(std::move(v));
+    Ortonormalizza(x, 0.0);
     if (x.empty()) continue;
-    RayleighRitz(parte, x);
-    Vettore moto = parte.InMetri(std::move(x.front()));
+    RayleighRitz(x, [&](const Vettore& v) { return parte.Applica(parte.DaMetri(v)); });
+    Vettore moto = std::move(x.front());
     double massimo = 0.0;
     const auto p = U(sistema.Passo);
     for (std::size_t k = 0; k < nodi.size(); ++k)

@@ -27,9 +27,9 @@ struct ParteLibera {
 struct Nucleo {
   std::vector<NodoLibero> Nodi;
   std::vector<ParteLibera> Parti;
-  bool Completo = true;  // false = there are more motions than were sought
 };
 
+// Of a very large part with very many motions that are not of single nodes only some are found.
 Nucleo CalcolaNucleo(const SistemaLibero& sistema);
 
 // The motion that the observations resist least; of a network without free motions.

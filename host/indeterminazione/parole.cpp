@@ -199,12 +199,12 @@ void Frase::NominaCentro(Posto centro) {
   }
 }
 
-// Whether every unknown point that something observes moves or stands at the centre.
+// Whether every unknown point that something observes moves.
 bool Frase::TuttaLaRete() const {
   std::size_t altri = 0;
   for (int nodo = 0; nodo < S.Nodi(); ++nodo)
-    if (S.RigheDi(nodo).empty() || S.Punti[U(nodo)] == Moto.Centro) ++altri;
-  return I.Nodi.size() + altri >= U(S.Nodi()) && I.Nodi.size() > 1;
+    if (S.RigheDi(nodo).empty()) ++altri;
+  return I.Nodi.size() + altri == U(S.Nodi()) && I.Nodi.size() > 1;
 }
 
 std::string Frase::Attorno(const char* preposizione) const {
@@ -254,7 +254,7 @@ std::string Frase::Rimedio() const {
   const std::string noto = TuttaLaRete() ? "noto" : "determinato";
   if (C.Spirale) return "manca una distanza o una direzione verso un altro punto " + noto;
   if (C.Ruota && C.Dilata) return "manca un legame con un secondo punto " + noto;
-  if (C.Ruota) return "manca una direzione verso un altro punto " + noto;
+  if (C.Ruota) return "manca una direzione (o una distanza) verso un altro punto " + noto;
   const bool distanze = std::ranges::any_of(
       S.Righe, [](const RigaLibera& riga) { return riga.Tipo == TipoEquazione::Distanza; });
   return distanze ? "manca una distanza" : "nessuna distanza";
@@ -272,9 +272,9 @@ std::string Frase::Direzioni() const {
 MotoLibero Frase::Componi() {
   if (I.Similitudini.empty()) {
     Moto.Tipo = TipoMoto::Composto;
-    Moto.Parole = Soggetto() + " di muoversi insieme, ciascuno a suo modo (" + Direzioni() +
-                  "): manca una distanza o una direzione verso un punto determinato" +
-                  TestoSqmMoto(Moto.Sqm);
+    Moto.Parole = Soggetto() + " di muoversi insieme, ciascuno a suo modo (" + Direzioni() + ")" +
+                  TestoSqmMoto(Moto.Sqm) +
+                  ": manca una distanza o una direzione verso un punto determinato";
     return std::move(Moto);
   }
   C = Analizza(I, Raggio, Debole() ? kNullaDebole : kNulla);
@@ -287,7 +287,7 @@ MotoLibero Frase::Componi() {
               : C.Ruota             ? TipoMoto::Rotazione
                                     : TipoMoto::Dilatazione;
   if (Moto.Punti.size() == 1) Moto.Tipo = TipoMoto::Punto;
-  Moto.Parole = Soggetto() + Verbo() + ": " + Rimedio() + TestoSqmMoto(Moto.Sqm);
+  Moto.Parole = Soggetto() + Verbo() + TestoSqmMoto(Moto.Sqm) + ": " + Rimedio();
   return std::move(Moto);
 }
 
@@ -305,7 +305,7 @@ std::string ElencoPunti(const Risultati& r, const std::vector<int>& punti) {
 std::string TestoSqmMoto(double sqm) {
   if (!Presente(sqm)) return {};
   return " (s.q.m. a priori dello spostamento " + NumeroFisso(sqm, sqm < kSqmIntera ? 2 : 0) +
-         " m)";
+         " m; controllare anche gli s.q.m. delle opzioni)";
 }
 
 MotoLibero MotoDiPunto(const Risultati& r, const SistemaLibero& s, const NodoLibero& libero) {

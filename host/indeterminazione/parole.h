@@ -21,5 +21,5 @@ MotoLibero MotoDiQuote(const Risultati& risultati, const SistemaLibero& sistema,
 // The first of the points by name, and how many more there are.
 std::string ElencoPunti(const Risultati& risultati, const std::vector<int>& punti);
 
-// " (s.q.m. a priori dello spostamento 12 m)"; empty for kAssente.
+// The a-priori standard deviation of a displacement, in brackets; empty for kAssente.
 std::string TestoSqmMoto(double sqm);

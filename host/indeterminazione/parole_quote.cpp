@@ -67,8 +67,8 @@ MotoLibero MotoDiQuote(const Risultati& r, const SistemaLibero& s, const MotoIns
   }
   const std::string quasi = Presente(sqm) ? "quasi " : "";
   moto.Tipo = moto.Stazioni.empty() ? TipoMoto::Quote : TipoMoto::Strumento;
-  moto.Parole = (moto.Stazioni.empty() ? SoloQuote(r, s, insieme, quasi)
-                                       : ConStrumenti(r, moto, quasi)) +
-                TestoSqmMoto(sqm);
+  moto.Parole = moto.Stazioni.empty() ? SoloQuote(r, s, insieme, quasi)
+                                      : ConStrumenti(r, moto, quasi);
+  moto.Parole += TestoSqmMoto(sqm);
   return moto;
 }
