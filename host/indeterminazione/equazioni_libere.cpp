@@ -160,8 +160,7 @@ void Costruttore::AggiungiDislivelli(int stazione, int nodoStrumento) {
   const double zenit = OAltrimenti(R.Opzioni.SqmDir, kSqmDirezione) * kRadDaGon;
   for (std::size_t k = 0; k < s.Osservazioni.size(); ++k) {
     const RisultatoOsservazione& o = s.Osservazioni[k];
-    if (!InQuota(o.Punto) || !Presente(o.Distanza) || !Presente(o.Zenit) ||
-        !Presente(o.AltSegnale))
+    if (!InQuota(o.Punto) || !Presente(o.Distanza) || !Presente(o.Zenit) || !Presente(o.AltSegnale))
       continue;
     const double lunghezza = Lunghezza(Luogo(o.Punto) - Luogo(s.Punto));
     if (!(lunghezza > 0.0)) continue;  // also without plane coordinates

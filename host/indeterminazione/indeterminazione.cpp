@@ -60,7 +60,8 @@ class Spiegazione {
 
 bool Spiegazione::Moti() {
   Nucleo nucleo = CalcolaNucleo(S);
-  for (const ParteLibera& parte : nucleo.Parti) C.GradiLiberi += static_cast<int>(parte.Moti.size());
+  for (const ParteLibera& parte : nucleo.Parti)
+    C.GradiLiberi += static_cast<int>(parte.Moti.size());
   for (const NodoLibero& libero : nucleo.Nodi) C.GradiLiberi += libero.Gradi;
   for (ParteLibera& parte : nucleo.Parti)
     for (const MotoInsieme& insieme : Scomponi(S, std::move(parte))) Aggiungi(insieme);
@@ -81,8 +82,8 @@ void Spiegazione::MotoPiuDebole() {
 }
 
 bool Finito(const SistemaLibero& s) {
-  return std::ranges::all_of(
-      s.Luoghi, [](Posto p) { return std::isfinite(p.Est) && std::isfinite(p.Nord); });
+  return std::ranges::all_of(s.Luoghi,
+                             [](Posto p) { return std::isfinite(p.Est) && std::isfinite(p.Nord); });
 }
 
 void SpiegaPlanimetria(Risultati& r) {
@@ -95,8 +96,8 @@ void SpiegaPlanimetria(Risultati& r) {
     const SistemaLibero finale = EquazioniPlanimetria(r, Coordinate::Finali);
     if (Finito(finale) && Spiegazione(r, finale, r.Planimetria).Moti()) {
       for (MotoLibero& moto : r.Planimetria.MotiLiberi)
-        moto.Parole += " (alle coordinate a cui è giunta l'iterazione " +
-                       std::to_string(passi) + ")";
+        moto.Parole +=
+            " (alle coordinate a cui è giunta l'iterazione " + std::to_string(passi) + ")";
       return;
     }
   }

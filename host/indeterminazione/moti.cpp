@@ -16,15 +16,15 @@ namespace {
 
 constexpr std::size_t U(int i) { return static_cast<std::size_t>(i); }
 
-constexpr double kFermo = 1e-6;           // displacements below this are none, the largest being 1
-constexpr double kFermoDebole = 0.02;     // likewise of a weak motion
-constexpr double kAdattamento = 0.05;     // misfit up to which a weak motion is that of one body
-constexpr double kIndipendente = 1e-3;    // sine at which two rows are not parallel
-constexpr double kNelPiano = 1e-5;        // part of a row outside of the body's
-constexpr std::size_t kCandidati = 64;    // nodes that a body is tried at
-constexpr std::size_t kCampione = 1000;   // nodes that tell which body is the largest
+constexpr double kFermo = 1e-6;          // displacements below this are none, the largest being 1
+constexpr double kFermoDebole = 0.02;    // likewise of a weak motion
+constexpr double kAdattamento = 0.05;    // misfit up to which a weak motion is that of one body
+constexpr double kIndipendente = 1e-3;   // sine at which two rows are not parallel
+constexpr double kNelPiano = 1e-5;       // part of a row outside of the body's
+constexpr std::size_t kCandidati = 64;   // nodes that a body is tried at
+constexpr std::size_t kCampione = 1000;  // nodes that tell which body is the largest
 constexpr std::size_t kGradiScomposti = 64;  // a tangle of more motions is told as it is
-constexpr std::size_t kGradiMassimi = 4;  // of one body
+constexpr std::size_t kGradiMassimi = 4;     // of one body
 
 // Motions of the body about the centroid of the nodes: four columns, rotation and scale by the
 // radius of the group.
@@ -36,8 +36,7 @@ struct Corpo {
   Corpo(const SistemaLibero& s, const std::vector<int>& nodi) {
     for (const int n : nodi) Centro = Centro + s.Luoghi[U(n)];
     Centro = (1.0 / static_cast<double>(nodi.size())) * Centro;
-    for (const int n : nodi)
-      Raggio = std::max(Raggio, Lunghezza(s.Luoghi[U(n)] - Centro));
+    for (const int n : nodi) Raggio = std::max(Raggio, Lunghezza(s.Luoghi[U(n)] - Centro));
     Moti.assign(Raggio > 0.0 ? kGradiMassimi : 2, Vettore(2 * nodi.size(), 0.0));
     for (std::size_t k = 0; k < nodi.size(); ++k) {
       Moti[0][2 * k] = Moti[1][2 * k + 1] = 1.0;
@@ -197,8 +196,7 @@ void Scomposizione::Aggiungi(const Vettore& moto, const std::vector<std::size_t>
   const double massimo = std::max(Massimo(moto), 1e-300);
   for (const std::size_t k : supporto) {
     insieme.Nodi.push_back(Nodi[k]);
-    for (std::size_t p = 0; p < Passo; ++p)
-      insieme.Moto.push_back(moto[k * Passo + p] / massimo);
+    for (std::size_t p = 0; p < Passo; ++p) insieme.Moto.push_back(moto[k * Passo + p] / massimo);
   }
   if (corpo != nullptr) insieme.Centro = corpo->Centro;
   insieme.Similitudini = std::move(similitudini);
@@ -248,8 +246,8 @@ std::vector<Vettore> Scomposizione::Piano(const std::vector<Vettore>& base,
   const std::size_t salto = std::max(supporto.size() / kCandidati, std::size_t{1});
   const std::size_t saltoCampione = std::max(supporto.size() / kCampione, std::size_t{1});
   for (std::size_t c = 0; c < supporto.size(); c += salto)
-    for (const int r : S.RigheDi(Nodi[supporto[c]]).first(
-             std::min(S.RigheDi(Nodi[supporto[c]]).size(), kGradiMassimi))) {
+    for (const int r : S.RigheDi(Nodi[supporto[c]])
+                           .first(std::min(S.RigheDi(Nodi[supporto[c]]).size(), kGradiMassimi))) {
       std::vector<Vettore> piano = PianoDa(base, S.Righe[U(r)], gradi, corpo);
       if (piano.empty()) continue;
       std::size_t tenuti = 0;
@@ -365,8 +363,7 @@ MotoInsieme ComeInsieme(const SistemaLibero& sistema, const MotoDebole& debole) 
     v.push_back(Prodotto(insieme.Moto, moto) / Prodotto(moto, moto));
     Somma(resto, -v.back(), moto);
   }
-  if (Prodotto(resto, resto) <
-      kAdattamento * kAdattamento * Prodotto(insieme.Moto, insieme.Moto))
+  if (Prodotto(resto, resto) < kAdattamento * kAdattamento * Prodotto(insieme.Moto, insieme.Moto))
     insieme.Similitudini.push_back(corpo.Da(v));
   return insieme;
 }

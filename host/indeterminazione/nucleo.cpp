@@ -24,11 +24,11 @@ namespace {
 
 constexpr std::size_t U(int i) { return static_cast<std::size_t>(i); }
 
-constexpr double kScostamento = 1e-12;         // the shift, against a unit diagonal
-constexpr double kScostamentoMassimo = 1e-6;   // if the factorisation fails before
+constexpr double kScostamento = 1e-12;        // the shift, against a unit diagonal
+constexpr double kScostamentoMassimo = 1e-6;  // if the factorisation fails before
 constexpr double kPassoScostamento = 100.0;
-constexpr int kPassate = 4;                    // steps with the smallest shift
-constexpr double kTraccia = 1e-7;              // what is left of a unit vector without a null part
+constexpr int kPassate = 4;        // steps with the smallest shift
+constexpr double kTraccia = 1e-7;  // what is left of a unit vector without a null part
 constexpr std::size_t kVettoriIniziali = 8, kVettoriMassimi = 512, kCrescita = 4;
 constexpr std::size_t kNumeriMassimi = 2'000'000;  // of the vectors of a part
 constexpr std::size_t kVettoriDeboli = 4;
@@ -73,7 +73,7 @@ class Parte {
   std::vector<int> Numeri;
   std::vector<std::array<int, kSlot>> Indici;
   std::vector<std::array<double, kSlot>> Coeff;
-  Vettore Scala;  // a scaled unknown is this many times the one in metres
+  Vettore Scala;          // a scaled unknown is this many times the one in metres
   std::size_t Righe = 0;  // without those of the shift, which follow
   std::optional<SistemaSparso> Fattore;
   int PassateUtili = kPassate;
@@ -216,7 +216,8 @@ void RayleighRitz(std::vector<Vettore>& x, Applica applica) {
 // A basis of the null space of a part [m].
 std::vector<Vettore> MotiDi(const SistemaLibero& sistema, Parte& parte) {
   const std::size_t n = parte.Ordine();
-  const std::size_t massimo = std::min(kVettoriMassimi, std::max(kNumeriMassimi / n, kVettoriIniziali));
+  const std::size_t massimo =
+      std::min(kVettoriMassimi, std::max(kNumeriMassimi / n, kVettoriIniziali));
   std::vector<Vettore> x;
   for (std::size_t k = kVettoriIniziali;; k = std::min(k * kCrescita, massimo)) {
     x = Casuali(std::min(k, n), n);
@@ -255,8 +256,7 @@ NodoLibero EsaminaNodo(const SistemaLibero& sistema, int nodo) {
 }
 
 // Rows as heavy as the node's own that hold it where it is free.
-void Ferma(const SistemaLibero& sistema, const NodoLibero& libero,
-           std::vector<RigaLibera>& fermi) {
+void Ferma(const SistemaLibero& sistema, const NodoLibero& libero, std::vector<RigaLibera>& fermi) {
   double peso = 0.0;
   for (const int r : sistema.RigheDi(libero.Nodo))
     for (std::size_t k = 0; k < RigaLibera::kNodi; ++k)

@@ -14,7 +14,7 @@ inline constexpr double kNullo = 1e-7;
 // A node that can move while all the others stand still.
 struct NodoLibero {
   int Nodo = kNessuno;
-  int Gradi = 0;        // independent directions, at most Passo
+  int Gradi = 0;                 // independent directions, at most Passo
   double Est = 0.0, Nord = 0.0;  // in plan, of a single direction: unit vector
 };
 
@@ -35,8 +35,8 @@ Nucleo CalcolaNucleo(const SistemaLibero& sistema);
 // The motion that the observations resist least; of a network without free motions.
 struct MotoDebole {
   std::vector<int> Nodi;
-  Vettore Moto;               // Passo unknowns for each node; the largest displacement is 1 m
-  double Sqm = kAssente;      // a priori, of that displacement [m]
+  Vettore Moto;           // Passo unknowns for each node; the largest displacement is 1 m
+  double Sqm = kAssente;  // a priori, of that displacement [m]
 };
 MotoDebole CercaMotoDebole(const SistemaLibero& sistema);
 

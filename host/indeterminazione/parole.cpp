@@ -1,6 +1,6 @@
 // Sentences on motions in plan. Of the motions of a body, reduced so that one row has the rotation,
-// one the scale, and the others are translations, the rows that exist name the motion; where nothing
-// shifts, rotation w and scale s have the centre in which
+// one the scale, and the others are translations, the rows that exist name the motion; where
+// nothing shifts, rotation w and scale s have the centre in which
 //   t + s r + w J r = 0     r = (E, N), J r = (N, -E).
 
 #include "host/indeterminazione/parole.h"
@@ -110,14 +110,12 @@ Capacita Analizza(const MotoInsieme& insieme, double raggio, double nulla) {
   Capacita c;
   std::size_t fatte = 0;
   const auto elimina = [&](std::size_t colonna) {
-    const auto perno =
-        std::max_element(righe.begin() + static_cast<std::ptrdiff_t>(fatte), righe.end(),
-                         [&](const auto& a, const auto& b) {
-                           return std::abs(a[colonna]) < std::abs(b[colonna]);
-                         });
+    const auto perno = std::max_element(
+        righe.begin() + static_cast<std::ptrdiff_t>(fatte), righe.end(),
+        [&](const auto& a, const auto& b) { return std::abs(a[colonna]) < std::abs(b[colonna]); });
     if (perno == righe.end()) return false;
-    const double intera = std::hypot(std::hypot((*perno)[0], (*perno)[1]),
-                                     std::hypot((*perno)[2], (*perno)[3]));
+    const double intera =
+        std::hypot(std::hypot((*perno)[0], (*perno)[1]), std::hypot((*perno)[2], (*perno)[3]));
     if (!(std::abs((*perno)[colonna]) > nulla * intera)) return false;
     std::iter_swap(righe.begin() + static_cast<std::ptrdiff_t>(fatte), perno);
     for (std::size_t i = 0; i < righe.size(); ++i) {
@@ -279,10 +277,11 @@ MotoLibero Frase::Componi() {
   }
   C = Analizza(I, Raggio, Debole() ? kNullaDebole : kNulla);
   Moto.Gradi = static_cast<int>(I.Similitudini.size());
-  if (C.Traslazioni == 1) Moto.Azimut = AzimutRetta(C.Traslazione.TraslEst, C.Traslazione.TraslNord);
+  if (C.Traslazioni == 1)
+    Moto.Azimut = AzimutRetta(C.Traslazione.TraslEst, C.Traslazione.TraslNord);
   if (C.Traslazioni == 0) NominaCentro(CentroDi(C.Centrale));
-  Moto.Tipo = C.Traslazioni > 0 ? (C.Ruota || C.Dilata ? TipoMoto::Rototraslazione
-                                                       : TipoMoto::Traslazione)
+  Moto.Tipo = C.Traslazioni > 0
+                  ? (C.Ruota || C.Dilata ? TipoMoto::Rototraslazione : TipoMoto::Traslazione)
               : C.Ruota && C.Dilata ? TipoMoto::RotazioneDilatazione
               : C.Ruota             ? TipoMoto::Rotazione
                                     : TipoMoto::Dilatazione;

@@ -26,8 +26,7 @@ std::string SoloQuote(const Risultati& r, const SistemaLibero& s, const MotoInsi
            (s.RigheDi(insieme.Nodi.front()).empty()
                 ? "nessuna visuale in quota completa da o verso il punto"
                 : "manca un dislivello da un punto di quota nota");
-  return "quote di " + elenco + " " + quasi +
-         "libere di salire insieme: manca una quota nota" +
+  return "quote di " + elenco + " " + quasi + "libere di salire insieme: manca una quota nota" +
          (r.Altimetria.Fissi == 0 ? " (nessun punto fisso in altimetria)" : "");
 }
 
@@ -41,12 +40,12 @@ std::string ConStrumenti(const Risultati& r, const MotoLibero& m, const std::str
            ": nessuna visuale in quota completa da lì";
   const std::string quote =
       (m.Punti.size() == 1 ? "quota di " : "quote di ") + ElencoPunti(r, m.Punti);
-  const bool stessa = uno && m.Punti.size() == 1 &&
-                      m.Punti.front() == r.Stazioni[U(m.Stazioni.front())].Punto;
+  const bool stessa =
+      uno && m.Punti.size() == 1 && m.Punti.front() == r.Stazioni[U(m.Stazioni.front())].Punto;
   if (stessa)
     return quote + " e " + strumenti + " " + quasi +
-           "libere di compensarsi: manca una visuale in quota verso " +
-           ElencoPunti(r, m.Punti) + " da un altro punto, o la misura dell'altezza";
+           "libere di compensarsi: manca una visuale in quota verso " + ElencoPunti(r, m.Punti) +
+           " da un altro punto, o la misura dell'altezza";
   return strumenti + " e " + quote + " " + quasi +
          "libere di cambiare insieme: manca la misura di un'altezza dello strumento o una quota "
          "nota";
@@ -67,8 +66,8 @@ MotoLibero MotoDiQuote(const Risultati& r, const SistemaLibero& s, const MotoIns
   }
   const std::string quasi = Presente(sqm) ? "quasi " : "";
   moto.Tipo = moto.Stazioni.empty() ? TipoMoto::Quote : TipoMoto::Strumento;
-  moto.Parole = moto.Stazioni.empty() ? SoloQuote(r, s, insieme, quasi)
-                                      : ConStrumenti(r, moto, quasi);
+  moto.Parole =
+      moto.Stazioni.empty() ? SoloQuote(r, s, insieme, quasi) : ConStrumenti(r, moto, quasi);
   moto.Parole += TestoSqmMoto(sqm);
   return moto;
 }

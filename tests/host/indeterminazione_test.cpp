@@ -45,16 +45,12 @@ void Osserva(Rete& rete, int punto, bool direzione, bool distanza, bool quota = 
   rete.Osservazioni.back().push_back(o);
 }
 
-Rete& Collega(Rete& rete) {
-  for (std::size_t i = 0; i < rete.Punti.size(); ++i) rete.Punti[i].Nome = rete.Nomi[i];
-  for (std::size_t s = 0; s < rete.Stazioni.size(); ++s)
-    rete.Stazioni[s].Osservazioni = rete.Osservazioni[s];
-  return rete;
+void Collega(Rete& r) {
+  for (std::size_t s = 0; s < r.Stazioni.size(); ++s) r.Stazioni[s].Osservazioni = r.Osservazioni[s];
 }
 
 // "A: Bd Pds": set-up on A, direction to B, direction and distance to P; q a height, - nothing;
-// "A?:" a set-up of unknown instrument height. Fixed points by name; those in lower case are left
-// out.
+// "A?:" of unknown instrument height. Fixed points by name; those in lower case are left out.
 Rete Costruisci(const std::string& rilievo, const std::string& fissi, int calcolo) {
   Rete rete;
   rete.Opzioni = {0.005, 0.002, 0.001, 10, calcolo, 0};
@@ -70,12 +66,8 @@ Rete Costruisci(const std::string& rilievo, const std::string& fissi, int calcol
     if (ha(p, ':')) Stazione(rete, punto, !ha(p, '?'));
     else if (!ha(p, '-')) Osserva(rete, punto, ha(p, 'd'), ha(p, 's'), ha(p, 'q'));
   }
-  return std::move(Collega(rete));
-}
-
-Risultati Esegui(Rete rete) {
-  Rapporto rapporto;
-  return Compensa(rete, rapporto);
+  Collega(rete);
+  return rete;
 }
 
 const struct {
@@ -83,46 +75,38 @@ const struct {
   int Calcolo;
   std::vector<std::string> Parole;  // beginnings, of all motions
 } kCasi[] = {
-    {"A: Bd Cd Pd", "ABC", kPla, {R"("P" libero lungo 69.5 gon: lo vede in direzione solo "A")"}},
-    {"A: Bd Cd Ps", "ABC", kPla, {R"("P" libero lungo 169.5 gon: lo fissa solo la distanza con)"}},
+    {"A: Bd Cd Pd Qs", "ABC", kPla, {R"("P" libero lungo 69.5 gon: lo vede in direzione solo "A")",
+                                     R"("Q" libero lungo 178.2 gon: lo fissa solo la distanza)"}},
     {"P: Ad Bd Cd Dd", "ABCD", kPla, {}},
-    {"S: Ad Bd Cd Dd", "ABCD", kPla, {R"("S" libero lungo 100.0 gon: sta sul cerchio per "A", "B")"}},
+    {"S: Ad Bd Cd Dd", "ABCD", kPla, {R"("S" libero lungo 100.0 gon: sta sul cerchio per "A", )"}},
     {"P: Ad Bd", "AB", kPla, {R"("P" libero lungo 114.9 gon: dalla sua stazione c'è solo l'ang)"}},
     {"A: Bd Uds B: Us", "AB", kPla, {}},
-    {"A: Bd Us B: Us", "AB", kPla, {R"("U" libero lungo 0.0 gon: le sue 2 osservazioni lo fissano)"}},
-    {"A: Bd Cd P-", "ABC", kPla, {R"("P" libero in ogni direzione: nessuno lo osserva: mancano d)"}},
-    {"A: Pds Qds P: Ad Qds Q: Pd Ad", "A", kPla,
-     {R"(rete libera di ruotare attorno a "A": manca una direzione (o una distanza) verso un alt)"}},
+    {"A: Bd Us P- B: Us", "AB", kPla, {R"("P" libero in ogni direzione: nessuno lo osserva)",
+                                       R"("U" libero lungo 0.0 gon: le sue 2 osservazioni lo fi)"}},
+    {"A: Pds Qds P: Ad Qds Q: Pd Ad", "A", kPla, {R"(rete libera di ruotare attorno a "A": man)"}},
     {"A: Pd Qd P: Ad Qd Q: Pd Ad", "A", kPla, {R"(rete libera di ruotare e dilatarsi attorno a "A")"}},
     {"P: Qd Rds Q: Pd Rd R: Pd Qd", "", kPla, {"rete libera di traslare e ruotare: mancano i punti"}},
     {"P: Qd Rd Q: Pd Rd R: Pd Qd", "", kPla, {"rete libera di traslare, ruotare e dilatarsi: manc"}},
-    {"A: Bd Cd P: Qds Rd Q: Pd Rd R: Pd Qd", "ABC", kPla,
-     {"rete libera di traslare e ruotare: nessuna misura la lega a punti noti"}},
-    {"A: Bd Cd Pds P: Ad Q: Pds Rds R: Qd Pds", "ABC", kPla,
-     {R"(i punti "Q", "R" liberi di ruotare insieme attorno a "P": manca una direzione)"}},
+    {"A: Bd Cd P: Qds Rd Q: Pd Rd R: Pd Qd", "ABC", kPla, {"rete libera di traslare e ruotare: ness"}},
     {"A: Bd Pds P: Ad Qd Rd Q: Pd Rd R: Pd Qd", "AB", kPla,
      {R"(i punti "Q", "R" liberi di dilatarsi insieme da "P": manca una distanza)"}},
-    {"A: Bd Cd Pd Qd P: Ad Qd Q: Ad Pd", "ABC", kPla,
-     {R"(rete libera di dilatarsi da "A": nessuna distanza)"}},
+    {"A: Bd Cd Pd Qd P: Ad Qd Q: Ad Pd", "ABC", kPla, {R"(rete libera di dilatarsi da "A": ness)"}},
     {"A: Bd Ps P: Rs R: Qs Cs Q: Bs", "ABC", kPla,
      {R"(i punti "P", "Q", "R" liberi di muoversi insieme, ciascuno a suo modo ("P" lungo 169.5)"}},
     {"A: Bd Ps Qs P: Qs R: Ps Ts T: Us P: Us Ts B: Cd", "ABC", kPla,
-     {R"(rete libera di ruotare attorno a "A")",
-      R"(i punti "R", "T", "U" liberi di ruotare insieme attorno a "P")"}},
-    {"A: Bq Cq P: Qq Rq", "ABC", kAlt,
-     {R"(quote di "P", "Q", "R" libere di salire insieme: manca una quota nota)"}},
-    {"P?: Aq Bq A: Cq", "ABC", kAlt,
-     {R"(quota di "P" e altezza dello strumento in "P" libere di compensarsi: manca una visuale)"}},
-    {"A?: Pq B: Cq", "ABC", kAlt,
-     {R"(altezza dello strumento in "A" e quota di "P" libere di cambiare insieme)"}},
-    {"A: Pq Q?: P-", "A", kAlt,
-     {R"(quota di "Q" libera: nessuna visuale)", R"(altezza dello strumento in "Q" libera: nessu)"}},
+     {R"(rete libera di ruotare attorno a "A")", R"(i punti "R", "T", "U" liberi di ruotare insieme a)"}},
+    {"A: Bq Cq P: Qq Rq", "ABC", kAlt, {R"(quote di "P", "Q", "R" libere di salire insieme: man)"}},
+    {"P?: Aq Bq A: Cq", "ABC", kAlt, {R"(quota di "P" e altezza dello strumento in "P" libere di c)"}},
+    {"A?: Pq B: Cq", "ABC", kAlt, {R"(altezza dello strumento in "A" e quota di "P" libere di camb)"}},
+    {"A: Pq Q?: P-", "A", kAlt, {R"(quota di "Q" libera: ness)", R"(altezza dello strumento in "Q" li)"}},
     {"A: Bdq Pq Pdsq B: Ad Qs Qdsq", "ABq", kPla + kAlt, {}},
 };
 
 TEST(Indeterminazione, Parole) {
   for (const auto& caso : kCasi) {
-    const Risultati r = Esegui(Costruisci(caso.Rilievo, caso.Fissi, caso.Calcolo));
+    Rete rete = Costruisci(caso.Rilievo, caso.Fissi, caso.Calcolo);
+    Rapporto rapporto;
+    const Risultati r = Compensa(rete, rapporto);
     const RisultatoCompensazione& c = caso.Calcolo == kAlt ? r.Altimetria : r.Planimetria;
     ASSERT_EQ(c.MotiLiberi.size(), caso.Parole.size()) << caso.Rilievo;
     int gradi = 0;
@@ -134,28 +118,30 @@ TEST(Indeterminazione, Parole) {
   }
 }
 
-// Weights so small that the module stops at the limit of its pivots: two distances that cut almost
-// at a right angle, with the standard deviation of a distance wrong by its unit.
+// Weights so small that the module stops at the limit of its pivots.
 TEST(Indeterminazione, MotoDebole) {
   Rete rete = Costruisci("A: Ps C: Ps B: Ps", "ABC", kPla);
   rete.Opzioni.SqmDistCost = 1e5;
-  const Risultati r = Esegui(std::move(rete));
-  ASSERT_EQ(r.Planimetria.MotiLiberi.size(), 1);
-  const MotoLibero& m = r.Planimetria.MotiLiberi[0];
-  EXPECT_EQ(r.Planimetria.GradiLiberi, 0);
+  Rapporto rapporto;
+  const RisultatoCompensazione c = Compensa(rete, rapporto).Planimetria;
+  ASSERT_EQ(c.MotiLiberi.size(), 1);
+  EXPECT_EQ(c.GradiLiberi, 0);
+  const MotoLibero& m = c.MotiLiberi[0];
   EXPECT_TRUE(m.Parole.starts_with("\"P\" quasi libero lungo")) << m.Parole;
-  double e[2] = {};  // A^t A along the motion and across it
+  double e[2] = {};  // A^t A of the motion with itself and with the one across
   for (const int i : {0, 1, 2}) {
-    const double a = std::atan2(250 - kLuoghi[i][0] + 1000, 130 - kLuoghi[i][1] + 1000);
-    e[0] += std::pow(std::cos(a - m.Azimut * kGon), 2);
-    e[1] += std::cos(a - m.Azimut * kGon) * std::sin(a - m.Azimut * kGon);
+    const double a = std::atan2(1250 - kLuoghi[i][0], 1130 - kLuoghi[i][1]) - m.Azimut * kGon;
+    e[0] += std::cos(a) * std::cos(a);
+    e[1] += std::cos(a) * std::sin(a);
   }
   EXPECT_NEAR(e[1], 0, 1e-6);
   EXPECT_NEAR(m.Sqm, 1e5 / std::sqrt(e[0]), 1);
 }
 
-// Sum of the motions found; each leaves the observations, and all of them are told.
-int Conta(const SistemaLibero& sistema, std::size_t& corpi) {
+// Sum of the motions found; each leaves the observations as they are, and all of them are told.
+int Conta(Rete& rete, std::size_t& corpi) {
+  Collega(rete);
+  const auto sistema = EquazioniPlanimetria(RisultatiIniziali(rete), Coordinate::DelFile);
   Nucleo nucleo = CalcolaNucleo(sistema);
   int gradi = 0, detti = 0;
   for (const NodoLibero& n : nucleo.Nodi) {
@@ -175,10 +161,6 @@ int Conta(const SistemaLibero& sistema, std::size_t& corpi) {
   }
   EXPECT_EQ(detti, 0);
   return gradi;
-}
-
-SistemaLibero Equazioni(Rete& rete) {
-  return EquazioniPlanimetria(RisultatiIniziali(Collega(rete)), Coordinate::DelFile);
 }
 
 // Points at random along a strip, a set-up on each that sees the next ones; points that hang on it
@@ -208,7 +190,7 @@ TEST(Indeterminazione, GradiContati) {
             Osserva(rete, k, true, caso.Distanze);
       }
       std::size_t corpi = 0;
-      EXPECT_EQ(Conta(Equazioni(rete), corpi), caso.Attesi) << caso.Punti << " " << seme;
+      EXPECT_EQ(Conta(rete, corpi), caso.Attesi) << caso.Punti << " " << seme;
     }
 }
 
@@ -232,7 +214,7 @@ TEST(Indeterminazione, CorpiIncernierati) {
       }
     }
     std::size_t trovati = 0;
-    EXPECT_EQ(Conta(Equazioni(rete), trovati), int(corpi));
+    EXPECT_EQ(Conta(rete, trovati), int(corpi));
     EXPECT_EQ(trovati, corpi);
   }
 }
