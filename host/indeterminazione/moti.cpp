@@ -98,7 +98,7 @@ class Scomposizione {
   std::vector<MotoInsieme> Trovati;
 
  private:
-  std::vector<std::size_t> Riduci(std::vector<Vettore>& base) const;
+  static std::vector<std::size_t> Riduci(std::vector<Vettore>& base);
   std::vector<std::vector<Vettore>> Separa(std::vector<Vettore> base) const;
   void SpiegaGruppo(std::vector<Vettore> base);
   std::vector<std::size_t> Supporto(const std::vector<Vettore>& base) const;
@@ -107,7 +107,7 @@ class Scomposizione {
                              const std::vector<Vettore>& corpo) const;
   std::vector<Vettore> PianoDa(const std::vector<Vettore>& base, const RigaLibera& riga,
                                std::size_t gradi, const std::vector<Vettore>& corpo) const;
-  Vettore Riga(const std::vector<Vettore>& base, std::size_t i) const;
+  static Vettore Riga(const std::vector<Vettore>& base, std::size_t i);
   bool SiMuove(const Vettore& x, std::size_t k) const {
     for (std::size_t p = 0; p < Passo; ++p)
       if (std::abs(x[k * Passo + p]) > kFermo) return true;
@@ -123,7 +123,7 @@ class Scomposizione {
 
 // Reduced echelon form with complete pivoting; the pivots, one for each vector. Each vector has its
 // largest displacement 1.
-std::vector<std::size_t> Scomposizione::Riduci(std::vector<Vettore>& base) const {
+std::vector<std::size_t> Scomposizione::Riduci(std::vector<Vettore>& base) {
   std::vector<std::size_t> perni;
   for (std::size_t k = 0; k < base.size(); ++k) {
     std::size_t colonna = k, perno = 0;
@@ -184,8 +184,9 @@ std::vector<std::size_t> Scomposizione::Supporto(const std::vector<Vettore>& bas
   return supporto;
 }
 
-Vettore Scomposizione::Riga(const std::vector<Vettore>& base, std::size_t i) const {
+Vettore Scomposizione::Riga(const std::vector<Vettore>& base, std::size_t i) {
   Vettore riga;
+  riga.reserve(base.size());
   for (const Vettore& v : base) riga.push_back(v[i]);
   return riga;
 }
@@ -289,6 +290,7 @@ std::vector<Vettore> Trattieni(const std::vector<Vettore>& base, std::vector<Vet
 void Scomposizione::SpiegaGruppo(std::vector<Vettore> base) {
   const std::vector<std::size_t> supporto = Supporto(base);
   std::vector<int> nodi;
+  nodi.reserve(supporto.size());
   for (const std::size_t k : supporto) nodi.push_back(Nodi[k]);
   if (nodi.empty()) return;
   const Corpo corpo(S, nodi);

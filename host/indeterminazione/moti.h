@@ -27,4 +27,4 @@ struct MotoInsieme {
 std::vector<MotoInsieme> Scomponi(const SistemaLibero& sistema, ParteLibera parte);
 
 // A motion of a part in plan as far as it is that of one body; nodes that hardly move are left out.
-MotoInsieme ComeInsieme(const SistemaLibero& sistema, const MotoDebole& moto);
+MotoInsieme ComeInsieme(const SistemaLibero& sistema, const MotoDebole& debole);

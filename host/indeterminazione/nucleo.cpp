@@ -127,9 +127,11 @@ void Parte::Prepara() {
   for (const auto& riga : Coeff) coeff.push_back(riga.data());
   Vettore peso(Indici.size(), 1.0);
   Fattore.emplace(static_cast<int>(Indici.size()), n, indici.data());
-  for (double e = kScostamento; e <= kScostamentoMassimo; e *= kPassoScostamento) {
+  double e = kScostamento;
+  while (e <= kScostamentoMassimo) {
     std::fill(peso.begin() + static_cast<std::ptrdiff_t>(Righe), peso.end(), e);
     if (Fattore->Fattorizza(coeff.data(), indici.data(), peso.data())) return;
+    e *= kPassoScostamento;
     PassateUtili += kPassate;
   }
   Fattore.reset();
@@ -200,6 +202,7 @@ void Ortonormalizza(std::vector<Vettore>& x, double minimo) {
 template <class Applica>
 void RayleighRitz(std::vector<Vettore>& x, Applica applica) {
   std::vector<Vettore> ax;
+  ax.reserve(x.size());
   for (const Vettore& v : x) ax.push_back(applica(v));
   std::vector<Vettore> g(x.size(), Vettore(x.size()));
   for (std::size_t i = 0; i < x.size(); ++i)
