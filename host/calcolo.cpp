@@ -6,6 +6,7 @@
 #include <bit>
 
 #include "frame/costanti.h"
+#include "host/indeterminazione/indeterminazione.h"
 
 namespace {
 
@@ -38,6 +39,7 @@ Risultati Compensa(Rete& rete, CFileOutTmp& rapporto, const Ascolto& ascolto) {
   osservatore.Osserva(calcolo);
   if (ascolto.Classificati) ascolto.Classificati();
   osservatore.Concludi(calcolo.Esegui());
+  SpiegaIndeterminazione(risultati);
   return risultati;
 }
 

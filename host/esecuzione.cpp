@@ -98,6 +98,7 @@ void ScriviSommario(const Risultati& risultati, const std::vector<std::string>& 
   bool esito = true;  // the first line, whose words are coloured
   for (const std::string& riga : RigheSommario(risultati))
     sommario += ColoraEsiti(riga, colori && std::exchange(esito, false)) + "\n";
+  for (const std::string& riga : RigheMotiLiberi(risultati)) sommario += riga + "\n";
   for (const std::string& file : scritti) sommario += "Scritto:     " + file + "\n";
   ScriviErrori(sommario);
 }

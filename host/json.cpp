@@ -61,6 +61,21 @@ std::string_view NomeTipo(TipoEquazione tipo) {
   return {};
 }
 
+std::string_view NomeTipo(TipoMoto tipo) {
+  switch (tipo) {
+    case TipoMoto::Punto: return "punto";
+    case TipoMoto::Traslazione: return "traslazione";
+    case TipoMoto::Rotazione: return "rotazione";
+    case TipoMoto::Dilatazione: return "dilatazione";
+    case TipoMoto::RotazioneDilatazione: return "rotazione_dilatazione";
+    case TipoMoto::Rototraslazione: return "rototraslazione";
+    case TipoMoto::Composto: return "composto";
+    case TipoMoto::Quote: return "quote";
+    case TipoMoto::Strumento: return "strumento";
+  }
+  return {};
+}
+
 ordered_json DiOpzioni(const TOpzCr& o) {
   return {{"calcolo", Parola(kParoleCalcolo, o.TipoCalcolo)},
           {"sqm_direzione", Numero(o.SqmDir)},
@@ -93,11 +108,27 @@ ordered_json DiIterazione(const Risultati& r, const Iterazione& i) {
           {"punto", NomeDi(r, i.PuntoMassimo)}};
 }
 
+ordered_json DiMoto(const Risultati& r, const MotoLibero& m) {
+  ordered_json punti = ordered_json::array();
+  for (const int punto : m.Punti) punti.push_back(NomeDi(r, punto));
+  ordered_json centro = nullptr;
+  if (Presente(m.CentroEst))
+    centro = {{"est", Numero(m.CentroEst)},
+              {"nord", Numero(m.CentroNord)},
+              {"punto", NomeDi(r, m.Centro)}};
+  return {{"tipo", NomeTipo(m.Tipo)},   {"gradi", m.Gradi},
+          {"punti", std::move(punti)},  {"stazioni", m.Stazioni},
+          {"azimut", Numero(m.Azimut)}, {"centro", std::move(centro)},
+          {"sqm", Numero(m.Sqm)},       {"parole", m.Parole}};
+}
+
 ordered_json DiCompensazione(const Risultati& r, const RisultatoCompensazione& c) {
   ordered_json iterazioni = ordered_json::array();
   for (const Iterazione& i : c.Iterazioni) iterazioni.push_back(DiIterazione(r, i));
   ordered_json indeterminati = ordered_json::array();
   for (const int punto : c.PuntiNonDeterminabili) indeterminati.push_back(NomeDi(r, punto));
+  ordered_json moti = ordered_json::array();
+  for (const MotoLibero& m : c.MotiLiberi) moti.push_back(DiMoto(r, m));
   return {{"richiesta", c.Fine != Esito::NonRichiesta},
           {"esito", NomeEsito(c.Fine)},
           {"punti_non_determinabili", std::move(indeterminati)},
@@ -111,7 +142,9 @@ ordered_json DiCompensazione(const Risultati& r, const RisultatoCompensazione& c
           {"sigma_zero_rapporto", Numero(c.SigmaZeroRapporto)},
           {"convergente", c.Compiuta() ? ordered_json(c.Fine == Esito::Riuscita) : nullptr},
           {"iterazioni", std::move(iterazioni)},
-          {"w_massimo", DiWMassimo(r, c.EquazioneWMassimo)}};
+          {"w_massimo", DiWMassimo(r, c.EquazioneWMassimo)},
+          {"gradi_liberi", c.GradiLiberi},
+          {"moti_liberi", std::move(moti)}};
 }
 
 ordered_json DiPunto(const RisultatoPunto& p) {

@@ -46,6 +46,31 @@ struct Iterazione {
   int PuntoMassimo = kNessuno;            // the point that it belongs to
 };
 
+// What still moves where the observations do not fix a network.
+enum class TipoMoto {
+  Punto,                 // one point alone
+  Traslazione,           // points together, as one body, from here on
+  Rotazione,
+  Dilatazione,           // its shape stays, its size does not
+  RotazioneDilatazione,  // both about one centre, separately or together
+  Rototraslazione,       // shifts in every direction, rotation and perhaps scale
+  Composto,              // points together, each its own way
+  Quote,                 // heights together
+  Strumento,             // instrument heights, alone or with heights
+};
+
+struct MotoLibero {
+  TipoMoto Tipo = TipoMoto::Punto;
+  int Gradi = 1;                // independent motions that this stands for
+  std::vector<int> Punti;       // that move
+  std::vector<int> Stazioni;    // whose instrument height moves
+  double Azimut = kAssente;     // of a motion along one line, 0 to 200
+  double CentroEst = kAssente, CentroNord = kAssente;  // of rotation or scale
+  int Centro = kNessuno;        // point that stands there
+  double Sqm = kAssente;        // a priori, of a motion that is not quite free [m]
+  std::string Parole;           // what moves how and what is missing, UTF-8
+};
+
 // An equation of the last iteration. The values are in the unit of its kind.
 struct Equazione {
   TipoEquazione Tipo = TipoEquazione::Angolo;
@@ -113,6 +138,8 @@ struct RisultatoCompensazione {
   double SigmaZeroRapporto = kAssente;  // as the report prints it: in plan in units of 10^-6
   std::vector<Iterazione> Iterazioni;   // none in height, whose equations are linear
   int EquazioneWMassimo = kNessuno;     // in Risultati::Equazioni
+  std::vector<MotoLibero> MotiLiberi;   // what the observations do not fix; the first 100
+  int GradiLiberi = 0;                  // independent free motions, with those that are not listed
 
   // Only where the equations were counted.
   int Ridondanza() const { return Equazioni - Incognite; }
@@ -144,7 +171,8 @@ struct Ellisse {
 };
 Ellisse CalcolaEllisse(double varEst, double varNord, double covarianza);
 
-// Whether all adjustments that were asked for have succeeded.
+// Whether all adjustments that were asked for have succeeded, and with observations that fix the
+// network.
 bool TutteRiuscite(const Risultati& risultati);
 
 // The value of a record, kAssente if it was not given.

@@ -14,6 +14,7 @@ namespace {
 constexpr std::string_view kCancellaRiga = "\r\x1b[K";
 constexpr std::size_t kPuntiNominati = 5;
 constexpr int kColonnaEtichetta = 13;
+constexpr std::size_t kMotiMostrati = 10;  // of an adjustment
 
 std::string_view Nome(const Risultati& r, int punto) {
   return r.Punti[static_cast<std::size_t>(punto)].Nome;
@@ -33,7 +34,9 @@ std::string PuntiIndeterminati(const Risultati& r, const std::vector<int>& punti
 std::string TestoEsito(const Risultati& r, const RisultatoCompensazione& c) {
   switch (c.Fine) {
     case Esito::NonRichiesta: return "non richiesta";
-    case Esito::Riuscita: return "riuscita";
+    case Esito::Riuscita:
+      return c.GradiLiberi == 0 ? "riuscita"
+                                : "non determinabile, risultati da non usare";
     case Esito::NonConvergente: return "non convergente";
     case Esito::NonDeterminabile:
       return (c.PuntiNonDeterminabili.size() == 1 ? "punto non determinabile: "
@@ -128,6 +131,24 @@ std::array<std::string, 5> RigheSommario(const Risultati& r) {
           Riga(r, "Ridondanza", [&](const C& c) { return TestoRidondanza(c); }),
           Riga(r, "Iterazioni", [&](const C& c) { return TestoIterazioni(r, c); }),
           Riga(r, "w massimo", [&](const C& c) { return TestoWMassimo(r, c); })};
+}
+
+std::vector<std::string> RigheMotiLiberi(const Risultati& r) {
+  std::vector<std::string> righe;
+  const auto aggiungi = [&](const std::string& testo) {
+    std::string riga = righe.empty() ? "Moti liberi:" : "";
+    riga.resize(kColonnaEtichetta, ' ');
+    righe.push_back(riga + testo);
+  };
+  for (const auto& [nome, c] :
+       {std::pair("planimetria, ", &r.Planimetria), std::pair("altimetria, ", &r.Altimetria)}) {
+    const std::size_t mostrati = std::min(c->MotiLiberi.size(), kMotiMostrati);
+    for (std::size_t i = 0; i < mostrati; ++i) aggiungi(nome + c->MotiLiberi[i].Parole);
+    if (mostrati < c->MotiLiberi.size())
+      aggiungi(nome + std::string("in tutto ") + std::to_string(c->GradiLiberi) +
+               " moti indipendenti: gli altri sono in --json e --html");
+  }
+  return righe;
 }
 
 void RigaAvanzamento::Mostra(const Iterazione& iterazione) {

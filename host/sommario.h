@@ -8,12 +8,17 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "host/risultati.h"
 
 // Outcome, sigma zero, redundancy, iterations, and largest w with its place; without line ends,
 // UTF-8.
 std::array<std::string, 5> RigheSommario(const Risultati& risultati);
+
+// What the observations of a network that could not be adjusted leave free, one line each; the first
+// ones, likewise.
+std::vector<std::string> RigheMotiLiberi(const Risultati& risultati);
 
 // How an adjustment ended, in words.
 std::string TestoEsito(const Risultati& risultati, const RisultatoCompensazione& compensazione);

@@ -246,10 +246,21 @@ void ScriviConteggi(Pagina& p, const RisultatoCompensazione& c, const Conteggi& 
 Stato StatoDi(const RisultatoCompensazione& c, const TestGlobale& t, const Conteggi& n,
               bool planimetria) {
   if (c.Fine == Esito::NonRichiesta) return Stato::Nessuno;
-  if (!c.Compiuta() || c.Fine == Esito::NonConvergente) return Stato::Male;
+  if (!c.Compiuta() || c.Fine == Esito::NonConvergente || c.GradiLiberi > 0) return Stato::Male;
   const bool bene =
       n.Sospette == 0 && c.Ridondanza() > 0 && (!planimetria || !t.Possibile || t.Superato);
   return bene ? Stato::Bene : Stato::Attenzione;
+}
+
+void ScriviMoti(Pagina& p, const RisultatoCompensazione& c) {
+  if (c.MotiLiberi.empty()) return;
+  p << "<p>Che cosa le osservazioni non fissano:</p>\n<ul>\n";
+  for (const MotoLibero& moto : c.MotiLiberi) (p << "<li>").Testo(moto.Parole) << "</li>\n";
+  p << "</ul>\n";
+  int elencati = 0;
+  for (const MotoLibero& moto : c.MotiLiberi) elencati += moto.Gradi;
+  if (elencati < c.GradiLiberi)
+    p << "<p>E altri: in tutto " << std::to_string(c.GradiLiberi) << " moti indipendenti.</p>\n";
 }
 
 void ScriviScheda(Pagina& p, const Risultati& r, bool planimetria) {
@@ -269,8 +280,11 @@ void ScriviScheda(Pagina& p, const Risultati& r, bool planimetria) {
   }
   if (c.Fine == Esito::NonConvergente)
     p << "<p>I risultati sono quelli dell'ultima iterazione e non vanno usati.</p>\n";
+  else if (c.Compiuta() && c.GradiLiberi > 0)
+    p << "<p>I risultati sono errori di arrotondamento e non vanno usati.</p>\n";
   else if (!c.Compiuta())
     p << "<p>Coordinate, quote e disegno sono quelli del file: non c'è un risultato.</p>\n";
+  ScriviMoti(p, c);
   p << "<dl>\n";
   if (c.Compiuta()) {
     Voce(p, "Sigma zero a posteriori", TestoSigma(c, planimetria, prova.Possibile));
