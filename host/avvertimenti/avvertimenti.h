@@ -1,15 +1,15 @@
 #pragma once
 
-// Warnings on input that gives a plausible but wrong result: nothing is missing, the adjustment runs,
-// and only a number that looks odd tells that something is not what the options say it is.
+// Warnings on input that gives a plausible but wrong result: nothing is missing, the adjustment
+// runs, and only a number that looks odd tells that something is not what the options say it is.
 
 #include "host/diagnostica.h"
 #include "host/modello.h"
 #include "host/risultati.h"
 #include "host/verifica/rilievi.h"
 
-// Before the adjustment: the checks that need no result, with those of a network that is only looked
-// over which concern the results. Coordinates in metres, approximate ones filled in.
+// Before the adjustment: the checks that need no result, with those of a network that is only
+// looked over which concern the results. Coordinates in metres, approximate ones filled in.
 void AvvertiPrima(const Rete& rete, Diagnostica& diagnostica);
 
 // After it: what sigma zero, redundancy numbers, residuals and corrections tell. The network names

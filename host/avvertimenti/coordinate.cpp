@@ -1,6 +1,6 @@
 // Coordinates against what the options say they are.
-//   map coordinates    Est within a zone: 350 km around its false easting; Nord between the parallels
-//                      of 35 and 48 degrees, which hold Italy
+//   map coordinates    Est within a zone: 350 km around its false easting; Nord between the
+//                      parallels of 35 and 48 degrees, which hold Italy
 //   exchanged          the same with Est and Nord the other way round
 // The job takes the zone from the first point with Est over 80 km, whatever its role: where that
 // point lies in no zone, observations are reduced as if Est 0 were the central meridian.

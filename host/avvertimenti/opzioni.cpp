@@ -10,8 +10,8 @@
 
 namespace {
 
-// What a standard deviation can be: from the best instruments in a laboratory to a compass or a tape
-// drawn by hand.
+// What a standard deviation can be: from the best instruments in a laboratory to a compass or a
+// tape drawn by hand.
 constexpr double kSqmDirMinimo = 0.00001, kSqmDirMassimo = 0.1;    // [gon]
 constexpr double kSqmDistMinimo = 0.00005, kSqmDistMassimo = 0.5;  // constant part [m]
 constexpr double kSqmPropMassimo = 0.1;                            // [m/km]

@@ -3,8 +3,8 @@
 //                residual. A point all of whose observations have r near 0 takes every error of
 //                theirs unseen, whatever sigma zero says of the rest of the network.
 //   correction   The equations are linear around the approximate coordinates. What that leaves out
-//                of a sight of length D whose end moves by d is about d^2 / 2D, and beyond a tenth of
-//                D the iterations may find another solution than the true one.
+//                of a sight of length D whose end moves by d is about d^2 / 2D, and beyond a
+//                tenth of D the iterations may find another solution than the true one.
 
 #include <algorithm>
 #include <array>

@@ -1,8 +1,8 @@
 // Whether the observations are as good as the options promise. Under them the square of sigma zero
 // over its a-priori value, times the redundancy n, is a chi-square variable with n degrees of
-// freedom, so that sigma zero lies between sqrt(chi2(0.025) / n) and sqrt(chi2(0.975) / n) in 95 % of
-// all networks (K.-R. Koch, Parameter Estimation and Hypothesis Testing in Linear Models, 1999, 4.2).
-// Heights have no such test: their weights are only relative.
+// freedom, so that sigma zero lies between sqrt(chi2(0.025) / n) and sqrt(chi2(0.975) / n) in 95 %
+// of all networks (K.-R. Koch, Parameter Estimation and Hypothesis Testing in Linear Models, 1999,
+// 4.2). Heights have no such test: their weights are only relative.
 
 #include <algorithm>
 #include <cmath>

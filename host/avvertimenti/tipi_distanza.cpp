@@ -6,10 +6,11 @@
 // the redundancy numbers and W = sum (v / s)^2:
 //   one distance    the error that its residual tells of, v / r (W. Baarda, A Testing Procedure for
 //                   Use in Geodetic Networks, 1968), is its d
-//   many            v = Qvv P d makes W = d^T P Qvv P d = d^T P v: what the errors d explain of W is
-//                   t = sum (v d / s^2), and all of them are of the wrong kind where what is left,
-//                   W - t, is no more than good observations leave.
-// Few distances explain before many do: one, then those of one kind in a set-up, then in the network.
+//   many            v = Qvv P d makes W = d^T P Qvv P d = d^T P v: what the errors d explain of W
+//                   is t = sum (v d / s^2), and all of them are of the wrong kind where what is
+//                   left, W - t, is no more than good observations leave.
+// Few distances explain before many do: one, then those of one kind in a set-up, then in the
+// network.
 
 #include <algorithm>
 #include <array>
@@ -57,7 +58,7 @@ class Esame {
   void Migliore(const std::vector<Sospetta>& gruppo, std::vector<Sospetta>& migliore) const;
   std::vector<Sospetta> MiglioreStazione() const;
   void Riferisci(const std::vector<Sospetta>& gruppo, std::string dove);
-  bool Torna(const Sospetta& s) const;
+  static bool Torna(const Sospetta& s);
   const Sospetta* Singola() const;
   void RiferisciSingola(const Sospetta& s);
   const Posizione& Dove(const Sospetta& s) const {
@@ -145,7 +146,7 @@ void Esame::Riferisci(const std::vector<Sospetta>& gruppo, std::string dove) {
 }
 
 // Whether the error that the residual tells of is the difference between the kinds.
-bool Esame::Torna(const Sospetta& s) const {
+bool Esame::Torna(const Sospetta& s) {
   const Equazione& e = *s.Eq;
   if (e.Ridondanza < kControllo) return false;
   const double sqm = e.SqmPriori / std::sqrt(e.Ridondanza);

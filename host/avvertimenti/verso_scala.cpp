@@ -4,8 +4,8 @@
 //   |da - dr|             is small if all is as it should be,
 //   |da + dr|             if East and North are exchanged, or readings grow counterclockwise,
 //   |da - dr 400 / 360|   if the circle was in degrees.
-// The median of D measured / D computed is 1, or the unit of the distances is another one. Approximate
-// coordinates make all this coarse; a wrong hypothesis misses by far more.
+// The median of D measured / D computed is 1, or the unit of the distances is another one.
+// Approximate coordinates make all this coarse; a wrong hypothesis misses by far more.
 
 #include <algorithm>
 #include <array>
