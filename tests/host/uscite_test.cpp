@@ -79,7 +79,7 @@ std::map<std::string, int> Attesi(const Risultati& r) {
   std::map<std::string, int> n;
   for (const RisultatoPunto& p : r.Punti)
     if (Disegnabile(p)) {
-      ++n["NOMI"], ++n[ruoli[p.Ruoli.Pla]];
+      ++n["NOMI"], ++n[ruoli[RuoloDisegno(r, p)]];
       n["QUOTE"] += Presente(p.Quota), n["ELLISSI"] += Presente(p.EllAsseMag);
     }
   for (const auto& [coppia, w] : Coppie(r))
@@ -140,7 +140,7 @@ TEST(Uscite, DxfCoppieStratiEdEllissi) {
       }
       if (c == 10) est = std::stod(valore);
       if (c != 20 || entita != "VERTEX") continue;
-      const RisultatoPunto& p = *ellissi.at(vertici++ / kVerticiEllisse);
+      const RisultatoPunto& p = *ellissi.at(vertici++ / VerticiEllisse(r));
       EXPECT_NEAR(SuEllisse(p, est - p.Est, std::stod(valore) - p.Nord, EsagerazioneEllissi(r)), 1,
                   1e-3);
     }
@@ -197,7 +197,7 @@ TEST(Uscite, GeoPackageRilettoConSqliteEOgr) {
       for (const double fattore : {1.0, FattoreEllisse(.95, r.Planimetria.Ridondanza())}) {
         if (!ConEllisse(p)) continue;
         std::vector<double> anello;
-        for (const PuntoPiano& v : AnelloEllisse(p, fattore * EsagerazioneEllissi(r)))
+        for (const PuntoPiano& v : AnelloEllisse(p, fattore * EsagerazioneEllissi(r), VerticiEllisse(r)))
           anello.insert(anello.end(), {v.Est, v.Nord});
         anello.insert(anello.end(), {anello[0], anello[1]});
         ellissi.push_back(coordinate(anello));
