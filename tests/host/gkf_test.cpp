@@ -399,6 +399,14 @@ TEST(Gkf, EquivalenteRicalcolato) {
       }
     }
     EXPECT_GE(confrontati, 3);
+    for (std::size_t i = 0; i < r.Stazioni.size(); ++i) {
+      const RisultatoStazione& s = r.Stazioni[i];
+      if (!Presente(s.AltStrumCompensata)) continue;
+      const std::string punto = r.Punti[s.Punto].Nome;
+      const std::string asse = punto + " (strumento " + std::to_string(i + 1) + ")";
+      const Ricalcolo quote(elementi, false);
+      EXPECT_NEAR(quote.Valore(asse, 2) - quote.Valore(punto, 2), s.AltStrumCompensata, 1e-5);
+    }
   }
 }
 
