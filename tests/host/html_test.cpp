@@ -29,6 +29,8 @@ TEST(Statistica, Quantili) {
   for (const auto& [p, n, atteso] : kChiQuadro)
     EXPECT_NEAR(QuantileChiQuadro(p, n), atteso, 1e-10 * atteso) << p << ' ' << n;
   EXPECT_NEAR(FattoreEllisse(0.95, 3), 4.3708339011957798, 1e-12);
+  EXPECT_NEAR(FattoreEllisse(0.95, 2'000'000'000), 2.4477468306808161, 1e-8);  // sigma zero known
+  EXPECT_TRUE(!Presente(FattoreEllisse(0.95, 0)) && !Presente(QuantileChiQuadro(0.95, 0)));
 }
 
 TEST(Disegno, Etichette) {

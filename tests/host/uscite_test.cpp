@@ -88,6 +88,20 @@ std::map<std::string, int> Attesi(const Risultati& r) {
   return n;
 }
 
+// Points in a row of 1 km: ellipses of 2 m become 4 % of it, or 30 % of what parts the points.
+TEST(Uscite, EllissiDiMoltiPunti) {
+  Risultati r;
+  for (const auto& [punti, vertici, esagerazione] :
+       {std::tuple(2, 72, "20"), {4000, 48, "0.05"}, {50000, 16, "0.002"}}) {
+    RisultatoPunto p;
+    p.Nord = p.EllAzimut = 0, p.EllAsseMag = p.EllAsseMin = 2;
+    r.Punti.assign(punti, p);
+    for (int i = 0; i < punti; ++i) r.Punti[i].Est = 1000.0 * i / (punti - 1);
+    EXPECT_EQ(VerticiEllisse(r), vertici);
+    EXPECT_EQ(TestoTondo(EsagerazioneEllissi(r)), esagerazione);
+  }
+}
+
 TEST(Uscite, DxfCoppieStratiEdEllissi) {
   for (const auto& [nome, r] : Reti()) {
     SCOPED_TRACE(nome);
