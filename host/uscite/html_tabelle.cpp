@@ -318,9 +318,9 @@ void ScriviOsservazioni(Pagina& pagina, const Risultati& r, const Genere& g) {
         " Minimo errore rilevabile (affidabilità interna): s.q.m. a priori · 4.13 / √r (rischio "
         "0.1 %, potenza 80 %).";
   didascalia +=
-      " Affidabilità esterna: 4.13 · √((1 − r) / r), di quanti s.q.m. a priori l'errore più grande "
-      "che può sfuggire al test (stesso rischio, stessa potenza) sposta al massimo una coordinata "
-      "o una quota.";
+      " Affidabilità esterna: 4.13 · √((1 − r) / r), di quanti suoi s.q.m. (con il sigma zero "
+      "vero, non quello stimato) può spostarsi al massimo una coordinata o una quota per l'errore "
+      "più grande che sfugge al test.";
   if (scelte.size() < quante)
     didascalia += " <strong>La tabella mostra le " + std::to_string(scelte.size()) +
                   " osservazioni con |w| più grande, su " + std::to_string(quante) + ".</strong>";

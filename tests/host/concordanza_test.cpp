@@ -307,7 +307,7 @@ void ConfrontaEquazione(const Equazione& e, const Genere& g, const Riga& csv, co
   }
   const double r = e.Ridondanza < 1e-6 ? kAssente : e.Ridondanza;
   Uguali(Numero(html, "Affidabilità esterna"), 4.13 * std::sqrt((1 - r) / r), .1 * kMezzo, qui);
-  Uguali(Numero(csv, qui + "_affidabilita_esterna"), 4.13 * std::sqrt((1 - r) / r), .001 * kMezzo,
+  Uguali(Numero(csv, qui + "_affidabilita_esterna_in_sqm"), 4.13 * std::sqrt((1 - r) / r), .001 * kMezzo,
          qui);
   if (g.Tipo != TipoEquazione::Dislivello)
     Uguali(Numero(html, "Min. errore rilevabile" + u),
