@@ -70,8 +70,10 @@ inline constexpr CampoRete kCampiRete[] = {
     {SezioneRete::File, "osservazioni", "", "vedi stazioni",
      "nome di un file CSV nella stessa cartella, al posto di [[stazioni]]"},
     {SezioneRete::Progetto, "nome", "", "nessuno", "nome del lavoro"},
-    {SezioneRete::Progetto, "epsg", "", "nessuno",
-     "codice del sistema di coordinate; non cambia il calcolo"},
+    {SezioneRete::Progetto, "epsg", "",
+     "si riconosce solo Gauss-Boaga, dal falso Est di una rete cartografica",
+     "codice EPSG del sistema di coordinate, per chi riceve i risultati: 3003 e 3004 Gauss-Boaga, "
+     "23032 e 23033 UTM ED50, 7791, 7792 e 7793 UTM RDN2008; non cambia il calcolo"},
     {SezioneRete::Opzioni, "calcolo", "", "\"plano-altimetria\"",
      "\"planimetria\", \"altimetria\", \"plano-altimetria\" o \"nessuno\""},
     {SezioneRete::Opzioni, "sqm_direzione", "gon", "obbligatorio con le direzioni",

@@ -11,6 +11,7 @@
 #include "host/diagnostica.h"
 #include "host/errori.h"
 #include "host/file_sicuro.h"
+#include "host/suggerimenti.h"
 
 namespace {
 
@@ -37,9 +38,12 @@ std::optional<std::filesystem::path> Cartella(const std::string& valore) {
   return std::nullopt;
 }
 
+// Whatever the case: systems that tell no case write RETE.TOML.
 std::string SenzaEstensione(const std::string& percorso, std::string_view estensione) {
-  const bool ce = percorso.size() > estensione.size() && percorso.ends_with(estensione);
-  return ce ? percorso.substr(0, percorso.size() - estensione.size()) : percorso;
+  if (percorso.size() <= estensione.size()) return percorso;
+  const std::size_t radice = percorso.size() - estensione.size();
+  const bool ce = DistanzaTesti(percorso.substr(radice), estensione, 0) == 0;
+  return ce ? percorso.substr(0, radice) : percorso;
 }
 
 void Aggiungi(std::vector<Destinazione>& destinazioni, const UscitaChiesta& uscita,

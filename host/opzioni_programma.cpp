@@ -111,7 +111,7 @@ Comando CreaCompensa() {
       G::Rete,
       {uscite, forma, Comuni()},
       {{"compensa rete.toml", "rapporto sullo schermo"},
-       {"compensa rete.toml -o rapporto.txt", "rapporto in un file"},
+       {"compensa rete.toml -o rapporto.txt", "rapporto in un file; con il solo -o in rete.txt"},
        {"compensa rete.toml --html --dxf", "anche rete.html e rete.dxf"},
        {"compensa rete.toml -o consegna/ --csv consegna/", "tutto in una cartella"},
        {"compensa *.toml -o --html", "più reti: rapporti, pagine e tabella riassuntiva"},

@@ -133,11 +133,6 @@ void ParoleComando::Distribuisci(const std::vector<std::string>& parole) {
 
 bool ParoleComando::Data(std::string_view nome) const { return Valori.find(nome) != Valori.end(); }
 
-bool ParoleComando::SenzaValore(std::string_view nome) const {
-  const auto dati = Valori.find(nome);
-  return dati != Valori.end() && dati->second.empty();
-}
-
 std::optional<std::string> ParoleComando::Testo(std::string_view nome) const {
   const auto dati = Valori.find(nome);
   if (dati == Valori.end() || dati->second.empty()) return std::nullopt;

@@ -22,8 +22,7 @@ class ParoleComando {
   bool ChiestaVersione() const { return Versione; }
   const std::vector<std::string>& Argomenti() const { return Resto; }
 
-  bool Data(std::string_view nome) const;         // with or without a value
-  bool SenzaValore(std::string_view nome) const;  // given, its optional value left out
+  bool Data(std::string_view nome) const;  // with or without a value
   // The value of an option. Nothing if it was not given; throws ErroreUso if it is empty.
   std::optional<std::string> Testo(std::string_view nome) const;
   // The values of a list; none of them is empty.

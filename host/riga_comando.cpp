@@ -81,8 +81,6 @@ Argomenti LeggiCompensa(const ParoleComando& parole) {
   if (argomenti.Reti.empty()) throw ErroreUso("manca il file della rete");
   for (const auto& [genere, nome] : kUscite)
     if (parole.Data(nome)) argomenti.Uscite.push_back({genere, parole.Testo(nome)});
-  if (argomenti.Reti.size() == 1 && parole.SenzaValore("rapporto"))
-    throw ErroreUso("opzione --rapporto: con una sola rete vuole un valore (FILE o cartella)");
   argomenti.CodificaRapporto =
       Scelta<Codifica>(parole, "codifica", kParoleCodifica).value_or(Codifica::Utf8);
   argomenti.DecimaliCsv =

@@ -113,7 +113,7 @@ std::string MotivoPunto(const Rete& rete, const Visuali& visuali, const Propagaz
   if (rete.RuoliIniziali[p].Pla == kFisso)
     return nome + " fisso senza coordinate: vanno date, non si calcolano";
   const std::string inizio = nome + " senza coordinate: ";
-  const Ostacolo& ostacolo = propagazione.OstacoloDi(punto);
+  const Impedimento& ostacolo = propagazione.OstacoloDi(punto);
   if (ostacolo.Ambigue)
     return inizio + "le distanze danno due posizioni, " + Coordinate(ostacolo.Ambigue->first) +
            " e " + Coordinate(ostacolo.Ambigue->second) +

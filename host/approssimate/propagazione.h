@@ -26,7 +26,7 @@ struct Determinazione {
 };
 
 // Why the constructions failed at a point.
-struct Ostacolo {
+struct Impedimento {
   bool CerchioPericoloso = false;
   std::optional<std::pair<Posto, Posto>> Ambigue;  // both fit
 };
@@ -51,7 +51,7 @@ class Propagazione {
   }
   // Of the points found, by index of the point.
   const std::vector<std::optional<Determinazione>>& Trovati() const { return Esiti; }
-  const Ostacolo& OstacoloDi(int punto) const { return Ostacoli[static_cast<std::size_t>(punto)]; }
+  const Impedimento& OstacoloDi(int punto) const { return Ostacoli[static_cast<std::size_t>(punto)]; }
 
  private:
   struct Elementi {
@@ -96,7 +96,7 @@ class Propagazione {
   std::vector<Posto> Luoghi;
   std::vector<double> Zeri;  // azimuth of the zero of each set-up's circle; kSenzaValore = unknown
   std::vector<std::optional<Determinazione>> Esiti;
-  std::vector<Ostacolo> Ostacoli;
+  std::vector<Impedimento> Ostacoli;
   std::vector<int> DaOrientare;
   std::vector<char> InCoda;  // bits: waiting for a method; set-ups: below
   std::vector<char> StazioneInCoda;

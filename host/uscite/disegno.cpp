@@ -11,33 +11,24 @@
 #include <string>
 
 #include "host/numeri.h"
-#include "host/statistica.h"
 #include "host/uscite/disegno_elementi.h"
 #include "host/uscite/disegno_etichette.h"
+#include "host/uscite/grandezze.h"
+#include "host/uscite/scala_ellissi.h"
+#include "host/uscite/visuali.h"
 
 namespace {
 
-constexpr double kProbabilita = 0.95;
 constexpr double kRaggioSimbolo = 6.0, kRaggioStazione = 9.0;  // [pixel]
 // Beyond these numbers the page would become slow: sights are then drawn as a few paths without
 // text of their own, points without names and ellipses.
 constexpr std::size_t kVisualiSingole = 8000;
 constexpr std::size_t kPuntiCompleti = 10000;
 
-constexpr std::array<std::string_view, 4> kSimboli = {"pf", "pc", "pi", "pn"};
-constexpr std::array<std::string_view, 4> kParoleSegno = {"fisso", "compensato", "incognito",
-                                                          "non usato"};
-
-enum class ClasseW { Regolare, Attenzione, Sospetta };
-ClasseW Classe(double w) {
-  if (w > kWSospetta) return ClasseW::Sospetta;
-  return w >= kWAttenzione ? ClasseW::Attenzione : ClasseW::Regolare;
-}
-
-// A number 1, 2 or 5 times a power of ten, without exponent.
-std::string Tondo(double valore) {
-  return valore >= 1.0 ? NumeroFisso(valore, 0) : NumeroBreve(valore);
-}
+// By role.
+constexpr std::array<std::string_view, 4> kSimboli = {"pi", "pf", "pn", "pc"};
+constexpr std::array kPriorita = {2, 4, 0, 2};  // of the names
+static_assert(kIncognito == 0 && kFisso == 1 && kNonUsato == 2 && kCompensato == 3);
 
 // One drawing while it is written.
 class Disegno {
@@ -47,22 +38,25 @@ class Disegno {
         R(risultati),
         E(elementi),
         Q(elementi.Quadro),
-        Fattore(FattoreEllisse(kProbabilita, risultati.Planimetria.Contate()
-                                                 ? risultati.Planimetria.Ridondanza()
-                                                 : 0)) {}
+        Fattore(FattoreEllissi(risultati)),
+        Esagerazione(EsagerazioneEllissi(risultati)),
+        Compensata(risultati.Planimetria.Compiuta() || risultati.Altimetria.Compiuta()) {}
   void Scrivi();
 
  private:
-  bool ConEllissi() const { return Presente(E.Esagerazione) && E.Punti.size() <= kPuntiCompleti; }
+  bool ConEllissi() const { return E.Ellissi && E.Punti.size() <= kPuntiCompleti; }
   bool ConVisualiSingole() const { return E.Visuali.size() <= kVisualiSingole; }
   const RisultatoPunto& Punto(int i) const { return R.Punti[static_cast<std::size_t>(i)]; }
   std::string Metri(double valore) const { return NumeroFisso(valore, Q.Decimali); }
   std::string InPixel(double x, double y, double ingrandimento = 1.0) const;
-  std::string Posto(const VisualeDisegnata& v) const;
+  std::string Posto(const VisualeUnica& v) const;
+  // Where nothing was adjusted every sight is shown as one that would be.
+  bool Usata(const VisualeUnica& v) const { return v.Usata() || !Compensata; }
+  std::string Stile(const VisualeUnica& v) const;
 
   void ScriviStrati();
   void ScriviVisuali();
-  void ScriviVisuale(const VisualeDisegnata& v);
+  void ScriviVisuale(const VisualeUnica& v);
   void ScriviVisualiInsieme();
   void ScriviEllissi(std::string_view strato, double fattore, std::string_view nome);
   void ScriviPunti();
@@ -75,7 +69,9 @@ class Disegno {
   const Risultati& R;
   const ElementiDisegno& E;
   const Inquadratura& Q;
-  double Fattore;  // from the standard ellipse to that of kProbabilita; kAssente = none
+  double Fattore;       // from the standard ellipse to that of 95 %; kAssente = none
+  double Esagerazione;  // of the ellipses
+  bool Compensata;
 };
 
 // "translate(x y)scale(u)": a group at a place, in pixels of the sheet.
@@ -86,19 +82,19 @@ std::string Disegno::InPixel(double x, double y, double ingrandimento) const {
   return "translate(" + Metri(x) + " " + Metri(y) + ")scale(" + NumeroFisso(scala, decimali) + ")";
 }
 
-std::string Disegno::Posto(const VisualeDisegnata& v) const {
+std::string Disegno::Posto(const VisualeUnica& v) const {
   const RisultatoPunto &a = Punto(v.Da), &b = Punto(v.A);
   return "M" + Metri(Q.X(a.Est)) + " " + Metri(Q.Y(a.Nord)) + "L" + Metri(Q.X(b.Est)) + " " +
          Metri(Q.Y(b.Nord));
 }
 
 // Kind of a sight as classes of the style sheet.
-std::string Stile(const VisualeDisegnata& v) {
-  if (!v.Usata) return "v vn";
-  std::string stile = "v v" + std::to_string(static_cast<int>(Classe(v.WMassimo)));
+std::string Disegno::Stile(const VisualeUnica& v) const {
+  if (!Usata(v)) return "v vn";
+  std::string stile = "v v" + std::to_string(static_cast<int>(ClasseDi(v.WMassimo)));
   if (!v.Distanza) stile += " vd";
   if (!v.Direzione) stile += " vs";
-  if (v.Andata && v.Ritorno) stile += " vv";
+  if (v.Reciproca()) stile += " vv";
   return stile;
 }
 
@@ -120,16 +116,12 @@ void Disegno::ScriviStrati() {
        "rete</button></span>\n";
 }
 
-void Disegno::ScriviVisuale(const VisualeDisegnata& v) {
+void Disegno::ScriviVisuale(const VisualeUnica& v) {
   P << "<path class=\"" << Stile(v) << "\" d=\"" << Posto(v) << "\"><title>";
   P.Testo(Punto(v.Da).Nome + " – " + Punto(v.A).Nome);
-  P << ": ";
-  if (v.Direzione) P << "direzione";
-  if (v.Distanza) P << (v.Direzione ? " e distanza" : "distanza");
-  if (!v.Direzione && !v.Distanza) P << "altra osservazione";
-  if (v.Quota) P << ", dislivello";
-  if (v.Andata && v.Ritorno) P << ", nei due versi";
-  if (!v.Usata) P << "; non usata";
+  P << ": " << NomeTipo(v);
+  if (v.Reciproca()) P << ", nei due versi";
+  if (!Usata(v)) P << "; non usata";
   if (Presente(v.WMassimo)) P << "; |w| massimo " << NumeroFisso(v.WMassimo, 2);
   P << "</title></path>\n";
 }
@@ -137,7 +129,7 @@ void Disegno::ScriviVisuale(const VisualeDisegnata& v) {
 // All sights of a kind as one path.
 void Disegno::ScriviVisualiInsieme() {
   std::vector<std::pair<std::string, std::string>> insiemi;
-  for (const VisualeDisegnata& v : E.Visuali) {
+  for (const VisualeUnica& v : E.Visuali) {
     const std::string stile = Stile(v);
     auto insieme = insiemi.begin();
     while (insieme != insiemi.end() && insieme->first != stile) ++insieme;
@@ -151,13 +143,13 @@ void Disegno::ScriviVisualiInsieme() {
 void Disegno::ScriviVisuali() {
   P << "<g class=\"visuali\">\n";
   if (ConVisualiSingole())
-    for (const VisualeDisegnata& v : E.Visuali) ScriviVisuale(v);
+    for (const VisualeUnica& v : E.Visuali) ScriviVisuale(v);
   else
     ScriviVisualiInsieme();
   P << "<g class=\"segni\">\n";
-  for (const VisualeDisegnata& v : E.Visuali) {
-    const ClasseW classe = Classe(v.WMassimo);
-    if (!v.Usata || classe == ClasseW::Regolare) continue;
+  for (const VisualeUnica& v : E.Visuali) {
+    const ClasseW classe = ClasseDi(v.WMassimo);
+    if (!Usata(v) || classe == ClasseW::Regolare) continue;
     const RisultatoPunto &a = Punto(v.Da), &b = Punto(v.A);
     P << "<g class=\"p\" transform=\""
       << InPixel(Q.X((a.Est + b.Est) / 2.0), Q.Y((a.Nord + b.Nord) / 2.0), E.Riduzione)
@@ -167,19 +159,18 @@ void Disegno::ScriviVisuali() {
 }
 
 void Disegno::ScriviEllissi(std::string_view strato, double fattore, std::string_view nome) {
-  constexpr double kGradiPerGon = 0.9, kMillimetri = 1000.0;
   P << "<g class=\"" << strato << "\">\n";
   for (const PuntoDisegnato& d : E.Punti) {
     const RisultatoPunto& p = Punto(d.Punto);
-    if (!std::isfinite(p.EllAsseMag) || !std::isfinite(p.EllAsseMin)) continue;
-    const double scala = fattore * E.Esagerazione;
+    if (!ConEllisse(p)) continue;
+    const double scala = fattore * Esagerazione;
     P << "<ellipse rx=\"" << Metri(p.EllAsseMin * scala) << "\" ry=\""
       << Metri(p.EllAsseMag * scala) << "\" transform=\"translate(" << Metri(d.X) << " "
       << Metri(d.Y) << ")rotate(" << NumeroFisso(p.EllAzimut * kGradiPerGon, 2) << ")\"><title>";
     P.Testo(p.Nome) << ", " << nome
-                    << ": a = " << NumeroFisso(p.EllAsseMag * fattore * kMillimetri, 1)
-                    << " mm, b = " << NumeroFisso(p.EllAsseMin * fattore * kMillimetri, 1)
-                    << " mm, azimut di a = " << NumeroFisso(p.EllAzimut, 1)
+                    << ": a = " << NumeroFisso(p.EllAsseMag * fattore * kMmPerMetro, 1)
+                    << " mm, b = " << NumeroFisso(p.EllAsseMin * fattore * kMmPerMetro, 1)
+                    << " mm, azimut di a dal Nord = " << NumeroFisso(p.EllAzimut, 1)
                     << " gon</title></ellipse>\n";
   }
   P << "</g>\n";
@@ -190,13 +181,12 @@ void Disegno::ScriviPunti() {
   for (const PuntoDisegnato& d : E.Punti) {
     const RisultatoPunto& p = Punto(d.Punto);
     P << "<g class=\"p\" transform=\"" << InPixel(d.X, d.Y, E.Riduzione) << "\"><title>";
-    P.Testo(p.Nome) << " (" << kParoleSegno[static_cast<std::size_t>(d.Segno)]
-                    << (d.Stazione ? ", stazione" : "") << "): Est " << NumeroFisso(p.Est, 4)
-                    << ", Nord " << NumeroFisso(p.Nord, 4);
+    P.Testo(p.Nome) << " (" << NomeRuolo(d.Ruolo) << (d.Stazione ? ", stazione" : "") << "): Est "
+                    << NumeroFisso(p.Est, 4) << ", Nord " << NumeroFisso(p.Nord, 4);
     if (Presente(p.Quota)) P << ", quota " << NumeroFisso(p.Quota, 4);
     P << "</title>";
     if (d.Stazione) P << "<use href=\"#ps\"/>";
-    P << "<use href=\"#" << kSimboli[static_cast<std::size_t>(d.Segno)] << "\"/></g>\n";
+    P << "<use href=\"#" << kSimboli[static_cast<std::size_t>(d.Ruolo)] << "\"/></g>\n";
   }
   P << "</g>\n";
 }
@@ -207,14 +197,13 @@ void Disegno::ScriviEtichette() {
   const auto pixelX = [&](double x) { return (x - Q.Sinistra) / Q.MetriPerPixel; };
   const auto pixelY = [&](double y) { return (y - Q.Alto) / Q.MetriPerPixel; };
   for (const PuntoDisegnato& d : E.Punti) {
-    constexpr std::array kPriorita = {4, 2, 2, 0};
     const double raggio = (d.Stazione ? kRaggioStazione : kRaggioSimbolo) * E.Riduzione;
     punti.push_back({pixelX(d.X), pixelY(d.Y), raggio, LarghezzaEtichetta(Punto(d.Punto).Nome),
-                     kPriorita[static_cast<std::size_t>(d.Segno)] + (d.Stazione ? 1 : 0)});
+                     kPriorita[static_cast<std::size_t>(d.Ruolo)] + (d.Stazione ? 1 : 0)});
   }
   std::vector<Segmento> segmenti;
   segmenti.reserve(E.Visuali.size());
-  for (const VisualeDisegnata& v : E.Visuali) {
+  for (const VisualeUnica& v : E.Visuali) {
     const RisultatoPunto &a = Punto(v.Da), &b = Punto(v.A);
     segmenti.push_back(
         {pixelX(Q.X(a.Est)), pixelY(Q.Y(a.Nord)), pixelX(Q.X(b.Est)), pixelY(Q.Y(b.Nord))});
@@ -249,7 +238,7 @@ void Disegno::ScriviScala() {
   const double u = Q.MetriPerPixel;
   constexpr double kMetriPerKm = 1000.0;
   const std::string testo =
-      metri >= kMetriPerKm ? Tondo(metri / kMetriPerKm) + " km" : Tondo(metri) + " m";
+      metri >= kMetriPerKm ? TestoTondo(metri / kMetriPerKm) + " km" : TestoTondo(metri) + " m";
   P << "<g id=\"scala\" transform=\""
     << InPixel(Q.Sinistra + kDaiBordi * u, Q.Alto + Q.Altezza - kDaiBordi * u)
     << "\"><path d=\"M0 -5V0H" << NumeroFisso(metri / u, 1) << "V-5\"/><text y=\"-9\">" << testo
@@ -267,7 +256,7 @@ void Disegno::ScriviLegenda() {
   voce("<use href=\"#pf\"/>", "punto fisso");
   voce("<use href=\"#pc\"/>", "punto compensato");
   voce("<use href=\"#pi\"/>", "punto incognito, non compensato");
-  voce("<use href=\"#pn\"/>", "punto escluso o non usato");
+  voce("<use href=\"#pn\"/>", "punto escluso");
   voce("<use href=\"#ps\"/>", "stazione");
   voce("<path class=\"v v0\" d=\"M-20 0H20\"/>", "direzione e distanza");
   voce("<path class=\"v v0 vd\" d=\"M-20 0H20\"/>", "sola direzione");
@@ -278,8 +267,9 @@ void Disegno::ScriviLegenda() {
   voce("<path class=\"v v1\" d=\"M-20 0H20\"/><use href=\"#w1\"/>", "|w| da 2 a 3.29");
   voce("<path class=\"v v2\" d=\"M-20 0H20\"/><use href=\"#w2\"/>", "|w| oltre 3.29: sospetta");
   if (ConEllissi()) {
-    const std::string scala = ", ingrandita × " + Tondo(E.Esagerazione);
-    voce("<ellipse class=\"l1\" rx=\"15\" ry=\"7\"/>", "ellisse standard (1 sigma)" + scala);
+    const std::string scala = ", ingrandita × " + TestoTondo(Esagerazione);
+    voce("<ellipse class=\"l1\" rx=\"15\" ry=\"7\"/>",
+         "ellisse standard (1 sigma, a posteriori)" + scala);
     if (Presente(Fattore))
       voce("<ellipse class=\"l95\" rx=\"19\" ry=\"9\"/>",
            "ellisse di confidenza 95 % (standard × " + NumeroFisso(Fattore, 2) + ")" + scala);
@@ -291,7 +281,7 @@ void Disegno::ScriviLegenda() {
 
 void Disegno::ScriviNote() {
   if (E.Lontani > 0)
-    P << "<p>Punti non usati troppo lontani dalla rete, che non sono disegnati: "
+    P << "<p>Punti esclusi troppo lontani dalla rete, che non sono disegnati: "
       << std::to_string(E.Lontani) << ".</p>\n";
   if (!ConVisualiSingole())
     P << "<p>Le visuali sono " << std::to_string(E.Visuali.size())

@@ -37,11 +37,11 @@ constexpr std::array<Direzione, 8> kDirezioni{{{kDiagonale, -kDiagonale},
                                                {-1, 0},
                                                {-kDiagonale, kDiagonale}}};
 
-Riquadro Sposta(const Riquadro& r, double x, double y) {
+Rettangolo Sposta(const Rettangolo& r, double x, double y) {
   return {r.Sinistra + x, r.Alto + y, r.Destra + x, r.Basso + y};
 }
 
-bool Sovrapposti(const Riquadro& a, const Riquadro& b) {
+bool Sovrapposti(const Rettangolo& a, const Rettangolo& b) {
   return a.Sinistra < b.Destra + kAria && b.Sinistra < a.Destra + kAria &&
          a.Alto < b.Basso + kAria && b.Alto < a.Basso + kAria;
 }
@@ -49,25 +49,25 @@ bool Sovrapposti(const Riquadro& a, const Riquadro& b) {
 // The rectangles that are taken, by the cells that they touch.
 class Griglia {
  public:
-  void Aggiungi(const Riquadro& r) {
+  void Aggiungi(const Rettangolo& r) {
     PerOgniCella(r, [&](std::int64_t cella) {
       Celle[cella].push_back(r);
       return false;
     });
   }
-  bool Libero(const Riquadro& r) const {
+  bool Libero(const Rettangolo& r) const {
     return !PerOgniCella(r, [&](std::int64_t cella) {
       const auto trovata = Celle.find(cella);
       return trovata != Celle.end() &&
              std::ranges::any_of(trovata->second,
-                                 [&](const Riquadro& altro) { return Sovrapposti(r, altro); });
+                                 [&](const Rettangolo& altro) { return Sovrapposti(r, altro); });
     });
   }
 
  private:
   // Stops at the first cell for which fa returns true.
   template <class Fa>
-  static bool PerOgniCella(const Riquadro& r, Fa fa) {
+  static bool PerOgniCella(const Rettangolo& r, Fa fa) {
     const auto indice = [](double v) { return static_cast<std::int64_t>(std::floor(v / kMaglia)); };
     constexpr std::int64_t kRighe = std::int64_t{1} << 32;
     for (std::int64_t i = indice(r.Alto - kAria); i <= indice(r.Basso + kAria); ++i)
@@ -76,11 +76,11 @@ class Griglia {
     return false;
   }
 
-  std::unordered_map<std::int64_t, std::vector<Riquadro>> Celle;
+  std::unordered_map<std::int64_t, std::vector<Rettangolo>> Celle;
 };
 
 // By the slabs that the rectangle is the intersection of (Kay and Kajiya, 1986).
-bool Attraversa(const Segmento& s, const Riquadro& r) {
+bool Attraversa(const Segmento& s, const Rettangolo& r) {
   double entra = 0.0, esce = 1.0;
   const auto fascia = [&](double da, double a, double minimo, double massimo) {
     const double passo = a - da;
@@ -114,9 +114,9 @@ Collocazione Candidata(const PuntoEtichettato& p, const Direzione& verso, double
 }
 
 // The line that leads to a name, as small rectangles.
-std::vector<Riquadro> Guida(const PuntoEtichettato& p, const Collocazione& c) {
+std::vector<Rettangolo> Guida(const PuntoEtichettato& p, const Collocazione& c) {
   constexpr double kPasso = 6.0, kSpessore = 0.5;
-  std::vector<Riquadro> tratti;
+  std::vector<Rettangolo> tratti;
   if (!c.Guida) return tratti;
   const double x = c.GuidaX, y = c.GuidaY;
   const double lunghezza = std::hypot(x, y);
@@ -133,7 +133,7 @@ struct Foglio {
   std::span<const Segmento> Segmenti;
   double Larghezza, Altezza;
 
-  bool Contiene(const Riquadro& r) const {
+  bool Contiene(const Rettangolo& r) const {
     return r.Sinistra >= 0.0 && r.Alto >= 0.0 && r.Destra <= Larghezza && r.Basso <= Altezza;
   }
 };
@@ -146,9 +146,9 @@ std::optional<Collocazione> Cerca(const PuntoEtichettato& p, double scala, const
   const auto prova = [&](double distanza, bool guida) {
     for (const Direzione& verso : kDirezioni) {
       const Collocazione c = Candidata(p, verso, distanza, guida);
-      const Riquadro posto = Sposta(c.Posto, p.X * scala, p.Y * scala);
+      const Rettangolo posto = Sposta(c.Posto, p.X * scala, p.Y * scala);
       if ((intero && !foglio.Contiene(posto)) || !presi.Libero(posto)) continue;
-      const auto libero = [&](const Riquadro& tratto) {
+      const auto libero = [&](const Rettangolo& tratto) {
         return presi.Libero(Sposta(tratto, p.X * scala, p.Y * scala));
       };
       if (guida && !std::ranges::all_of(Guida(p, c), libero)) continue;
@@ -206,7 +206,8 @@ std::vector<Collocazione> CollocaEtichette(std::span<const PuntoEtichettato> pun
     const auto prendi = [&](std::size_t i) {
       const double x = punti[i].X * scala, y = punti[i].Y * scala;
       presi.Aggiungi(Sposta(esito[i].Posto, x, y));
-      for (const Riquadro& tratto : Guida(punti[i], esito[i])) presi.Aggiungi(Sposta(tratto, x, y));
+      for (const Rettangolo& tratto : Guida(punti[i], esito[i]))
+        presi.Aggiungi(Sposta(tratto, x, y));
     };
     for (const std::size_t i : collocati) prendi(i);
     for (const std::size_t i : attesa) {

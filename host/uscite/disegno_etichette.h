@@ -21,14 +21,14 @@ struct Segmento {
 enum class Ancora { Inizio, Mezzo, Fine };  // the part of the text that X belongs to
 
 // A rectangle that a name may take, relative to its point.
-struct Riquadro {
+struct Rettangolo {
   double Sinistra, Alto, Destra, Basso;
 };
 
 // Where a name goes.
 struct Collocazione {
   int Livello = 0;  // shown where the drawing is enlarged at least 2^Livello times; 0 = always
-  Riquadro Posto{};
+  Rettangolo Posto{};
   Ancora Verso = Ancora::Inizio;
   bool Guida = false;                 // so far away that a line leads to the point,
   double GuidaX = 0.0, GuidaY = 0.0;  // from here, relative to the point

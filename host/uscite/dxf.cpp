@@ -13,6 +13,7 @@
 #include "host/codifica.h"
 #include "host/numeri.h"
 #include "host/sommario.h"
+#include "host/uscite/grandezze.h"
 #include "host/uscite/scala_ellissi.h"
 #include "host/uscite/sistema_riferimento.h"
 #include "host/uscite/visuali.h"
@@ -108,6 +109,7 @@ struct Misure {
   double Testo = kTestoSenzaLato;  // height of the names [m]
   double TestoNote = kTestoSenzaLato;
   double Esagerazione = 1.0;
+  int Vertici = 0;  // of an ellipse
 };
 
 double Elevazione(const RisultatoPunto& p) { return std::isfinite(p.Quota) ? p.Quota : 0.0; }
@@ -153,20 +155,16 @@ std::string SenzaColonne(const std::string& riga) {
 
 std::vector<std::string> TestiNote(const Documento& d, double esagerazione) {
   const Risultati& r = d.Esiti;
-  const SistemaRiferimento sistema = RiconosciSistema(r);
   std::vector<std::string> righe;
   if (!r.DatiProgetto.Nome.empty()) righe.push_back(r.DatiProgetto.Nome);
   righe.push_back(std::string(kNomeProgramma) + " " + std::string(kVersioneProgramma) + ", " +
                   d.DataOra + ", " + r.File);
   for (const std::string& riga : RigheSommario(r)) righe.push_back(SenzaColonne(riga));
   righe.push_back("Coordinate: Est (x), Nord (y), quota (z; 0 dove manca) in metri");
-  righe.push_back("Sistema di riferimento: " + (sistema.Codice > 0
-                                                    ? "EPSG:" + std::to_string(sistema.Codice) +
-                                                          " " + sistema.Nome + "; " + sistema.Nota
-                                                    : sistema.Nota));
+  righe.push_back("Sistema di riferimento: " + TestoSistema(RiconosciSistema(r)));
   if (std::any_of(r.Punti.begin(), r.Punti.end(), ConEllisse))
     righe.push_back("Ellissi d'errore standard (1 sigma, a posteriori), esagerazione " +
-                    TestoEsagerazione(esagerazione) + " : 1");
+                    TestoTondo(esagerazione) + " : 1");
   righe.push_back("Visuali sospette: residuo normalizzato w > 3.29; tratteggiate: senza distanza");
   return righe;
 }
@@ -174,6 +172,7 @@ std::vector<std::string> TestiNote(const Documento& d, double esagerazione) {
 Disegno::Disegno(const Documento& documento, const Scrivi& scrivi)
     : D(documento), R(documento.Esiti), Esci(scrivi) {
   M.Esagerazione = EsagerazioneEllissi(R);
+  M.Vertici = VerticiEllisse(R);
   RigheNote = TestiNote(D, M.Esagerazione);
   Misura();
 }
@@ -350,7 +349,7 @@ void Disegno::Ellisse(const RisultatoPunto& p) {
   Gruppo(66, 1);  // vertices follow
   Posto(10, 0.0, 0.0, quota);
   Gruppo(70, kChiusa);
-  for (const PuntoPiano& vertice : AnelloEllisse(p, M.Esagerazione)) {
+  for (const PuntoPiano& vertice : AnelloEllisse(p, M.Esagerazione, M.Vertici)) {
     Entita("VERTEX", kEllissi);
     Posto(10, vertice.Est, vertice.Nord, quota);
   }

@@ -24,12 +24,13 @@
 #include "host/importazione/gkf_formato.h"
 #include "host/numeri.h"
 #include "host/uscite/gkf_registro.h"
+#include "host/uscite/grandezze.h"
 #include "host/versione.h"
 
 namespace {
 
 constexpr std::string_view kSpazioNomi = "http://www.gnu.org/software/gama/gama-local";
-constexpr double kSqmUnitario = 1e-3;   // of an angle, where all weigh alike and none is given [gon]
+constexpr double kSqmUnitario = 1e-3;  // of an angle, where all weigh alike and none is given [gon]
 constexpr double kMmDiSigmaZero = 1.0;  // standard deviation of unit weight in height
 constexpr int kDecimaliGon = 8;
 constexpr int kDecimaliMetri = 6;
@@ -81,7 +82,7 @@ class Scrittore {
   void ScriviLetture(const RisultatoStazione& s);
 
   const Equazione& Di(int indice) const { return R.Equazioni[static_cast<std::size_t>(indice)]; }
-  const std::string& Nome(int punto) const;
+  std::string Nome(int punto) const;
   std::string StdevAngolo(double sqm) const;
   bool Fatta(TipoEquazione tipo) const;
   static bool StrumentoIncognito(const RisultatoStazione& s) {
@@ -115,11 +116,7 @@ void Scrittore::Istruzione(const std::string& contenuto) {
   Scrivi("<?" + std::string(gkf::kIstruzione) + " " + contenuto + "?>\n");
 }
 
-const std::string& Scrittore::Nome(int punto) const {
-  static const std::string kNessunNome;
-  const auto i = static_cast<std::size_t>(punto);
-  return punto >= 0 && i < R.Punti.size() ? R.Punti[i].Nome : kNessunNome;
-}
+std::string Scrittore::Nome(int punto) const { return std::string(NomePunto(R, punto)); }
 
 std::string Scrittore::StdevAngolo(double sqm) const {
   const double dato = Presente(sqm) ? sqm : ValoreDato(R.Opzioni.SqmDir);
@@ -268,7 +265,7 @@ void Scrittore::ScriviLetture(const RisultatoStazione& s) {
   Apri("obs", {{"from", Nome(s.Punto)}, {"from_dh", inQuota ? NumeroBreve(s.AltStrum) : ""}},
        ">\n");
   for (const RisultatoOsservazione& o : s.Osservazioni) {
-    const std::string& a = Nome(o.Punto);
+    const std::string a = Nome(o.Punto);
     const bool completa = inQuota && Presente(o.Zenit) && Presente(o.AltSegnale);
     const std::string segnale = completa ? NumeroBreve(o.AltSegnale) : "";
     if (Presente(o.Direzione))

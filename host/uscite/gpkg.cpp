@@ -9,11 +9,11 @@
 #include <optional>
 #include <string>
 
-#include "host/statistica.h"
 #include "host/uscite/archivio_sqlite.h"
 #include "host/uscite/gpkg_geometria.h"
 #include "host/uscite/gpkg_metadati.h"
 #include "host/uscite/gpkg_stili.h"
+#include "host/uscite/grandezze.h"
 #include "host/uscite/scala_ellissi.h"
 #include "host/uscite/sistema_riferimento.h"
 #include "host/uscite/visuali.h"
@@ -23,10 +23,6 @@ namespace {
 using Scrivi = std::function<void(std::string_view)>;
 
 constexpr int kSrsIgnoto = -1;  // undefined cartesian
-constexpr double kMilli = 1000.0;
-constexpr double kGradiPerGon = 0.9;
-constexpr double kProbabilita = 0.95;
-constexpr double kWAttenzione = 2.0;
 constexpr std::string_view kEpoca = "1970-01-01T00:00:00.000Z";
 
 // application_id is "GPKG" in ASCII, user_version the version of the format.
@@ -98,17 +94,14 @@ std::string Inserimento(std::string_view tabella, std::string_view colonne) {
   return sql += ")";
 }
 
-std::string_view ClasseVisuale(const VisualeUnica& v) {
+std::string_view NomeClasse(const VisualeUnica& v) {
   if (v.Equazioni == 0) return "senza equazioni";
-  if (v.Sospetta()) return "sospetta";
-  return v.WMassimo > kWAttenzione ? "attenzione" : "regolare";
-}
-
-std::string_view TipoVisuale(const VisualeUnica& v) {
-  if (v.Direzione && v.Distanza) return "direzione e distanza";
-  if (v.Direzione) return "sola direzione";
-  if (v.Distanza) return "sola distanza";
-  return v.Zenit ? "solo zenit" : "nessuna lettura";
+  switch (ClasseDi(v.WMassimo)) {
+    case ClasseW::Sospetta: return "sospetta";
+    case ClasseW::Attenzione: return "attenzione";
+    case ClasseW::Regolare: return "regolare";
+  }
+  return {};
 }
 
 class Pacchetto {
@@ -141,8 +134,7 @@ Pacchetto::Pacchetto(const Documento& documento)
       Sistema(RiconosciSistema(R)),
       Srs(Sistema.Codice > 0 ? Sistema.Codice : kSrsIgnoto),
       Esagerazione(EsagerazioneEllissi(R)),
-      Fattore95(R.Planimetria.Contate() ? FattoreEllisse(kProbabilita, R.Planimetria.Ridondanza())
-                                        : kAssente),
+      Fattore95(FattoreEllissi(R)),
       Data(DataIso(D.DataOra)) {
   Archivio.Esegui(std::string(kSchema));
   Sistemi();
@@ -213,9 +205,17 @@ void Pacchetto::Contenuti() {
     geometria.Testo(nome).Testo("geom").Testo(genere).Intero(Srs).Intero(z).Intero(0).Inserisci();
   };
   const int z = quote == 0 ? 0 : quote == posti ? 1 : 2;
-  strato("punti", "Punti della rete con la loro precisione", "POINT", z, 0.0, posti == 0);
-  strato("visuali", "Visuali, una per coppia di punti", "LINESTRING", 0, 0.0, posti == 0);
-  strato("ellissi", "Ellissi d'errore esagerate", "POLYGON", 0, asse, asse == 0.0);
+  strato("punti",
+         "Punti: s.q.m. ed ellissi standard a posteriori (1 sigma), azimut del semiasse maggiore "
+         "da Nord in senso orario, correzioni = compensata - iniziale",
+         "POINT", z, 0.0, posti == 0);
+  strato("visuali",
+         "Visuali, una per coppia di punti: w_max = residuo normalizzato a posteriori più grande, "
+         "r_min = ridondanza locale più piccola",
+         "LINESTRING", 0, 0.0, posti == 0);
+  strato("ellissi",
+         "Ellissi d'errore a posteriori, ingrandite di scala volte; livello dice la probabilità",
+         "POLYGON", 0, asse, asse == 0.0);
   const auto tabella = [&](std::string_view nome, std::string_view descrizione) {
     contenuto.Testo(nome).Testo("attributes").Testo(nome).Testo(descrizione).Testo(Data);
     contenuto.Nullo().Nullo().Nullo().Nullo().Nullo().Inserisci();
@@ -229,9 +229,6 @@ void Pacchetto::Punti() {
                                         "geom, nome, ruolo, planimetria, altimetria, est, nord, "
                                         "quota, sqm_e_mm, sqm_n_mm, sqm_q_mm, a_mm, b_mm, az_gon, "
                                         "az_deg, corr_e_mm, corr_n_mm, corr_q_mm"));
-  const auto correzione = [](int ruolo, double finale, double iniziale) {
-    return ruolo == kCompensato ? (finale - iniziale) * kMilli : kAssente;
-  };
   for (const RisultatoPunto& p : R.Punti) {
     if (Disegnabile(p)) {
       const auto quota = std::isfinite(p.Quota) ? std::optional(p.Quota) : std::nullopt;
@@ -243,11 +240,11 @@ void Pacchetto::Punti() {
     riga.Testo(NomeRuolo(p.Ruoli.Pla)).Testo(NomeRuolo(p.Ruoli.Alt));
     riga.Numero(p.Est).Numero(p.Nord).Numero(p.Quota);
     for (const double metri : {p.SqmEst, p.SqmNord, p.SqmQuota, p.EllAsseMag, p.EllAsseMin})
-      riga.Numero(metri * kMilli);
+      riga.Numero(metri * kMmPerMetro);
     riga.Numero(p.EllAzimut).Numero(p.EllAzimut * kGradiPerGon);
-    riga.Numero(correzione(p.Ruoli.Pla, p.Est, p.EstIniziale));
-    riga.Numero(correzione(p.Ruoli.Pla, p.Nord, p.NordIniziale));
-    riga.Numero(correzione(p.Ruoli.Alt, p.Quota, p.QuotaIniziale)).Inserisci();
+    riga.Numero(Correzione(p.Ruoli.Pla, p.Est, p.EstIniziale) * kMmPerMetro);
+    riga.Numero(Correzione(p.Ruoli.Pla, p.Nord, p.NordIniziale) * kMmPerMetro);
+    riga.Numero(Correzione(p.Ruoli.Alt, p.Quota, p.QuotaIniziale) * kMmPerMetro).Inserisci();
   }
 }
 
@@ -262,7 +259,7 @@ void Pacchetto::Visuali() {
       riga.Blob(GeometriaLinea(Srs, {da.Est, da.Nord}, {a.Est, a.Nord}));
     else
       riga.Nullo();
-    riga.Testo(da.Nome).Testo(a.Nome).Testo(TipoVisuale(v)).Testo(ClasseVisuale(v));
+    riga.Testo(da.Nome).Testo(a.Nome).Testo(NomeTipo(v)).Testo(NomeClasse(v));
     riga.Intero(v.Andata).Intero(v.Ritorno);
     riga.Logico(v.Direzione).Logico(v.Distanza).Logico(v.Zenit).Intero(v.Equazioni);
     riga.Numero(v.WMassimo).Numero(v.RidondanzaMinima).Inserisci();
@@ -273,10 +270,11 @@ void Pacchetto::Ellissi() {
   Istruzione riga(Archivio, Inserimento("ellissi",
                                         "geom, nome, livello, fattore, scala, a_mm, "
                                         "b_mm, az_gon, az_deg"));
+  const int vertici = VerticiEllisse(R);
   const auto aggiungi = [&](const RisultatoPunto& p, std::string_view livello, double fattore) {
-    riga.Blob(GeometriaPoligono(Srs, AnelloEllisse(p, fattore * Esagerazione)));
+    riga.Blob(GeometriaPoligono(Srs, AnelloEllisse(p, fattore * Esagerazione, vertici)));
     riga.Testo(p.Nome).Testo(livello).Numero(fattore).Numero(Esagerazione);
-    riga.Numero(p.EllAsseMag * fattore * kMilli).Numero(p.EllAsseMin * fattore * kMilli);
+    riga.Numero(p.EllAsseMag * fattore * kMmPerMetro).Numero(p.EllAsseMin * fattore * kMmPerMetro);
     riga.Numero(p.EllAzimut).Numero(p.EllAzimut * kGradiPerGon).Inserisci();
   };
   for (const RisultatoPunto& p : R.Punti) {

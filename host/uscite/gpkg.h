@@ -8,4 +8,5 @@
 #include "host/uscite/documento.h"
 
 // Passes the bytes of the file on in pieces.
-void ScriviGeoPackage(const Documento& documento, const std::function<void(std::string_view)>& scrivi);
+void ScriviGeoPackage(const Documento& documento,
+                      const std::function<void(std::string_view)>& scrivi);

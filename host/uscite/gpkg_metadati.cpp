@@ -30,7 +30,7 @@ void AggiungiConvenzioni(std::vector<VoceMetadati>& voci) {
       {"punti.altimetria", "ruolo del punto in altimetria"},
       {"punti.ruolo",
        "quello dei due con cui il punto si disegna: in planimetria, o in altimetria "
-       "se la planimetria non era richiesta"},
+       "se la planimetria non era richiesta o non usa il punto"},
       {"punti.sqm_e_mm, sqm_n_mm, sqm_q_mm", "scarti quadratici medi di Est, Nord e quota [mm]"},
       {"punti.a_mm, b_mm", "semiassi dell'ellisse d'errore standard [mm]"},
       {"punti.az_gon, az_deg", "azimut del semiasse maggiore [gon], [gradi]"},
@@ -42,7 +42,7 @@ void AggiungiConvenzioni(std::vector<VoceMetadati>& voci) {
        "massimo residuo normalizzato (Baarda) delle equazioni della visuale; un "
        "angolo appartiene alla visuale verso il punto osservato"},
       {"visuali.r_min", "minima ridondanza locale delle stesse equazioni, da 0 a 1"},
-      {"visuali.classe", "regolare: w fino a 2; attenzione: fino a 3.29; sospetta: oltre"},
+      {"visuali.classe", "regolare: w sotto 2; attenzione: da 2 a 3.29; sospetta: oltre"},
       {"ellissi.scala",
        "esagerazione del disegno: i semiassi del poligono sono a_mm e b_mm per scala"},
       {"ellissi.livello", "standard 1 sigma, o probabilità del 95 % che il punto vi stia dentro"},
@@ -72,7 +72,7 @@ std::vector<VoceMetadati> VociMetadati(const Documento& d, const SistemaRiferime
       {"sistema.nome", sistema.Nome},
       {"sistema.epsg", sistema.Codice > 0 ? std::to_string(sistema.Codice) : "non noto"},
       {"sistema.nota", sistema.Nota},
-      {"ellissi.esagerazione", TestoEsagerazione(esagerazione)}};
+      {"ellissi.esagerazione", TestoTondo(esagerazione)}};
   voci.push_back({"ellissi.fattore_95",
                   Presente(fattore95)
                       ? NumeroFisso(fattore95, kDecimaliFattore) +

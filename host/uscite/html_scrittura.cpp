@@ -30,6 +30,13 @@ std::string Protetto(std::string_view testo) {
   return protetto;
 }
 
+std::string Cifre(double valore, int decimali) {
+  std::string cifre = NumeroFisso(valore, decimali);
+  if (cifre.starts_with('-') && cifre.find_first_not_of("-0.") == std::string::npos)
+    cifre.erase(0, 1);
+  return cifre;
+}
+
 Pagina& Pagina::operator<<(std::string_view marcatura) {
   Attesa += marcatura;
   if (Attesa.size() >= kPezzo) Concludi();
@@ -41,7 +48,8 @@ void Pagina::Concludi() {
   Attesa.clear();
 }
 
-Tabella::Tabella(Pagina& pagina, const Testata& t, std::span<const Colonna> colonne) : P(pagina) {
+TabellaHtml::TabellaHtml(Pagina& pagina, const Testata& t, std::span<const Colonna> colonne)
+    : P(pagina) {
   P << "<section class=\"tabella\" id=\"" << t.Chiave << "\">\n<h3>" << t.Titolo
     << "</h3>\n<div class=\"filtri\" hidden><label>Filtra la tabella: <input type=\"search\" "
        "autocomplete=\"off\"></label>";
@@ -60,19 +68,16 @@ Tabella::Tabella(Pagina& pagina, const Testata& t, std::span<const Colonna> colo
   P << "</tr></thead>\n<tbody>";
 }
 
-void Tabella::Concludi() { P << "\n</tbody></table></div>\n</section>\n"; }
+void TabellaHtml::Concludi() { P << "\n</tbody></table></div>\n</section>\n"; }
 
-void Tabella::Riga(bool sospetta) { P << (sospetta ? "\n<tr class=\"sosp\">" : "\n<tr>"); }
+void TabellaHtml::Riga(bool sospetta) { P << (sospetta ? "\n<tr class=\"sosp\">" : "\n<tr>"); }
 
-void Tabella::Testo(std::string_view testo) { (P << "<td>").Testo(testo); }
+void TabellaHtml::Testo(std::string_view testo) { (P << "<td>").Testo(testo); }
 
-void Tabella::Numero(double valore, int decimali) {
+void TabellaHtml::Numero(double valore, int decimali) {
   if (!std::isfinite(valore)) {
     P << "<td class=n>-";
     return;
   }
-  std::string cifre = NumeroFisso(valore, decimali);
-  if (cifre.starts_with('-') && cifre.find_first_not_of("-0.") == std::string::npos)
-    cifre.erase(0, 1);
-  P << "<td class=n>" << cifre;
+  P << "<td class=n>" << Cifre(valore, decimali);
 }

@@ -11,6 +11,9 @@
 // between quotes; bytes that are not UTF-8 read as Windows-1252.
 std::string Protetto(std::string_view testo);
 
+// NumeroFisso without the sign of a number that is rounded to zero.
+std::string Cifre(double valore, int decimali);
+
 // Gathers the bytes of the page and passes them on in pieces of moderate size.
 class Pagina {
  public:
@@ -41,7 +44,7 @@ struct Colonna {
 };
 
 // A table with its title, caption and filters, written row by row.
-class Tabella {
+class TabellaHtml {
  public:
   struct Testata {
     std::string_view Chiave;  // identifier in the page
@@ -49,10 +52,10 @@ class Tabella {
     std::string_view Didascalia;  // markup
     bool Osservazioni = false;    // its rows can be suspect
   };
-  Tabella(Pagina& pagina, const Testata& testata, std::span<const Colonna> colonne);
-  Tabella(const Tabella&) = delete;
-  Tabella& operator=(const Tabella&) = delete;
-  ~Tabella() = default;
+  TabellaHtml(Pagina& pagina, const Testata& testata, std::span<const Colonna> colonne);
+  TabellaHtml(const TabellaHtml&) = delete;
+  TabellaHtml& operator=(const TabellaHtml&) = delete;
+  ~TabellaHtml() = default;
 
   void Riga(bool sospetta = false);  // begins a row
   void Testo(std::string_view testo);

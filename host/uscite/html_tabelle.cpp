@@ -11,14 +11,13 @@
 
 #include "host/campi.h"
 #include "host/numeri.h"
-#include "host/uscite/disegno.h"
+#include "host/uscite/grandezze.h"
 
 namespace {
 
 constexpr int kDecimaliMetri = 4, kDecimaliGon = 5, kDecimaliAzimut = 4;
 constexpr int kDecimaliMm = 1, kDecimaliCc = 1, kDecimaliW = 2, kDecimaliR = 3;
-constexpr double kMmPerMetro = 1000.0, kCcPerGon = 10000.0;
-constexpr double kRidondanzaNulla = 1e-6;  // below it w and r are only rounding
+constexpr int kDecimaliAffidabilita = 1;
 constexpr std::size_t kPrime = 10;
 constexpr std::size_t kRigheMassime = 8000;  // of a table of observations
 using enum Contenuto;
@@ -29,9 +28,6 @@ const RisultatoStazione& Stazione(const Risultati& r, const Equazione& e) {
 const RisultatoOsservazione& Osservazione(const Risultati& r, const Equazione& e, int quale) {
   return Stazione(r, e).Osservazioni[static_cast<std::size_t>(quale)];
 }
-std::string_view NomePunto(const Risultati& r, int punto) {
-  return punto < 0 ? std::string_view("-") : r.Punti[static_cast<std::size_t>(punto)].Nome;
-}
 std::string_view NomeDa(const Risultati& r, const Equazione& e) {
   return NomePunto(r, Stazione(r, e).Punto);
 }
@@ -39,22 +35,8 @@ std::string_view NomeA(const Risultati& r, const Equazione& e) {
   return NomePunto(r, Osservazione(r, e, e.Osservazione).Punto);
 }
 std::string_view NomeRiferimento(const Risultati& r, const Equazione& e) {
-  return e.Riferimento == kNessuno ? "-" : NomePunto(r, Osservazione(r, e, e.Riferimento).Punto);
-}
-
-std::string_view Ruolo(int ruolo) {
-  switch (ruolo) {
-    case kIncognito: return "incognito";
-    case kFisso: return "fisso";
-    case kCompensato: return "compensato";
-    default: return "non usato";
-  }
-}
-
-std::string Giudizio(const Equazione& e) {
-  std::string giudizio = Sospetta(e) ? "sospetta" : "";
-  if (NonControllata(e)) giudizio += giudizio.empty() ? "non controllata" : ", non controllata";
-  return giudizio;
+  if (e.Riferimento == kNessuno) return "-";
+  return NomePunto(r, Osservazione(r, e, e.Riferimento).Punto);
 }
 
 std::string Tipo(int tipo) {
@@ -80,7 +62,7 @@ void ScriviPrime(Pagina& pagina, const Risultati& r) {
                                    Colonna{"r", {}, Numero},
                                    Colonna{"|w|", {}, NumeroAssoluto},
                                    Colonna{"Giudizio"}};
-  Tabella tabella(
+  TabellaHtml tabella(
       pagina,
       {"prime", "Le osservazioni con |w| più grande",
        "Da controllare per prime, una alla volta: un solo errore grossolano fa crescere anche i "
@@ -96,8 +78,8 @@ void ScriviPrime(Pagina& pagina, const Risultati& r) {
     tabella.Testo(NomeDa(r, *e));
     tabella.Testo(NomeRiferimento(r, *e));
     tabella.Testo(NomeA(r, *e));
-    tabella.Testo(angolo ? NumeroFisso(e->Residuo * kCcPerGon, kDecimaliCc) + " cc"
-                         : NumeroFisso(e->Residuo * kMmPerMetro, kDecimaliMm) + " mm");
+    tabella.Testo(angolo ? Cifre(e->Residuo * kCcPerGon, kDecimaliCc) + " cc"
+                         : Cifre(e->Residuo * kMmPerMetro, kDecimaliMm) + " mm");
     tabella.Numero(e->Ridondanza, kDecimaliR);
     tabella.Numero(e->W, kDecimaliW);
     tabella.Testo(Giudizio(*e));
@@ -107,7 +89,8 @@ void ScriviPrime(Pagina& pagina, const Risultati& r) {
 
 // A table of the points for which `quali` is true, with their roles; none = no table.
 template <class Quali>
-void ScriviPunti(Pagina& pagina, const Risultati& r, const Tabella::Testata& testata, Quali quali) {
+void ScriviPunti(Pagina& pagina, const Risultati& r, const TabellaHtml::Testata& testata,
+                 Quali quali) {
   if (std::ranges::none_of(r.Punti, quali)) return;
   constexpr std::array kColonne = {Colonna{"Punto"},
                                    Colonna{"Est", "m", Numero},
@@ -115,7 +98,7 @@ void ScriviPunti(Pagina& pagina, const Risultati& r, const Tabella::Testata& tes
                                    Colonna{"Quota", "m", Numero},
                                    Colonna{"Planimetria"},
                                    Colonna{"Altimetria"}};
-  Tabella tabella(pagina, testata, kColonne);
+  TabellaHtml tabella(pagina, testata, kColonne);
   for (const RisultatoPunto& p : r.Punti) {
     if (!quali(p)) continue;
     tabella.Riga();
@@ -123,8 +106,8 @@ void ScriviPunti(Pagina& pagina, const Risultati& r, const Tabella::Testata& tes
     tabella.Numero(p.Est, kDecimaliMetri);
     tabella.Numero(p.Nord, kDecimaliMetri);
     tabella.Numero(p.Quota, kDecimaliMetri);
-    tabella.Testo(Ruolo(p.Ruoli.Pla));
-    tabella.Testo(Ruolo(p.Ruoli.Alt));
+    tabella.Testo(NomeRuolo(p.Ruoli.Pla));
+    tabella.Testo(NomeRuolo(p.Ruoli.Alt));
   }
   tabella.Concludi();
 }
@@ -134,10 +117,7 @@ bool Compensato(const RisultatoPunto& p) {
   return p.Ruoli.Pla == kCompensato || p.Ruoli.Alt == kCompensato;
 }
 
-void ScriviRigaCompensato(Tabella& tabella, const RisultatoPunto& p) {
-  const auto correzione = [](int ruolo, double valore, double iniziale) {
-    return ruolo == kCompensato ? valore - iniziale : kAssente;
-  };
+void ScriviRigaCompensato(TabellaHtml& tabella, const RisultatoPunto& p) {
   tabella.Riga();
   tabella.Testo(p.Nome);
   tabella.Numero(p.Est, kDecimaliMetri);
@@ -146,14 +126,14 @@ void ScriviRigaCompensato(Tabella& tabella, const RisultatoPunto& p) {
   tabella.Numero(p.SqmNord * kMmPerMetro, kDecimaliMm);
   tabella.Numero(p.Quota, kDecimaliMetri);
   tabella.Numero(p.SqmQuota * kMmPerMetro, kDecimaliMm);
-  tabella.Numero(correzione(p.Ruoli.Pla, p.Est, p.EstIniziale), kDecimaliMetri);
-  tabella.Numero(correzione(p.Ruoli.Pla, p.Nord, p.NordIniziale), kDecimaliMetri);
-  tabella.Numero(correzione(p.Ruoli.Alt, p.Quota, p.QuotaIniziale), kDecimaliMetri);
+  tabella.Numero(Correzione(p.Ruoli.Pla, p.Est, p.EstIniziale), kDecimaliMetri);
+  tabella.Numero(Correzione(p.Ruoli.Pla, p.Nord, p.NordIniziale), kDecimaliMetri);
+  tabella.Numero(Correzione(p.Ruoli.Alt, p.Quota, p.QuotaIniziale), kDecimaliMetri);
   tabella.Numero(p.EllAsseMag * kMmPerMetro, kDecimaliMm);
   tabella.Numero(p.EllAsseMin * kMmPerMetro, kDecimaliMm);
   tabella.Numero(p.EllAzimut, kDecimaliAzimut);
-  tabella.Testo(Ruolo(p.Ruoli.Pla));
-  tabella.Testo(Ruolo(p.Ruoli.Alt));
+  tabella.Testo(NomeRuolo(p.Ruoli.Pla));
+  tabella.Testo(NomeRuolo(p.Ruoli.Alt));
 }
 
 void ScriviCompensati(Pagina& pagina, const Risultati& r) {
@@ -173,7 +153,7 @@ void ScriviCompensati(Pagina& pagina, const Risultati& r) {
                                    Colonna{"Azimut di a", "gon", Numero},
                                    Colonna{"Planimetria"},
                                    Colonna{"Altimetria"}};
-  Tabella tabella(
+  TabellaHtml tabella(
       pagina,
       {"compensati", "Coordinate e quote compensate",
        "S.q.m. a posteriori (comprendono sigma zero), a un sigma: 68 % per una coordinata. Corr. = "
@@ -197,12 +177,13 @@ void ScriviStazioni(Pagina& pagina, const Risultati& r) {
                                    Colonna{"hs"},
                                    Colonna{"hs compensata", "m", Numero},
                                    Colonna{"s.q.m. hs", "mm", Numero}};
-  Tabella tabella(pagina,
-                  {"stazioni", "Stazioni",
-                   "Orientamento: azimut dello zero del cerchio, dal Nord di rete in senso orario. "
-                   "hs: altezza dello strumento sul punto; quella compensata, con il suo s.q.m. a "
-                   "posteriori, c'è se hs è incognita. N.: ordine nel file."},
-                  kColonne);
+  TabellaHtml tabella(
+      pagina,
+      {"stazioni", "Stazioni",
+       "Orientamento: azimut dello zero del cerchio, dal Nord di rete in senso orario. "
+       "hs: altezza dello strumento sul punto; quella compensata, con il suo s.q.m. a "
+       "posteriori, c'è se hs è incognita. N.: ordine nel file."},
+      kColonne);
   for (std::size_t i = 0; i < r.Stazioni.size(); ++i) {
     const RisultatoStazione& s = r.Stazioni[i];
     tabella.Riga();
@@ -237,12 +218,13 @@ std::vector<const Equazione*> Scegli(const Risultati& r, TipoEquazione tipo, std
   return scelte;
 }
 
-// One table for each kind of equation.
+// One table for each kind of equation: columns of its own, then those that all have.
 struct Genere {
   TipoEquazione Tipo;
   std::string_view Chiave, Titolo, Spiegazione;
-  int Decimali;          // of the values
-  double Ingrandimento;  // of residual and standard deviations: from gon to cc, from m to mm
+  int Decimali;            // of the values
+  std::string_view Unita;  // of residual and standard deviations
+  double Ingrandimento;    // to that unit, from gon or m
   std::span<const Colonna> Colonne;
 };
 
@@ -251,59 +233,49 @@ constexpr std::array kColonneAngoli = {Colonna{"Da"},
                                        Colonna{"A"},
                                        Colonna{"Lettura", "gon", Numero},
                                        Colonna{"Angolo usato", "gon", Numero},
-                                       Colonna{"Compensato", "gon", Numero},
-                                       Colonna{"Residuo", "cc", NumeroAssoluto},
-                                       Colonna{"s.q.m.", "cc", Numero},
-                                       Colonna{"r", {}, Numero},
-                                       Colonna{"|w|", {}, NumeroAssoluto},
-                                       Colonna{"Min. errore rilevabile", "cc", Numero},
-                                       Colonna{"Giudizio"}};
+                                       Colonna{"Compensato", "gon", Numero}};
 constexpr std::array kColonneDistanze = {Colonna{"Da"},
                                          Colonna{"A"},
                                          Colonna{"Tipo"},
                                          Colonna{"Misurata", "m", Numero},
                                          Colonna{"Usata", "m", Numero},
-                                         Colonna{"Compensata", "m", Numero},
-                                         Colonna{"Residuo", "mm", NumeroAssoluto},
-                                         Colonna{"s.q.m.", "mm", Numero},
-                                         Colonna{"r", {}, Numero},
-                                         Colonna{"|w|", {}, NumeroAssoluto},
-                                         Colonna{"Min. errore rilevabile", "mm", Numero},
-                                         Colonna{"Giudizio"}};
+                                         Colonna{"Compensata", "m", Numero}};
 constexpr std::array kColonneDislivelli = {Colonna{"Da"},
                                            Colonna{"A"},
                                            Colonna{"Zenit", "gon", Numero},
                                            Colonna{"Segnale", "m", Numero},
                                            Colonna{"Dislivello usato", "m", Numero},
-                                           Colonna{"Compensato", "m", Numero},
-                                           Colonna{"Residuo", "mm", NumeroAssoluto},
-                                           Colonna{"s.q.m.", "mm", Numero},
-                                           Colonna{"r", {}, Numero},
-                                           Colonna{"|w|", {}, NumeroAssoluto},
-                                           Colonna{"Giudizio"}};
+                                           Colonna{"Compensato", "m", Numero}};
+
+std::vector<Colonna> ColonneDi(const Genere& g) {
+  std::vector<Colonna> colonne(g.Colonne.begin(), g.Colonne.end());
+  colonne.insert(colonne.end(), {{"Residuo", g.Unita, NumeroAssoluto},
+                                 {"s.q.m.", g.Unita, Numero},
+                                 {"r", {}, Numero},
+                                 {"|w|", {}, NumeroAssoluto}});
+  if (g.Tipo != TipoEquazione::Dislivello)
+    colonne.push_back({"Min. errore rilevabile", g.Unita, Numero});
+  colonne.insert(colonne.end(), {{"Affidabilità esterna", {}, Numero}, {"Giudizio"}});
+  return colonne;
+}
 
 constexpr std::array kGeneri = {
     Genere{
         TipoEquazione::Angolo, "angoli", "Osservazioni: angoli",
         "Angolo dalla visuale di riferimento della stazione alla visuale, in senso orario; usato: "
         "ridotto in centro e al piano dove serve. ",
-        kDecimaliGon, kCcPerGon, kColonneAngoli},
+        kDecimaliGon, "cc", kCcPerGon, kColonneAngoli},
     Genere{TipoEquazione::Distanza, "distanze", "Osservazioni: distanze",
            "Misurata: come nel file; usata: ridotta all'orizzonte, in centro e al piano dove "
            "serve. ",
-           kDecimaliMetri, kMmPerMetro, kColonneDistanze},
+           kDecimaliMetri, "mm", kMmPerMetro, kColonneDistanze},
     Genere{TipoEquazione::Dislivello, "dislivelli", "Osservazioni: dislivelli",
            "Dislivello fra i due punti, con le altezze di strumento e segnale. Le quote si pesano "
            "solo fra loro: non c'è s.q.m. a priori, né minimo errore rilevabile. ",
-           kDecimaliMetri, kMmPerMetro, kColonneDislivelli}};
+           kDecimaliMetri, "mm", kMmPerMetro, kColonneDislivelli}};
 
-// Between 0 and a full circle, also where it would round up to it.
-double AngoloRidotto(double gon) {
-  const double ridotto = std::fmod(gon, kGiroGon);
-  return ridotto < 0.0 ? ridotto + kGiroGon : ridotto;
-}
-
-void ScriviEquazione(Tabella& tabella, const Risultati& r, const Genere& g, const Equazione& e) {
+void ScriviEquazione(TabellaHtml& tabella, const Risultati& r, const Genere& g,
+                     const Equazione& e) {
   const RisultatoOsservazione& o = Osservazione(r, e, e.Osservazione);
   const bool angolo = e.Tipo == TipoEquazione::Angolo;
   tabella.Riga(Sospetta(e));
@@ -319,14 +291,15 @@ void ScriviEquazione(Tabella& tabella, const Risultati& r, const Genere& g, cons
     tabella.Numero(o.Zenit, kDecimaliGon);
     tabella.Numero(o.AltSegnale, kDecimaliMetri);
   }
-  tabella.Numero(angolo ? AngoloRidotto(e.Usato) : e.Usato, g.Decimali);
-  tabella.Numero(angolo ? AngoloRidotto(e.Compensato) : e.Compensato, g.Decimali);
+  tabella.Numero(e.Usato, g.Decimali);
+  tabella.Numero(CompensatoInGiro(e), g.Decimali);
   tabella.Numero(e.Residuo * g.Ingrandimento, kDecimaliMm);
   tabella.Numero(e.Sqm * g.Ingrandimento, kDecimaliMm);
   tabella.Numero(e.Ridondanza, kDecimaliR);
   tabella.Numero(e.W, kDecimaliW);
   if (e.Tipo != TipoEquazione::Dislivello)
     tabella.Numero(MinimoErroreRilevabile(e) * g.Ingrandimento, kDecimaliMm);
+  tabella.Numero(AffidabilitaEsterna(e), kDecimaliAffidabilita);
   tabella.Testo(Giudizio(e));
 }
 
@@ -342,28 +315,21 @@ void ScriviOsservazioni(Pagina& pagina, const Risultati& r, const Genere& g) {
       "posteriori; oltre 3.29 (rischio 0.1 %, due code) è sospetta.";
   if (g.Tipo != TipoEquazione::Dislivello)
     didascalia +=
-        " Minimo errore rilevabile: s.q.m. a priori · 4.13 / √r (rischio 0.1 %, potenza "
-        "80 %).";
+        " Minimo errore rilevabile (affidabilità interna): s.q.m. a priori · 4.13 / √r (rischio "
+        "0.1 %, potenza 80 %).";
+  didascalia +=
+      " Affidabilità esterna: 4.13 · √((1 − r) / r), di quanti suoi s.q.m. (con il sigma zero "
+      "vero, non quello stimato) può spostarsi al massimo una coordinata o una quota per l'errore "
+      "più grande che sfugge al test.";
   if (scelte.size() < quante)
     didascalia += " <strong>La tabella mostra le " + std::to_string(scelte.size()) +
                   " osservazioni con |w| più grande, su " + std::to_string(quante) + ".</strong>";
-  Tabella tabella(pagina, {g.Chiave, g.Titolo, didascalia, true}, g.Colonne);
+  TabellaHtml tabella(pagina, {g.Chiave, g.Titolo, didascalia, true}, ColonneDi(g));
   for (const Equazione* e : scelte) ScriviEquazione(tabella, r, g, *e);
   tabella.Concludi();
 }
 
 }  // namespace
-
-bool Sospetta(const Equazione& equazione) { return equazione.W > kWSospetta; }
-bool NonControllata(const Equazione& equazione) {
-  return equazione.Ridondanza < kRidondanzaControllo;
-}
-
-double MinimoErroreRilevabile(const Equazione& equazione) {
-  constexpr double kDelta0 = 4.13;  // shift of w that is found with that risk and that power
-  if (!(equazione.Ridondanza > kRidondanzaNulla)) return kAssente;
-  return equazione.SqmPriori * kDelta0 / std::sqrt(equazione.Ridondanza);
-}
 
 void ScriviTabelle(Pagina& pagina, const Risultati& r) {
   ScriviPrime(pagina, r);
@@ -374,8 +340,8 @@ void ScriviTabelle(Pagina& pagina, const Risultati& r) {
   ScriviCompensati(pagina, r);
   ScriviPunti(pagina, r,
               {"altri", "Punti esclusi o non compensati",
-               "Coordinate come nel file. Non usato: escluso nel file, senza coordinate, oppure "
-               "punto fisso che nessuna osservazione usa."},
+               "Coordinate come nel file. Escluso: nel file, perché senza coordinate, oppure "
+               "perché punto fisso che nessuna osservazione usa."},
               [](const RisultatoPunto& p) { return !Fisso(p) && !Compensato(p); });
   ScriviStazioni(pagina, r);
   for (const Genere& g : kGeneri) ScriviOsservazioni(pagina, r, g);

@@ -14,54 +14,11 @@
 #include "host/numeri.h"
 #include "host/sommario.h"
 #include "host/statistica.h"
-#include "host/uscite/disegno.h"
-#include "host/uscite/html_tabelle.h"
+#include "host/uscite/grandezze.h"
+#include "host/uscite/sistema_riferimento.h"
 #include "host/versione.h"
 
 namespace {
-
-struct SistemaNoto {
-  int Epsg;
-  std::string_view Nome;
-};
-// The systems of Italian control networks (EPSG Geodetic Parameter Dataset).
-constexpr std::array<SistemaNoto, 16> kSistemi{{{3003, "Monte Mario, Gauss-Boaga fuso Ovest"},
-                                                {3004, "Monte Mario, Gauss-Boaga fuso Est"},
-                                                {3064, "IGM95, UTM fuso 32"},
-                                                {3065, "IGM95, UTM fuso 33"},
-                                                {6707, "RDN2008, UTM fuso 32 (assi Nord, Est)"},
-                                                {6708, "RDN2008, UTM fuso 33 (assi Nord, Est)"},
-                                                {6709, "RDN2008, UTM fuso 34 (assi Nord, Est)"},
-                                                {7791, "RDN2008, UTM fuso 32"},
-                                                {7792, "RDN2008, UTM fuso 33"},
-                                                {7793, "RDN2008, UTM fuso 34"},
-                                                {7794, "RDN2008, fuso Italia"},
-                                                {7795, "RDN2008, fuso 12"},
-                                                {23032, "ED50, UTM fuso 32"},
-                                                {23033, "ED50, UTM fuso 33"},
-                                                {25832, "ETRS89, UTM fuso 32"},
-                                                {25833, "ETRS89, UTM fuso 33"}}};
-
-// False eastings of the zones that a job recognises [m].
-constexpr double kFalsoEstOvest = 1'500'000.0, kFalsoEstEst = 2'520'000.0, kFalsoEstUtm = 500'000.0;
-
-std::string Sistema(const Risultati& r) {
-  std::string testo;
-  if (r.DatiProgetto.Epsg) {
-    testo = "EPSG:" + std::to_string(*r.DatiProgetto.Epsg);
-    for (const SistemaNoto& s : kSistemi)
-      if (s.Epsg == *r.DatiProgetto.Epsg) testo += " (" + std::string(s.Nome) + ")";
-    testo += ", come dichiarato nel file";
-  }
-  std::string_view zona;
-  if (r.FalsoEst == kFalsoEstOvest) zona = "Gauss-Boaga fuso Ovest";
-  if (r.FalsoEst == kFalsoEstEst) zona = "Gauss-Boaga fuso Est";
-  if (r.FalsoEst == kFalsoEstUtm) zona = "UTM, ellissoide internazionale";
-  if (!zona.empty())
-    testo += (testo.empty() ? "" : "; ") + std::string("fuso riconosciuto dalle coordinate: ") +
-             std::string(zona);
-  return testo.empty() ? "locale, non dichiarato" : testo;
-}
 
 void Voce(Pagina& p, std::string_view nome, std::string_view valore) {
   (p << "<div><dt>" << nome << "</dt><dd>").Testo(valore) << "</dd></div>\n";
@@ -313,7 +270,7 @@ void ScriviTestata(Pagina& p, const Documento& documento) {
   Voce(p, "Programma", std::string(kNomeProgramma) + " " + std::string(kVersioneProgramma));
   Voce(p, "File della rete", r.File);
   Voce(p, "Impronta SHA-256 del file", documento.Impronta);
-  Voce(p, "Sistema di coordinate", Sistema(r));
+  Voce(p, "Sistema di coordinate", TestoSistema(RiconosciSistema(r)));
   p << "</dl>\n</header>\n";
 }
 

@@ -5,31 +5,33 @@
 #include "host/uscite/scala_ellissi.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
-#include <vector>
 
-#include "host/campi.h"
 #include "host/numeri.h"
+#include "host/uscite/grandezze.h"
 
 namespace {
 
-constexpr double kQuotaLato = 0.04;  // wanted median semi-major axis over the side of the drawing
 constexpr double kRadPerGon = std::numbers::pi / 200.0;
+constexpr std::array kTondi = {1.0, 2.0, 5.0, 10.0};
 
-// 1, 2 or 5 * 10^n nearest to a positive value by ratio.
-double Tondo(double valore) {
-  const double decade = std::pow(10.0, std::floor(std::log10(valore)));
-  double migliore = decade;
-  for (const double passo : {2.0, 5.0, 10.0}) {
-    const double candidato = passo * decade;
-    if (std::abs(std::log(candidato / valore)) < std::abs(std::log(migliore / valore)))
-      migliore = candidato;
-  }
-  return migliore;
+// Mean distance of neighbours among so many points that fill the extent evenly [m].
+double Intervallo(const Riquadro& q, double punti) {
+  const double base = q.EstMax - q.EstMin, altezza = q.NordMax - q.NordMin;
+  const double minimo = q.Lato() / punti;  // of points in a row
+  return std::max(std::sqrt(base * altezza / punti), minimo);
 }
 
 }  // namespace
+
+void Riquadro::Comprendi(const RisultatoPunto& p) {
+  EstMin = std::min(EstMin, p.Est);
+  NordMin = std::min(NordMin, p.Nord);
+  EstMax = std::max(EstMax, p.Est);
+  NordMax = std::max(NordMax, p.Nord);
+}
 
 double Riquadro::Lato() const { return std::max(EstMax - EstMin, NordMax - NordMin); }
 
@@ -44,60 +46,74 @@ bool ConEllisse(const RisultatoPunto& punto) {
 
 Riquadro RiquadroPunti(const Risultati& r) {
   Riquadro q;
-  bool primo = true;
-  for (const RisultatoPunto& p : r.Punti) {
-    if (!Disegnabile(p)) continue;
-    if (primo) q = {p.Est, p.Nord, p.Est, p.Nord};
-    primo = false;
-    q = {std::min(q.EstMin, p.Est), std::min(q.NordMin, p.Nord), std::max(q.EstMax, p.Est),
-         std::max(q.NordMax, p.Nord)};
-  }
-  return q;
+  for (const RisultatoPunto& p : r.Punti)
+    if (Disegnabile(p)) q.Comprendi(p);
+  return q.Vuoto() ? Riquadro{0.0, 0.0, 0.0, 0.0} : q;
+}
+
+double TondoVicino(double valore) {
+  const double decade = std::pow(10.0, std::floor(std::log10(valore)));
+  double vicino = decade;
+  const auto rapporto = [&](double tondo) { return std::abs(std::log(tondo / valore)); };
+  for (const double tondo : kTondi)
+    if (rapporto(tondo * decade) < rapporto(vicino)) vicino = tondo * decade;
+  return vicino;
+}
+
+double TondoInferiore(double valore) {
+  const double decade = std::pow(10.0, std::floor(std::log10(valore)));
+  double inferiore = decade;
+  for (const double tondo : kTondi)
+    if (tondo * decade <= valore) inferiore = tondo * decade;
+  return inferiore;
+}
+
+// A round number below one has its only digit as many places behind the point as its decade says.
+std::string TestoTondo(double tondo) {
+  constexpr int kMaxDecimali = 17;
+  const double decade = std::floor(std::log10(tondo * 1.5));  // clear of rounding
+  return NumeroFisso(tondo, std::clamp(static_cast<int>(-decade), 0, kMaxDecimali));
 }
 
 double EsagerazioneEllissi(const Risultati& r) {
+  constexpr double kParteLato = 0.04, kParteIntervallo = 0.3;
   std::vector<double> assi;
-  for (const RisultatoPunto& p : r.Punti)
+  Riquadro usati;
+  double punti = 0.0;
+  for (const RisultatoPunto& p : r.Punti) {
     if (ConEllisse(p)) assi.push_back(p.EllAsseMag);
-  if (assi.empty()) return 1.0;
+    if (!Disegnabile(p) || RuoloDisegno(r, p) == kNonUsato) continue;
+    usati.Comprendi(p);
+    ++punti;
+  }
+  if (assi.empty() || usati.Vuoto()) return 1.0;
   const auto mezzo = assi.begin() + static_cast<std::ptrdiff_t>(assi.size() / 2);
   std::nth_element(assi.begin(), mezzo, assi.end());
-  const double voluta = kQuotaLato * RiquadroPunti(r).Lato() / *mezzo;
-  return std::isnormal(voluta) ? Tondo(voluta) : 1.0;
+  const double voluta =
+      std::min(kParteLato * usati.Lato(), kParteIntervallo * Intervallo(usati, punti)) / *mezzo;
+  return std::isnormal(voluta) ? TondoVicino(voluta) : 1.0;
 }
 
-// A round factor below one has its only digit as many places behind the point as its decade says.
-std::string TestoEsagerazione(double esagerazione) {
-  constexpr int kMaxDecimali = 17;
-  const double decade = std::floor(std::log10(esagerazione * 1.5));  // clear of rounding
-  return NumeroFisso(esagerazione, std::clamp(static_cast<int>(-decade), 0, kMaxDecimali));
+int VerticiEllisse(const Risultati& r) {
+  constexpr int kMassimo = 72, kMinimo = 16, kInTutto = 200'000;
+  const auto ellissi = std::count_if(r.Punti.begin(), r.Punti.end(), ConEllisse);
+  if (ellissi == 0) return kMassimo;
+  return std::clamp(static_cast<int>(kInTutto / ellissi) / 4 * 4, kMinimo, kMassimo);
 }
 
-std::array<PuntoPiano, kVerticiEllisse> AnelloEllisse(const RisultatoPunto& p, double fattore) {
+std::vector<PuntoPiano> AnelloEllisse(const RisultatoPunto& p, double fattore, int vertici) {
   const double a = p.EllAsseMag * fattore;
   const double b = p.EllAsseMin * fattore;
   const double seno = std::sin(p.EllAzimut * kRadPerGon);
   const double coseno = std::cos(p.EllAzimut * kRadPerGon);
-  std::array<PuntoPiano, kVerticiEllisse> anello;
-  for (std::size_t i = 0; i < kVerticiEllisse; ++i) {
-    const double u = 2.0 * std::numbers::pi * static_cast<double>(i) / kVerticiEllisse;
+  std::vector<PuntoPiano> anello;
+  anello.reserve(static_cast<std::size_t>(vertici));
+  for (int i = 0; i < vertici; ++i) {
+    const double u = 2.0 * std::numbers::pi * i / vertici;
     const double lungo = a * std::cos(u);
     const double traverso = b * std::sin(u);
-    anello[i] = {p.Est + lungo * seno + traverso * coseno,
-                 p.Nord + lungo * coseno - traverso * seno};
+    anello.push_back(
+        {p.Est + lungo * seno + traverso * coseno, p.Nord + lungo * coseno - traverso * seno});
   }
   return anello;
-}
-
-int RuoloDisegno(const Risultati& r, const RisultatoPunto& p) {
-  return r.Planimetria.Fine == Esito::NonRichiesta && r.Altimetria.Fine != Esito::NonRichiesta
-             ? p.Ruoli.Alt
-             : p.Ruoli.Pla;
-}
-
-std::string_view NomeRuolo(int ruolo) {
-  if (ruolo == kCompensato) return "compensato";
-  for (const ParolaNota& parola : kParoleRuolo)
-    if (parola.Valore == ruolo) return parola.Testo;
-  return {};
 }

@@ -119,10 +119,14 @@ std::string Wkt(const Piano& piano) {
   return wkt + Autorita(piano.Codice) + "]";
 }
 
-SistemaRiferimento DiCodice(int codice, std::string nota) {
+// falsoEst is the one that the coordinates show, 0 if they show none.
+SistemaRiferimento DiCodice(int codice, double falsoEst, std::string nota) {
   const auto piano = std::find_if(kPiani.begin(), kPiani.end(),
                                   [&](const Piano& x) { return x.Codice == codice; });
   if (piano == kPiani.end()) return {codice, "EPSG:" + std::to_string(codice), "", std::move(nota)};
+  if (falsoEst > 0.0 && falsoEst != piano->FalsoEst)
+    nota += "; attenzione: le coordinate hanno un falso Est di " + NumeroBreve(falsoEst) +
+            " m, il codice di " + std::to_string(piano->FalsoEst) + " m";
   if (piano->Ordine == Assi::NordEst)
     nota +=
         "; il codice elenca prima il Nord e poi l'Est: nelle geometrie x resta l'Est e y il Nord";
@@ -134,8 +138,9 @@ SistemaRiferimento DaFalsoEst(double falsoEst) {
     return "fuso " + std::string(zona) +
            " riconosciuto dal falso Est: il file della rete non dà epsg";
   };
-  if (falsoEst == kFalsoEstOvest) return DiCodice(kGaussBoagaOvest, nota("Gauss-Boaga Ovest"));
-  if (falsoEst == kFalsoEstEst) return DiCodice(kGaussBoagaEst, nota("Gauss-Boaga Est"));
+  if (falsoEst == kFalsoEstOvest)
+    return DiCodice(kGaussBoagaOvest, falsoEst, nota("Gauss-Boaga Ovest"));
+  if (falsoEst == kFalsoEstEst) return DiCodice(kGaussBoagaEst, falsoEst, nota("Gauss-Boaga Est"));
   if (falsoEst == kFalsoEstUtm)
     return {
         0, std::string(kNomeIgnoto), "",
@@ -152,8 +157,14 @@ SistemaRiferimento RiconosciSistema(const Risultati& r) {
   const std::optional<int> dato = r.DatiProgetto.Epsg;
   if (!dato) return DaFalsoEst(r.FalsoEst);
   if (*dato > 0 && std::find(kNonPiani.begin(), kNonPiani.end(), *dato) == kNonPiani.end())
-    return DiCodice(*dato, "codice dato dal file della rete");
+    return DiCodice(*dato, r.FalsoEst, "codice dato dal file della rete");
   return {0, std::string(kNomeIgnoto), "",
           "il codice EPSG " + std::to_string(*dato) +
               " del file della rete non è quello di un sistema di coordinate piane"};
+}
+
+std::string TestoSistema(const SistemaRiferimento& sistema) {
+  if (sistema.Codice <= 0) return sistema.Nota;
+  const std::string codice = "EPSG:" + std::to_string(sistema.Codice);
+  return codice + (sistema.Nome == codice ? "" : " " + sistema.Nome) + "; " + sistema.Nota;
 }

@@ -17,3 +17,6 @@ struct SistemaRiferimento {
 // The code of the network file if it can be that of plane coordinates, else that of the Gauss-Boaga
 // zone recognised by its false easting. A false easting of 500 km does not tell the zone.
 SistemaRiferimento RiconosciSistema(const Risultati& risultati);
+
+// "EPSG:3003 Monte Mario / Italy zone 1; codice dato dal file della rete", or the note alone.
+std::string TestoSistema(const SistemaRiferimento& sistema);

@@ -6,13 +6,13 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <span>
 #include <string>
 
 #include "host/campi.h"
 #include "host/numeri.h"
-#include "host/statistica.h"
-#include "host/uscite/scala_ellissi.h"
+#include "host/uscite/grandezze.h"
 
 namespace {
 
@@ -20,8 +20,6 @@ using Scrivi = std::function<void(std::string_view)>;
 
 constexpr std::string_view kBom = "\xEF\xBB\xBF";
 constexpr std::string_view kFineRiga = "\r\n";
-constexpr double kProbabilita = 0.95;
-constexpr double kMilli = 1000.0;  // mm in a metre, mgon in a gon
 constexpr int kDecimaliM = 4;
 constexpr int kDecimaliMm = 2;
 constexpr int kDecimaliGon = 5;
@@ -40,7 +38,7 @@ struct Forma {
     return testo;
   }
   std::string Metri(double valore) const { return Numero(valore, kDecimaliM); }
-  std::string Mm(double metri) const { return Numero(metri * kMilli, kDecimaliMm); }
+  std::string Mm(double metri) const { return Numero(metri * kMmPerMetro, kDecimaliMm); }
   std::string Gon(double valore) const { return Numero(valore, kDecimaliGon); }
 };
 
@@ -83,10 +81,6 @@ struct P {
   double Fattore95;  // of its ellipse
 };
 
-std::string Correzione(const P& p, int ruolo, double finale, double iniziale) {
-  return ruolo == kCompensato ? p.F.Mm(finale - iniziale) : "";
-}
-
 constexpr std::array<Colonna<P>, 20> kColonnePunti{{
     {"nome", [](const P& p) { return Testo(p.Punto.Nome); }},
     {"ruolo_planimetria", [](const P& p) { return std::string(NomeRuolo(p.Punto.Ruoli.Pla)); }},
@@ -99,9 +93,9 @@ constexpr std::array<Colonna<P>, 20> kColonnePunti{{
     {"sqm_quota_a_posteriori_1sigma_mm", [](const P& p) { return p.F.Mm(p.Punto.SqmQuota); }},
     {"ellisse_a_a_posteriori_1sigma_mm", [](const P& p) { return p.F.Mm(p.Punto.EllAsseMag); }},
     {"ellisse_b_a_posteriori_1sigma_mm", [](const P& p) { return p.F.Mm(p.Punto.EllAsseMin); }},
-    {"ellisse_a_95_percento_mm",
+    {"ellisse_a_a_posteriori_95_percento_mm",
      [](const P& p) { return p.F.Mm(p.Punto.EllAsseMag * p.Fattore95); }},
-    {"ellisse_b_95_percento_mm",
+    {"ellisse_b_a_posteriori_95_percento_mm",
      [](const P& p) { return p.F.Mm(p.Punto.EllAsseMin * p.Fattore95); }},
     {"ellisse_azimut_asse_a_da_nord_orario_gon",
      [](const P& p) { return p.F.Gon(p.Punto.EllAzimut); }},
@@ -109,14 +103,16 @@ constexpr std::array<Colonna<P>, 20> kColonnePunti{{
     {"nord_iniziale_m", [](const P& p) { return p.F.Metri(p.Punto.NordIniziale); }},
     {"quota_iniziale_m", [](const P& p) { return p.F.Metri(p.Punto.QuotaIniziale); }},
     {"correzione_est_comp_meno_iniziale_mm",
-     [](const P& p) { return Correzione(p, p.Punto.Ruoli.Pla, p.Punto.Est, p.Punto.EstIniziale); }},
+     [](const P& p) {
+       return p.F.Mm(Correzione(p.Punto.Ruoli.Pla, p.Punto.Est, p.Punto.EstIniziale));
+     }},
     {"correzione_nord_comp_meno_iniziale_mm",
      [](const P& p) {
-       return Correzione(p, p.Punto.Ruoli.Pla, p.Punto.Nord, p.Punto.NordIniziale);
+       return p.F.Mm(Correzione(p.Punto.Ruoli.Pla, p.Punto.Nord, p.Punto.NordIniziale));
      }},
     {"correzione_quota_comp_meno_iniziale_mm",
      [](const P& p) {
-       return Correzione(p, p.Punto.Ruoli.Alt, p.Punto.Quota, p.Punto.QuotaIniziale);
+       return p.F.Mm(Correzione(p.Punto.Ruoli.Alt, p.Punto.Quota, p.Punto.QuotaIniziale));
      }},
 }};
 
@@ -128,26 +124,16 @@ struct O {
   const RisultatoOsservazione& Lettura;
   Forma F;
 
-  std::string Nome(int punto) const {
-    const auto i = static_cast<std::size_t>(punto);
-    return punto >= 0 && i < R.Punti.size() ? Testo(R.Punti[i].Nome) : "";
-  }
-  // A value of one of the equations of the reading; empty if it did not give this equation.
-  std::string Valore(int equazione, double Equazione::*campo, int decimali,
-                     double unita = 1.0) const {
-    if (equazione == kNessuno) return {};
-    return F.Numero(R.Equazioni[static_cast<std::size_t>(equazione)].*campo * unita, decimali);
-  }
-  std::string Angolo(double Equazione::*campo) const {
-    return Valore(Lettura.Angolo, campo, kDecimaliGon);
-  }
-  std::string AngoloMgon(double Equazione::*campo) const {
-    return Valore(Lettura.Angolo, campo, kDecimaliMgon, kMilli);
+  std::string Nome(int punto) const { return Testo(NomePunto(R, punto)); }
+  // The equation of one kind that the reading gave, null if it gave none.
+  const Equazione* Di(int RisultatoOsservazione::*quale) const {
+    const int indice = Lettura.*quale;
+    return indice == kNessuno ? nullptr : &R.Equazioni[static_cast<std::size_t>(indice)];
   }
   std::string Riferimento() const {
-    if (Lettura.Angolo == kNessuno) return {};
-    const int da = R.Equazioni[static_cast<std::size_t>(Lettura.Angolo)].Riferimento;
-    return da == kNessuno ? "" : Nome(Stazione.Osservazioni[static_cast<std::size_t>(da)].Punto);
+    const Equazione* angolo = Di(&RisultatoOsservazione::Angolo);
+    if (angolo == nullptr || angolo->Riferimento == kNessuno) return {};
+    return Nome(Stazione.Osservazioni[static_cast<std::size_t>(angolo->Riferimento)].Punto);
   }
   std::string Tipo() const {
     if (!Presente(Lettura.Distanza)) return {};
@@ -161,8 +147,30 @@ struct O {
   }
 };
 using E = Equazione;
+constexpr auto kAngolo = &RisultatoOsservazione::Angolo;
+constexpr auto kDistanzaEq = &RisultatoOsservazione::EqDistanza;
+constexpr auto kDislivello = &RisultatoOsservazione::Dislivello;
 
-constexpr std::array<Colonna<O>, 31> kColonneOsservazioni{{
+// Fields of an equation: its values as they are, and its residual and errors in thousandths.
+template <auto Quale, auto Campo, int NumeroDecimali>
+std::string Valore(const O& o) {
+  const Equazione* e = o.Di(Quale);
+  return e == nullptr ? "" : o.F.Numero(std::invoke(Campo, *e), NumeroDecimali);
+}
+template <auto Quale, auto Campo>
+std::string Millesimi(const O& o) {
+  static_assert(kMgonPerGon == kMmPerMetro);
+  const Equazione* e = o.Di(Quale);
+  const int decimali = Quale == kAngolo ? kDecimaliMgon : kDecimaliMm;
+  return e == nullptr ? "" : o.F.Numero(std::invoke(Campo, *e) * kMmPerMetro, decimali);
+}
+template <auto Quale>
+std::string GiudizioDi(const O& o) {
+  const Equazione* e = o.Di(Quale);
+  return e == nullptr ? "" : Giudizio(*e);
+}
+
+constexpr std::array<Colonna<O>, 39> kColonneOsservazioni{{
     {"messa_in_stazione", [](const O& o) { return std::to_string(o.NumeroStazione); }},
     {"da", [](const O& o) { return o.Nome(o.Stazione.Punto); }},
     {"a", [](const O& o) { return o.Nome(o.Lettura.Punto); }},
@@ -175,35 +183,34 @@ constexpr std::array<Colonna<O>, 31> kColonneOsservazioni{{
     {"usata_nel_calcolo", [](const O& o) { return SiNo(o.Usata()); }},
     {"direzione_di_riferimento", [](const O& o) { return SiNo(o.Lettura.DirezioneRiferimento); }},
     {"angolo_contato_da", [](const O& o) { return o.Riferimento(); }},
-    {"angolo_osservato_ridotto_gon", [](const O& o) { return o.Angolo(&E::Usato); }},
-    {"angolo_compensato_gon", [](const O& o) { return o.Angolo(&E::Compensato); }},
-    {"angolo_residuo_oss_meno_comp_mgon", [](const O& o) { return o.AngoloMgon(&E::Residuo); }},
-    {"angolo_sqm_a_posteriori_1sigma_mgon", [](const O& o) { return o.AngoloMgon(&E::Sqm); }},
-    {"angolo_w", [](const O& o) { return o.Valore(o.Lettura.Angolo, &E::W, kDecimaliW); }},
-    {"angolo_ridondanza",
-     [](const O& o) { return o.Valore(o.Lettura.Angolo, &E::Ridondanza, kDecimaliR); }},
-    {"distanza_osservata_ridotta_m",
-     [](const O& o) { return o.Valore(o.Lettura.EqDistanza, &E::Usato, kDecimaliM); }},
-    {"distanza_compensata_m",
-     [](const O& o) { return o.Valore(o.Lettura.EqDistanza, &E::Compensato, kDecimaliM); }},
-    {"distanza_residuo_oss_meno_comp_mm",
-     [](const O& o) { return o.Valore(o.Lettura.EqDistanza, &E::Residuo, kDecimaliMm, kMilli); }},
-    {"distanza_sqm_a_posteriori_1sigma_mm",
-     [](const O& o) { return o.Valore(o.Lettura.EqDistanza, &E::Sqm, kDecimaliMm, kMilli); }},
-    {"distanza_w", [](const O& o) { return o.Valore(o.Lettura.EqDistanza, &E::W, kDecimaliW); }},
-    {"distanza_ridondanza",
-     [](const O& o) { return o.Valore(o.Lettura.EqDistanza, &E::Ridondanza, kDecimaliR); }},
-    {"dislivello_osservato_ridotto_m",
-     [](const O& o) { return o.Valore(o.Lettura.Dislivello, &E::Usato, kDecimaliM); }},
-    {"dislivello_compensato_m",
-     [](const O& o) { return o.Valore(o.Lettura.Dislivello, &E::Compensato, kDecimaliM); }},
-    {"dislivello_residuo_oss_meno_comp_mm",
-     [](const O& o) { return o.Valore(o.Lettura.Dislivello, &E::Residuo, kDecimaliMm, kMilli); }},
-    {"dislivello_sqm_a_posteriori_1sigma_mm",
-     [](const O& o) { return o.Valore(o.Lettura.Dislivello, &E::Sqm, kDecimaliMm, kMilli); }},
-    {"dislivello_w", [](const O& o) { return o.Valore(o.Lettura.Dislivello, &E::W, kDecimaliW); }},
-    {"dislivello_ridondanza",
-     [](const O& o) { return o.Valore(o.Lettura.Dislivello, &E::Ridondanza, kDecimaliR); }},
+    {"angolo_osservato_ridotto_gon", Valore<kAngolo, &E::Usato, kDecimaliGon>},
+    {"angolo_compensato_gon", Valore<kAngolo, &CompensatoInGiro, kDecimaliGon>},
+    {"angolo_residuo_oss_meno_comp_mgon", Millesimi<kAngolo, &E::Residuo>},
+    {"angolo_sqm_a_posteriori_1sigma_mgon", Millesimi<kAngolo, &E::Sqm>},
+    {"angolo_w", Valore<kAngolo, &E::W, kDecimaliW>},
+    {"angolo_ridondanza", Valore<kAngolo, &E::Ridondanza, kDecimaliR>},
+    {"angolo_minimo_errore_rilevabile_a_priori_mgon", Millesimi<kAngolo, &MinimoErroreRilevabile>},
+    {"angolo_affidabilita_esterna_in_sqm", Valore<kAngolo, &AffidabilitaEsterna, kDecimaliW>},
+    {"angolo_giudizio", GiudizioDi<kAngolo>},
+    {"distanza_osservata_ridotta_m", Valore<kDistanzaEq, &E::Usato, kDecimaliM>},
+    {"distanza_compensata_m", Valore<kDistanzaEq, &E::Compensato, kDecimaliM>},
+    {"distanza_residuo_oss_meno_comp_mm", Millesimi<kDistanzaEq, &E::Residuo>},
+    {"distanza_sqm_a_posteriori_1sigma_mm", Millesimi<kDistanzaEq, &E::Sqm>},
+    {"distanza_w", Valore<kDistanzaEq, &E::W, kDecimaliW>},
+    {"distanza_ridondanza", Valore<kDistanzaEq, &E::Ridondanza, kDecimaliR>},
+    {"distanza_minimo_errore_rilevabile_a_priori_mm",
+     Millesimi<kDistanzaEq, &MinimoErroreRilevabile>},
+    {"distanza_affidabilita_esterna_in_sqm", Valore<kDistanzaEq, &AffidabilitaEsterna, kDecimaliW>},
+    {"distanza_giudizio", GiudizioDi<kDistanzaEq>},
+    {"dislivello_osservato_ridotto_m", Valore<kDislivello, &E::Usato, kDecimaliM>},
+    {"dislivello_compensato_m", Valore<kDislivello, &E::Compensato, kDecimaliM>},
+    {"dislivello_residuo_oss_meno_comp_mm", Millesimi<kDislivello, &E::Residuo>},
+    {"dislivello_sqm_a_posteriori_1sigma_mm", Millesimi<kDislivello, &E::Sqm>},
+    {"dislivello_w", Valore<kDislivello, &E::W, kDecimaliW>},
+    {"dislivello_ridondanza", Valore<kDislivello, &E::Ridondanza, kDecimaliR>},
+    {"dislivello_affidabilita_esterna_in_sqm",
+     Valore<kDislivello, &AffidabilitaEsterna, kDecimaliW>},
+    {"dislivello_giudizio", GiudizioDi<kDislivello>},
     {"altezza_strumento_compensata_m",
      [](const O& o) { return o.F.Metri(o.Stazione.AltStrumCompensata); }},
 }};
@@ -212,8 +219,7 @@ constexpr std::array<Colonna<O>, 31> kColonneOsservazioni{{
 
 void ScriviPuntiCsv(const Documento& documento, Decimali decimali, const Scrivi& scrivi) {
   const Risultati& r = documento.Esiti;
-  const double fattore =
-      r.Planimetria.Contate() ? FattoreEllisse(kProbabilita, r.Planimetria.Ridondanza()) : kAssente;
+  const double fattore = FattoreEllissi(r);
   ScriviIntestazione<P>(kColonnePunti, scrivi);
   for (const RisultatoPunto& punto : r.Punti)
     ScriviRiga<P>(kColonnePunti, {punto, {decimali}, fattore}, scrivi);

@@ -24,6 +24,7 @@ void Aggiungi(VisualeUnica& visuale, const Risultati& r, const RisultatoOsservaz
   visuale.Direzione |= Presente(o.Direzione);
   visuale.Distanza |= Presente(o.Distanza);
   visuale.Zenit |= Presente(o.Zenit);
+  visuale.Riferimento |= o.DirezioneRiferimento;
   for (const int indice : {o.Angolo, o.EqDistanza, o.Dislivello}) {
     if (indice == kNessuno) continue;
     const Equazione& e = r.Equazioni[static_cast<std::size_t>(indice)];
@@ -49,4 +50,11 @@ std::vector<VisualeUnica> RaccogliVisuali(const Risultati& r) {
     }
   }
   return visuali;
+}
+
+std::string_view NomeTipo(const VisualeUnica& v) {
+  if (v.Direzione && v.Distanza) return "direzione e distanza";
+  if (v.Direzione) return "sola direzione";
+  if (v.Distanza) return "sola distanza";
+  return v.Zenit ? "solo zenit" : "nessuna lettura";
 }

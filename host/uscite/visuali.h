@@ -2,12 +2,11 @@
 
 // The sights of a network as undirected pairs of points.
 
+#include <string_view>
 #include <vector>
 
 #include "host/risultati.h"
-
-// Above this normalised residual an observation is suspect: two-sided risk of one in a thousand.
-inline constexpr double kWSospetto = 3.29;
+#include "host/uscite/grandezze.h"
 
 // All shots between two points, in either direction. An angle belongs to the sight to its target,
 // not to that of the reference it counts from.
@@ -17,14 +16,18 @@ struct VisualeUnica {
   bool Direzione = false;           // read in some shot, whether or not the adjustment used it
   bool Distanza = false;
   bool Zenit = false;
+  bool Riferimento = false;    // angles of the station count from it
   int Equazioni = 0;           // that the shots gave, of both adjustments
   double WMassimo = kAssente;  // largest normalised residual of them; kAssente = no equations
   double RidondanzaMinima = kAssente;
 
-  int Tiri() const { return Andata + Ritorno; }
   bool Reciproca() const { return Andata > 0 && Ritorno > 0; }
-  bool Sospetta() const { return WMassimo > kWSospetto; }
+  bool Usata() const { return Equazioni > 0 || Riferimento; }
+  bool Sospetta() const { return WMassimo > kWSospetta; }
 };
 
 // In the order of their first shots.
 std::vector<VisualeUnica> RaccogliVisuali(const Risultati& risultati);
+
+// "direzione e distanza", "sola direzione", "sola distanza", "solo zenit", "nessuna lettura".
+std::string_view NomeTipo(const VisualeUnica& visuale);

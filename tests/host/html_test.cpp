@@ -13,8 +13,8 @@
 #include "host/rapporto.h"
 #include "host/statistica.h"
 #include "host/uscite/disegno_etichette.h"
+#include "host/uscite/grandezze.h"
 #include "host/uscite/html.h"
-#include "host/uscite/html_tabelle.h"
 #include "rete_prova.h"
 
 namespace {
@@ -29,12 +29,14 @@ TEST(Statistica, Quantili) {
   for (const auto& [p, n, atteso] : kChiQuadro)
     EXPECT_NEAR(QuantileChiQuadro(p, n), atteso, 1e-10 * atteso) << p << ' ' << n;
   EXPECT_NEAR(FattoreEllisse(0.95, 3), 4.3708339011957798, 1e-12);
+  EXPECT_NEAR(FattoreEllisse(0.95, 2'000'000'000), 2.4477468306808161, 1e-8);  // sigma zero known
+  EXPECT_TRUE(!Presente(FattoreEllisse(0.95, 0)) && !Presente(QuantileChiQuadro(0.95, 0)));
 }
 
 TEST(Disegno, Etichette) {
   Caso caso(7);
   std::vector<PuntoEtichettato> punti;
-  std::vector<Riquadro> presi;  // symbols, then names
+  std::vector<Rettangolo> presi;  // symbols, then names
   for (int i = 0; i < 100; ++i) {
     const double x = caso.Reale(40, 960), y = caso.Reale(40, 660);
     punti.push_back({x, y, 5, caso.Reale(15, 50), i % 3});
@@ -44,8 +46,8 @@ TEST(Disegno, Etichette) {
   for (int i = 0; i < 100; ++i) {
     if (posti[i].Livello > 0) continue;
     const auto& [x, y, s] = std::tie(punti[i].X, punti[i].Y, posti[i].Posto);
-    const Riquadro nome{x + s.Sinistra, y + s.Alto, x + s.Destra, y + s.Basso};
-    for (const Riquadro& r : presi)
+    const Rettangolo nome{x + s.Sinistra, y + s.Alto, x + s.Destra, y + s.Basso};
+    for (const Rettangolo& r : presi)
       EXPECT_TRUE(nome.Sinistra >= r.Destra || nome.Destra <= r.Sinistra || nome.Alto >= r.Basso ||
                   nome.Basso <= r.Alto) << i;
     presi.push_back(nome);

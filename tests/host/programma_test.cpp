@@ -59,8 +59,13 @@ const struct CasoStato {
      "rotta.toml:1:11: errore"},
     {"$C zeman.toml manca.toml stazione_libera.toml -q -o d 2>&1; ls d", 0,
      "stazione_libera.txt\nzeman.txt\n", ""},
-    {"$C zeman.toml stazione_libera.toml -q", 0,
-     "      36  riuscita    0.1328       30   4.61  -\n", ""},
+    {"$C zeman.toml stazione_libera.toml -q", 0, "      36  riuscita    0.1328       30   4.61  -\n",
+     ""},
+    {"sed 's/^iterazioni.*/iterazioni = 1/' zeman.toml > l; $C stazione_libera.toml l -q -o d", 1,
+     "l                     non convergente", ""},
+    {"cp stazione_libera.toml 'd/libert\u00e0 #1.TOML'; cd d; $C l*.TOML -q -o --html --csv; ls", 0,
+     "libert\u00e0 #1.html\nlibert\u00e0 #1.osservazioni.csv\nlibert\u00e0 #1.punti.csv\nlibert\u00e0 #1.txt\n",
+     ""},
     {"$C zeman.toml stazione_libera.toml --html r.html", 2, "", "serve una cartella"},
     {"$C zeman.toml ./zeman.toml", 2, "", "data due volte"},
     {"ln zeman_punti.csv a.punti.csv; cp stazione_libera.toml a.toml; $C a.toml zeman.toml --csv",
@@ -102,7 +107,7 @@ const struct CasoStato {
     {"$C rotta.toml --colori sempre", 3, "", "rotta.toml:1:11: \x1b[1;31merrore\x1b[0m: formato"},
     {"$C zeman.toml --jsno r.json", 2, "", "forse --json"},
     {"$C zeman.toml --codifica ascii", 2, "", "windows-1252"},
-    {"$C zeman.toml -o", 2, "", "vuole un valore"},
+    {"$C zeman.toml -o", 0, "", "Scritto:     zeman.txt\n"},
     {"$C zeman.toml --json -", 2, "", "serve -o"},
     {"$C zeman.toml -o r.txt --json ./r.txt", 2, "", "stesso file"},
     {"ln -s zeman.toml l && $C zeman.toml -o l", 2, "", "non viene sovrascritto"},
@@ -158,6 +163,17 @@ TEST_F(Programma, Manuale) {
                      " > p; ! command -v man > r || "
                      "man --warnings -l p > r"),
               Uscita(0, "", ""));
+}
+
+// What the help of a command lists is what its completion offers, and no word of it is unknown.
+TEST_F(Programma, OpzioniDappertutto) {
+  EXPECT_EQ(Esegui("$C genera bash > c; for c in '' importa verifica; do $C $c --aiuto | "
+                   "sed -nE 's/^ +((-[a-z], )?--[a-z-]+(, --[a-z]+)?).*/\\1/p' | tr -d , | tr ' ' "
+                   "'\\n' | sort > opzioni; test $(wc -l < opzioni) -gt 3; "
+                   "bash -c '. ./c; _compensa_opzioni \"$0\"' \"$c\" | tr ' ' '\\n' | sort | "
+                   "diff opzioni -; for o in $(cat opzioni); do "
+                   "$C $c $o < /dev/null 2>&1 | grep sconosciut; done; done; true"),
+            Uscita(0, "", ""));
 }
 
 const struct CasoCompletamento {

@@ -5,12 +5,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <nlohmann/json.hpp>
 
 #include "doppio.h"
 #include "host/calcolo.h"
 #include "host/impronta.h"
-#include "host/json.h"
 #include "host/rapporto.h"
 #include "rete_prova.h"
 
@@ -216,21 +214,6 @@ TEST(Rapporto, Numeri) {
     rapporto.ScriviNumero(valore, larghezza, decimali);
     EXPECT_EQ(rapporto.Byte(), atteso);
   }
-}
-
-TEST(Json, Documento) {
-  ReteProva prova = CaricaRete("altezze_strumentali");
-  prova.Nomi[3] = "\"Ca' de Sass\" è\n";
-  prova.Collega();
-  Rapporto rapporto;
-  const Risultati r = Adatta(prova, rapporto);
-  std::string testo;
-  ScriviJson(r, [&](std::string_view pezzo) { testo += pezzo; });
-  const auto j = nlohmann::json::parse(testo);
-  EXPECT_EQ(j["punti"][3]["nome"], prova.Nomi[3]);
-  EXPECT_EQ(j["punti"].back()["est"].get<double>(), r.Punti.back().Est);
-  EXPECT_TRUE(j["punti"][0]["sqm_est"].is_null());
-  EXPECT_EQ(j["stazioni"][2]["osservazioni"][1]["equazioni"].size(), 3U);
 }
 
 // FIPS 180-4: the examples published with it, and messages whose padding just fits and does not.

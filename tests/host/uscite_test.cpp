@@ -17,7 +17,6 @@
 #include "host/uscite/dxf.h"
 #include "host/uscite/gpkg.h"
 #include "host/uscite/scala_ellissi.h"
-#include "host/uscite/tabelle_csv.h"
 #include "host/uscite/visuali.h"
 
 namespace {
@@ -79,7 +78,7 @@ std::map<std::string, int> Attesi(const Risultati& r) {
   std::map<std::string, int> n;
   for (const RisultatoPunto& p : r.Punti)
     if (Disegnabile(p)) {
-      ++n["NOMI"], ++n[ruoli[p.Ruoli.Pla]];
+      ++n["NOMI"], ++n[ruoli[RuoloDisegno(r, p)]];
       n["QUOTE"] += Presente(p.Quota), n["ELLISSI"] += Presente(p.EllAsseMag);
     }
   for (const auto& [coppia, w] : Coppie(r))
@@ -89,35 +88,17 @@ std::map<std::string, int> Attesi(const Risultati& r) {
   return n;
 }
 
-TEST(Uscite, CsvDaIlModello) {
-  const auto campi = [](std::initializer_list<double> valori, const char* decimali) {
-    std::string testo;
-    for (const double v : valori)
-      testo += ";" + (Presente(v) ? NumeroFisso(v, *decimali - '0') : ""), ++decimali;
-    return testo + ";";
-  };
-  for (const auto& [nome, r] : Reti()) {
-    std::istringstream p(Byte(r, [](auto&& d, auto s) { ScriviPuntiCsv(d, Decimali::Punto, s); }));
-    std::istringstream o(
-        Byte(r, [](auto&& d, auto s) { ScriviOsservazioniCsv(d, Decimali::Virgola, s); }));
-    std::string testo;
-    std::getline(p, testo), std::getline(o, testo);
-    for (const RisultatoPunto& x : r.Punti) {
-      std::getline(p, testo);
-      EXPECT_TRUE(testo.starts_with(x.Nome + ";") ||
-                  testo.starts_with("\"caff\u00e8;\"\"1\"\"\";"));
-      EXPECT_NE(testo.find(campi({x.Est, x.Nord, x.Quota, x.SqmEst * 1e3}, "4442")), testo.npos)
-          << testo;
-    }
-    for (const RisultatoStazione& s : r.Stazioni)
-      for (const RisultatoOsservazione& x : s.Osservazioni) {
-        std::getline(o, testo);
-        const Equazione e = x.EqDistanza < 0 ? Equazione{.W = kAssente} : r.Equazioni[x.EqDistanza];
-        const std::string atteso = campi({e.Compensato, e.Residuo * 1e3, e.Sqm * 1e3, e.W}, "4223");
-        EXPECT_NE(testo.find(std::regex_replace(atteso, std::regex("\\."), ",")), testo.npos)
-            << testo;
-      }
-    EXPECT_FALSE(std::getline(p, testo) || std::getline(o, testo));
+// Points in a row of 1 km: ellipses of 2 m become 4 % of it, or 30 % of what parts the points.
+TEST(Uscite, EllissiDiMoltiPunti) {
+  Risultati r;
+  for (const auto& [punti, vertici, esagerazione] :
+       {std::tuple(2, 72, "20"), {4000, 48, "0.05"}, {50000, 16, "0.002"}}) {
+    RisultatoPunto p;
+    p.Nord = p.EllAzimut = 0, p.EllAsseMag = p.EllAsseMin = 2;
+    r.Punti.assign(punti, p);
+    for (int i = 0; i < punti; ++i) r.Punti[i].Est = 1000.0 * i / (punti - 1);
+    EXPECT_EQ(VerticiEllisse(r), vertici);
+    EXPECT_EQ(TestoTondo(EsagerazioneEllissi(r)), esagerazione);
   }
 }
 
@@ -125,26 +106,37 @@ TEST(Uscite, DxfCoppieStratiEdEllissi) {
   for (const auto& [nome, r] : Reti()) {
     SCOPED_TRACE(nome);
     std::vector<const RisultatoPunto*> ellissi;
-    for (const RisultatoPunto& p : r.Punti) ellissi.resize(ellissi.size() + ConEllisse(p), &p);
+    std::string punti, attesi;  // coordinates and names as the drawing lists them
+    for (const RisultatoPunto& p : r.Punti) {
+      ellissi.resize(ellissi.size() + ConEllisse(p), &p);
+      if (!Disegnabile(p)) continue;
+      for (const double v : {p.Est, p.Nord, Presente(p.Quota) ? p.Quota : 0})
+        attesi += NumeroFisso(v, 4) + " ";
+      attesi += nome == "strana" ? "" : p.Nome + "\n";
+    }
     std::istringstream dxf(Byte(r, ScriviDxf));
     std::map<std::string, int> strati;
-    std::string codice, valore, entita;
+    std::string codice, valore, entita, strato;
     double est = 0;
     for (std::size_t vertici = 0; std::getline(dxf, codice) && std::getline(dxf, valore, '\r');) {
       ASSERT_EQ(dxf.get(), '\n');
       const int c = std::stoi(codice);
       if (c == 0) entita = valore;
+      if (entita == "POINT" && c >= 10) punti += valore + " ";
+      if (entita == "TEXT" && c == 1 && strato == "NOMI" && nome != "strana") punti += valore + "\n";
+      if (c == 8) strato = valore;
       if (c == 8 && entita != "VERTEX" && entita != "SEQEND") ++strati[valore];
       if (c >= 10 && c < 60) {
         EXPECT_EQ(valore.find('e'), valore.npos);
       }
       if (c == 10) est = std::stod(valore);
       if (c != 20 || entita != "VERTEX") continue;
-      const RisultatoPunto& p = *ellissi.at(vertici++ / kVerticiEllisse);
+      const RisultatoPunto& p = *ellissi.at(vertici++ / VerticiEllisse(r));
       EXPECT_NEAR(SuEllisse(p, est - p.Est, std::stod(valore) - p.Nord, EsagerazioneEllissi(r)), 1,
                   1e-3);
     }
     EXPECT_EQ(entita, "EOF");
+    EXPECT_EQ(punti, attesi);
     EXPECT_GE(strati.extract("NOTE").mapped(), 8);
     EXPECT_EQ(strati, Attesi(r));
   }
@@ -197,7 +189,7 @@ TEST(Uscite, GeoPackageRilettoConSqliteEOgr) {
       for (const double fattore : {1.0, FattoreEllisse(.95, r.Planimetria.Ridondanza())}) {
         if (!ConEllisse(p)) continue;
         std::vector<double> anello;
-        for (const PuntoPiano& v : AnelloEllisse(p, fattore * EsagerazioneEllissi(r)))
+        for (const PuntoPiano& v : AnelloEllisse(p, fattore * EsagerazioneEllissi(r), VerticiEllisse(r)))
           anello.insert(anello.end(), {v.Est, v.Nord});
         anello.insert(anello.end(), {anello[0], anello[1]});
         ellissi.push_back(coordinate(anello));
