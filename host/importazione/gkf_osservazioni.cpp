@@ -15,6 +15,7 @@
 #include <numbers>
 #include <unordered_map>
 
+#include "host/importazione/angoli.h"
 #include "host/importazione/gkf_contesto.h"
 #include "host/importazione/gkf_formato.h"
 #include "host/numeri.h"
@@ -36,12 +37,6 @@ constexpr std::array<std::string_view, 7> kAttributi = {"from",    "to",    "val
                                                         "from_dh", "to_dh", "extern"};
 constexpr std::array<std::string_view, 9> kAttributiAngolo = {
     "from", "bs", "fs", "val", "stdev", "from_dh", "bs_dh", "fs_dh", "extern"};
-
-double NelGiro(double gon) {
-  const double resto = std::fmod(gon, kGiroGon);
-  const double positivo = resto < 0.0 ? resto + kGiroGon : resto;
-  return positivo < kGiroGon ? positivo : 0.0;
-}
 
 // A shot under construction.
 struct Battuta {

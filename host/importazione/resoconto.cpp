@@ -11,6 +11,7 @@
 #include "host/codifica.h"
 #include "host/diagnostica.h"
 #include "host/numeri.h"
+#include "host/testi.h"
 #include "host/versione.h"
 
 namespace {
@@ -22,10 +23,6 @@ constexpr int kLarghezzaVoce = 16;  // of the words that begin a line of the sum
 constexpr int kLarghezzaNomi = 20;  // of a column of names, unless one is longer
 constexpr int kLarghezzaAngolo = 14;
 
-std::string Conta(std::size_t quanti, std::string_view uno, std::string_view molti) {
-  return std::to_string(quanti) + " " + std::string(quanti == 1 ? uno : molti);
-}
-
 std::string Elenco(const std::vector<std::string_view>& nomi) {
   std::string elenco;
   for (std::size_t i = 0; i < std::min(nomi.size(), kNomiElencati); ++i)
@@ -34,8 +31,6 @@ std::string Elenco(const std::vector<std::string_view>& nomi) {
     elenco += " e altri " + std::to_string(nomi.size() - kNomiElencati);
   return elenco;
 }
-
-std::string ConSegno(double gon) { return (gon < 0.0 ? "" : "+") + NumeroFisso(gon, kDecimaliGon); }
 
 std::string Allineato(std::string testo, int larghezza, bool destra = false) {
   const int manca = larghezza - ContaCaratteri(testo);
