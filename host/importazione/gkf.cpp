@@ -344,4 +344,4 @@ void Leggi(std::string_view testo, std::string_view file, const OpzioniLettura& 
 
 }  // namespace
 
-const Lettore kLettoreGkf = {"gkf", "rete in XML (.gkf)", Riconosce, Leggi};
+const Lettore kLettoreGkf = {"gkf", "rete in XML (.gkf)", kOpzioneIgnora, Riconosce, Leggi};

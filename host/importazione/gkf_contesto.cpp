@@ -174,10 +174,8 @@ void Contesto::ElementoSconosciuto(const pugi::xml_node& nodo,
 void Contesto::NonSupportato(const pugi::xml_node& nodo, const std::string& genere, int quanti) {
   if (quanti == 0) return;
   if (Lettura.IgnoraNonSupportati) {
-    const int riga = Dove(nodo).Riga;
-    for (int i = 0; i < quanti; ++i)
-      Libro.Tralascia(genere, "la rete non ha osservazioni di questo genere", riga);
-    return;
+    return Libro.Tralascia(genere, "la rete non ha osservazioni di questo genere", Dove(nodo).Riga,
+                           quanti);
   }
   Conta(Gravita::Errore, nodo,
         {.Record = "<" + std::string(nodo.name()) + ">",

@@ -400,4 +400,4 @@ void Leggi(std::string_view testo, std::string_view file, const OpzioniLettura& 
 }  // namespace
 
 const Lettore kLettoreCatasto = {"libretto", "libretto delle misure catastale (righe 0-9)",
-                                 Riconosce, Leggi};
+                                 kOpzioneAssi, Riconosce, Leggi};

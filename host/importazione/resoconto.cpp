@@ -90,18 +90,21 @@ std::vector<std::string> FrasiFacce(const EsitoFacce& facce) {
   return frasi;
 }
 
-std::string Frase(const Tralasciati& t) {
+// The file is named where there are several.
+std::string Frase(const Tralasciati& t, bool conFile) {
   std::string quanti = std::to_string(t.Quanti);
   if (t.PrimaRiga > 0)
     quanti +=
         std::string(t.Quanti == 1 ? ", riga " : ", dalla riga ") + std::to_string(t.PrimaRiga);
+  if (conFile) quanti += (t.PrimaRiga > 0 ? " di " : ", ") + Cita(t.File);
   return t.Genere + " (" + quanti + "): " + t.Motivo;
 }
 
-std::vector<std::string> FrasiEsclusi(const std::vector<Tralasciati>& esclusi) {
+std::vector<std::string> FrasiEsclusi(const Resoconto& resoconto) {
+  const bool piuFile = resoconto.File.size() > 1;
   std::vector<std::string> frasi;
-  frasi.reserve(esclusi.size());
-  for (const Tralasciati& t : esclusi) frasi.push_back(Frase(t));
+  for (const Tralasciati& t : resoconto.Esclusi)
+    frasi.push_back(Frase(t, piuFile));
   return frasi;
 }
 
@@ -132,9 +135,13 @@ std::string FraseRuoli(const Rete& rete, std::string_view nome, int RuoliPunto::
 // How each of them was obtained stands in the file: a line a point is too long for a summary.
 std::vector<std::string> FrasiApprossimate(const EsitoApprossimate& esito) {
   if (esito.PuntiPla.empty() && esito.PuntiAlt.empty()) return {};
-  return {"calcolate le coordinate di " + Conta(esito.PuntiPla.size(), "punto", "punti") +
-          " e la quota di " + Conta(esito.PuntiAlt.size(), "punto", "punti") +
-          " (in testa al file è scritto come)"};
+  std::string frase = "calcolate";
+  if (!esito.PuntiPla.empty())
+    frase += " le coordinate di " + Conta(esito.PuntiPla.size(), "punto", "punti");
+  if (!esito.PuntiPla.empty() && !esito.PuntiAlt.empty()) frase += " e";
+  if (!esito.PuntiAlt.empty())
+    frase += " la quota di " + Conta(esito.PuntiAlt.size(), "punto", "punti");
+  return {frase + " (in testa al file è scritto come)"};
 }
 
 std::string FraseOsservazioni(const Rete& rete) {
@@ -203,7 +210,7 @@ IntestazioneToml Intestazione(const Resoconto& resoconto, const Rete& rete) {
     righe.push_back("  " + file.Nome + " (" + file.Formato + ")");
   AggiungiSezione(righe, "Assunto:", resoconto.Assunti);
   AggiungiSezione(righe, "Cerchi dello strumento:", FrasiFacce(resoconto.Facce));
-  AggiungiSezione(righe, "Tralasciato:", FrasiEsclusi(resoconto.Esclusi));
+  AggiungiSezione(righe, "Tralasciato:", FrasiEsclusi(resoconto));
   AggiungiSezione(
       righe, "Coordinate approssimate calcolate dalle osservazioni:", resoconto.Approssimate.Note);
   AggiungiSezione(righe, "Manca ancora:", CheCosaManca(rete, resoconto.Approssimate));
@@ -255,7 +262,7 @@ std::string SommarioImportazione(const Resoconto& resoconto, const Rete& rete,
   AggiungiVoce(testo, "Osservazioni:", {FraseOsservazioni(rete)});
   AggiungiVoce(testo, "Cerchi:", FrasiFacce(resoconto.Facce));
   AggiungiVoce(testo, "Assunto:", resoconto.Assunti);
-  AggiungiVoce(testo, "Tralasciato:", FrasiEsclusi(resoconto.Esclusi));
+  AggiungiVoce(testo, "Tralasciato:", FrasiEsclusi(resoconto));
   AggiungiVoce(testo, "Approssimate:", FrasiApprossimate(resoconto.Approssimate));
   std::vector<std::string> manca = CheCosaManca(rete, resoconto.Approssimate);
   if (manca.size() > kNomiElencati) {

@@ -101,13 +101,8 @@ void Unisci(Libretto& unito, Libretto&& parte, Diagnostica& diagnostica) {
     for (BattutaLibretto& battuta : postazione.Battute) sposta(battuta.Dove);
     unito.Postazioni.push_back(std::move(postazione));
   }
-  for (const Tralasciati& t : parte.Esclusi) {
-    unito.Tralascia(t.Genere, t.Motivo, t.PrimaRiga);
-    const auto voce = std::find_if(unito.Esclusi.begin(), unito.Esclusi.end(), [&](const auto& e) {
-      return e.Genere == t.Genere && e.Motivo == t.Motivo;
-    });
-    voce->Quanti += t.Quanti - 1;
-  }
+  for (const Tralasciati& t : parte.Esclusi)
+    unito.Tralascia(t.Genere, t.Motivo, t.PrimaRiga, t.Quanti, NelLibretto(unito, file));
   for (std::string& nota : parte.Note) unito.Note.push_back(std::move(nota));
 }
 
