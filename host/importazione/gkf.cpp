@@ -291,8 +291,12 @@ void LettoreRete::Leggi(const pugi::xml_node& radice) {
   C.ControllaAttributi(rete, kAttributiRete);
   sconosciuti(rete, kNellaRete);
   LeggiAssi(rete);
-  for (const pugi::xml_node& e : rete.children("parameters"))
+  for (const pugi::xml_node& e : rete.children("parameters")) {
     C.ControllaAttributi(e, kAttributiParametri);
+    C.Libro.Tralascia("parametri di calcolo (<parameters>)",
+                      "sigma zero, livello di confidenza e algoritmo non fanno parte della rete",
+                      C.Dove(e).Riga);
+  }
   for (const pugi::xml_node& e : rete.children("description")) LeggiDescrizione(e);
   for (const pugi::xml_node& e : rete.children("points-observations")) LeggiOsservazioni(e);
   AggiungiNonDefiniti();

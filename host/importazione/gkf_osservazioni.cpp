@@ -334,6 +334,9 @@ void LettoreObs::Consegna() {
 
 void LettoreObs::Leggi() {
   C.ControllaAttributi(Obs, kAttributiObs);
+  if (Contesto::Ha(Obs, "orientation"))
+    C.Libro.Tralascia("orientamenti approssimati (orientation)",
+                      "l'orientamento di una stazione è un'incognita", C.Dove(Obs).Riga);
   const std::vector<double> varianze = LeggiVarianze(Obs, C);
   ScegliAltezza();
   std::vector<std::pair<pugi::xml_node, std::optional<double>>> orizzontali;

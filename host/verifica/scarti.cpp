@@ -18,12 +18,12 @@ namespace {
 
 constexpr double kVolteMediana = 6.0;   // misses beyond this many medians are reported
 // Approximations far from the fixed points are worth less than the median says: in a network of many
-// sights the limit is this many times what one sight in two hundred exceeds, within bounds, because with
-// many slips it would be they that exceed it.
+// sights the limit is this many times what one sight in two hundred exceeds, within bounds, because
+// with many slips it would be they that exceed it.
 constexpr std::size_t kVisualiMolte = 1000;
 constexpr double kParteCoda = 0.005;
 constexpr double kVolteCoda = 3.0;
-constexpr double kCodaMassima = 10.0;  // times the limit that the median gives
+constexpr double kCodaMassima = 10.0;   // times the limit that the median gives
 constexpr double kScartoMinimo = 0.05;  // of a sight with an approximate end [m]
 constexpr double kAngoloMinimo = 0.05;  // and of its direction [gon]
 constexpr double kScalaIncerta = 4e-6;  // of a distance reduced to the map

@@ -392,9 +392,13 @@ TEST(Rilievo, DiviseFraPiuFileLeMesseTornanoInOrdine) {
                   Scrivi("c.sdr", Sdr<true, 2, 1, 2, 1>({kRilievo[2]})),
                   Scrivi("d.dat", Catasto({kRilievo[3]}))};
   opzioni.Coordinate = Tavola();
+  opzioni.Lettura.SegnalePersistente = opzioni.Lettura.IgnoraNonSupportati = true;
+  std::ofstream(opzioni.File[3], std::ios::app) << "4|1|2|\n7|3|\n7|4|\n";
   std::string detto;
   Rete rete = Importata(opzioni, detto);
-  EXPECT_EQ(Quanti(detto, "avviso: "), 0) << detto;
+  EXPECT_EQ(Quanti(detto, "avviso: "), 1) << detto;
+  EXPECT_EQ(Quanti(detto, "--ignora-non-supportati: avviso: opzione senza effetto"), 1) << detto;
+  EXPECT_EQ(Quanti(detto, "righe 7 (contorni) (2, dalla riga 7 di \"" + opzioni.File[3]), 1);
   ConfrontaLetture(rete, 5.1e-5, 5.1e-4);
   ConfrontaPunti(rete, 1e-3);
   // A file that says nothing of use, one that is wrong and one that is not there: all are named,
