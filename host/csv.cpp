@@ -155,7 +155,7 @@ bool LettoreCsv::LeggiIntestazione() {
     }
   } while (RigaVuota() || Minuscole(Testo.substr(InizioRiga, kRigaSep.size())) == kRigaSep);
   NCampi = Campi.size();
-  for (std::size_t i = 0; i < NCampi; ++i) {
+  for (std::size_t i = 0; i < NCampi && !Diario.Colma(); ++i) {  // a suggestion takes its time
     const std::string_view valore = Campi[i].Valore;
     if (valore.empty()) continue;
     TitoloCsv titolo = Titoli ? Titoli(valore) : NomeNoto(valore);
