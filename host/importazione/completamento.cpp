@@ -61,9 +61,9 @@ class Completamento {
         aggiungi(battuta.Punto, battuta.Dove);
     }
     if (nuovi == 0) return;
-    Esito.Assunti.push_back(Conta(
-        nuovi, "punto che il libretto nomina solo nelle letture è incognito.",
-        "punti che il libretto nomina solo nelle letture sono incogniti."));
+    Esito.Assunti.push_back(
+        Conta(nuovi, "punto che il libretto nomina solo nelle letture è incognito.",
+              "punti che il libretto nomina solo nelle letture sono incogniti."));
   }
 
   void AvvisaMaiuscole() {

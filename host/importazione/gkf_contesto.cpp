@@ -81,7 +81,8 @@ Posizione Contesto::Dove(const pugi::xml_node& nodo, std::string_view attributo)
     if (uguale == std::string_view::npos || Testo[uguale] == '>') return Dove(nodo);
     const std::size_t apre = Testo.find_first_of("\"'", uguale);
     if (apre == std::string_view::npos) return Dove(nodo);
-    if (SenzaBianchi(Testo.substr(i, uguale - i), kBianchiEFini) == attributo) return Posti.Dove(apre + 1);
+    if (SenzaBianchi(Testo.substr(i, uguale - i), kBianchiEFini) == attributo)
+      return Posti.Dove(apre + 1);
     const std::size_t chiude = Testo.find(Testo[apre], apre + 1);
     if (chiude == std::string_view::npos) return Dove(nodo);
     i = chiude + 1;

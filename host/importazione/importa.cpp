@@ -91,7 +91,8 @@ void AvvisaInutili(const OpzioniImporta& o, unsigned usate, Diagnostica& diario)
     std::string_view Nome, Serve;
   } kOpzioni[] = {
       {l.Angoli.has_value(), kOpzioneAngoli, "--angoli", "ai libretti in CSV"},
-      {l.AssiXY.has_value(), kOpzioneAssi, "--assi", "ai CSV e alle righe 8 dei libretti catastali"},
+      {l.AssiXY.has_value(), kOpzioneAssi, "--assi",
+       "ai CSV e alle righe 8 dei libretti catastali"},
       {l.Mappa.has_value(), kOpzioneMappa, "--mappa", "ai libretti in CSV"},
       {l.Stazione.has_value(), kOpzioneStazione, "--stazione", "ai file GSI e CSV"},
       {l.AltezzaStrumento.has_value(), kOpzioneStazione, "--hs", "ai file GSI e CSV"},
@@ -101,8 +102,8 @@ void AvvisaInutili(const OpzioniImporta& o, unsigned usate, Diagnostica& diario)
   };
   for (const auto& opzione : kOpzioni) {
     if (!opzione.Data || (usate & opzione.Quale) != 0) continue;
-    diario.Avviso({opzione.Nome, 0, 0}, {.Problema = "opzione senza effetto: serve solo " +
-                                                     std::string(opzione.Serve)});
+    diario.Avviso({opzione.Nome, 0, 0},
+                  {.Problema = "opzione senza effetto: serve solo " + std::string(opzione.Serve)});
   }
 }
 

@@ -103,8 +103,7 @@ std::string Frase(const Tralasciati& t, bool conFile) {
 std::vector<std::string> FrasiEsclusi(const Resoconto& resoconto) {
   const bool piuFile = resoconto.File.size() > 1;
   std::vector<std::string> frasi;
-  for (const Tralasciati& t : resoconto.Esclusi)
-    frasi.push_back(Frase(t, piuFile));
+  for (const Tralasciati& t : resoconto.Esclusi) frasi.push_back(Frase(t, piuFile));
   return frasi;
 }
 
