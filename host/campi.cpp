@@ -9,12 +9,9 @@
 
 #include "host/numeri.h"
 #include "host/suggerimenti.h"
+#include "host/testi.h"
 
 namespace {
-
-constexpr char Minuscola(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
 
 bool UgualiSenzaMaiuscole(std::string_view a, std::string_view b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(),

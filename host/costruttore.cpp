@@ -9,18 +9,12 @@
 #include "host/campi.h"
 #include "host/codifica.h"
 #include "host/suggerimenti.h"
+#include "host/testi.h"
 
 namespace {
 
 constexpr int kIterazioniPredefinite = 10;
 constexpr int kCalcoloPredefinito = kCalcoloPlanimetria | kCalcoloAltimetria;
-constexpr std::string_view kBianchi = " \t";
-
-std::string_view SenzaBianchi(std::string_view testo) {
-  const std::size_t primo = testo.find_first_not_of(kBianchi);
-  if (primo == std::string_view::npos) return {};
-  return testo.substr(primo, testo.find_last_not_of(kBianchi) - primo + 1);
-}
 
 // Control characters, in UTF-8: the report and the tables have one line for a point.
 bool ConControlli(std::string_view nome) {

@@ -8,21 +8,12 @@
 
 #include "host/campi.h"
 #include "host/codifica.h"
+#include "host/testi.h"
 
 namespace {
 
 constexpr std::string_view kDelimitatori = ";,\t";
 constexpr std::string_view kRigaSep = "sep=";
-
-constexpr char Minuscola(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-std::string InMinuscole(std::string_view testo) {
-  std::string minuscole(testo);
-  std::transform(minuscole.begin(), minuscole.end(), minuscole.begin(), Minuscola);
-  return minuscole;
-}
 
 }  // namespace
 
@@ -147,7 +138,7 @@ void LettoreCsv::ErroreColonna(std::size_t campo, std::string problema) {
 TitoloCsv LettoreCsv::NomeNoto(std::string_view titolo) const {
   std::vector<std::string_view> note;
   for (const ColonnaCsv& colonna : Colonne) note.push_back(colonna.Nome);
-  const auto nota = std::find(note.begin(), note.end(), InMinuscole(titolo));
+  const auto nota = std::find(note.begin(), note.end(), Minuscole(titolo));
   if (nota != note.end()) return {.Colonna = static_cast<std::size_t>(nota - note.begin())};
   return {.Cosa = ChiaveSconosciuta("intestazione", "colonna", titolo, note)};
 }
@@ -162,9 +153,9 @@ bool LettoreCsv::LeggiIntestazione() {
                                        .Voluto = "una prima riga con i nomi delle colonne"});
       return false;
     }
-  } while (RigaVuota() || InMinuscole(Testo.substr(InizioRiga, kRigaSep.size())) == kRigaSep);
+  } while (RigaVuota() || Minuscole(Testo.substr(InizioRiga, kRigaSep.size())) == kRigaSep);
   NCampi = Campi.size();
-  for (std::size_t i = 0; i < NCampi; ++i) {
+  for (std::size_t i = 0; i < NCampi && !Diario.Colma(); ++i) {  // a suggestion takes its time
     const std::string_view valore = Campi[i].Valore;
     if (valore.empty()) continue;
     TitoloCsv titolo = Titoli ? Titoli(valore) : NomeNoto(valore);

@@ -18,15 +18,6 @@ const std::string& Nome(const Rete& rete, int punto) {
   return rete.Nomi[static_cast<std::size_t>(punto)];
 }
 
-std::string Elenco(const Rete& rete, const std::vector<int>& punti) {
-  std::string testo;
-  for (std::size_t i = 0; i < std::min(punti.size(), kNominati); ++i)
-    testo += (i == 0 ? "" : ", ") + Cita(Nome(rete, punti[i]));
-  if (punti.size() == kNominati + 1) return testo + " e un altro";
-  if (punti.size() > kNominati) testo += " e altri " + std::to_string(punti.size() - kNominati);
-  return testo;
-}
-
 std::string_view TestoMetodo(Metodo metodo) {
   switch (metodo) {
     case Metodo::Polare: return "polare da ";
@@ -89,6 +80,15 @@ std::string DaChi(const Rete& rete, const Visuali& visuali, const Propagazione& 
 }
 
 }  // namespace
+
+std::string Elenco(const Rete& rete, const std::vector<int>& punti) {
+  std::string testo;
+  for (std::size_t i = 0; i < std::min(punti.size(), kNominati); ++i)
+    testo += (i == 0 ? "" : ", ") + Cita(Nome(rete, punti[i]));
+  if (punti.size() == kNominati + 1) return testo + " e un altro";
+  if (punti.size() > kNominati) testo += " e altri " + std::to_string(punti.size() - kNominati);
+  return testo;
+}
 
 std::string NotaPunto(const Rete& rete, int punto, const Determinazione& d) {
   std::string testo = NomePunto(Nome(rete, punto)) + ": coordinate approssimate da " +

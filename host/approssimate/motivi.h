@@ -3,8 +3,12 @@
 // What is said of the points that approximate coordinates were sought for.
 
 #include <string>
+#include <vector>
 
 #include "host/approssimate/propagazione.h"
+
+// The first three names of points that something rests on, and how many others.
+std::string Elenco(const Rete& rete, const std::vector<int>& punti);
 
 // How the point was found: punto "P7": coordinate approssimate da ...
 std::string NotaPunto(const Rete& rete, int punto, const Determinazione& determinazione);

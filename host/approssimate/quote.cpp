@@ -7,6 +7,7 @@
 #include <cmath>
 #include <utility>
 
+#include "host/approssimate/motivi.h"
 #include "host/approssimate/visuali.h"
 #include "host/diagnostica.h"
 #include "host/numeri.h"
@@ -17,7 +18,6 @@ constexpr double kScartoMinimo = 0.30;     // heights nearer than this agree [m]
 constexpr double kScartoRelativo = 0.001;  // and those nearer than this part of the sight
 constexpr double kLunghezzaMinima = 1.0;   // shorter sights do not weigh more [m]
 constexpr int kDecimali = 3;
-constexpr std::size_t kBasiNominate = 3;
 
 struct Valore {
   double Quota, Lunghezza;
@@ -109,22 +109,14 @@ double Propagatore::Media(int punto, const std::vector<Valore>& valori) {
   if (tenuti.empty()) tenuti = valori;
   double scarto = 0.0;
   double limite = kScartoMinimo;
-  std::string nomi;
   std::vector<int> basi;
   for (const Valore& v : tenuti) {
     scarto = std::max(scarto, std::abs(v.Quota - quota));
     limite = std::max(limite, kScartoRelativo * v.Lunghezza);
-    if (std::find(basi.begin(), basi.end(), v.Base) != basi.end()) continue;
-    basi.push_back(v.Base);
-    if (basi.size() > kBasiNominate) continue;
-    nomi += (nomi.empty() ? "" : ", ") + Cita(R.Nomi[static_cast<std::size_t>(v.Base)]);
+    if (std::find(basi.begin(), basi.end(), v.Base) == basi.end()) basi.push_back(v.Base);
   }
-  if (basi.size() > kBasiNominate)
-    nomi += basi.size() == kBasiNominate + 1
-                ? " e un altro"
-                : " e altri " + std::to_string(basi.size() - kBasiNominate);
   std::string nota = NomePunto(R.Nomi[static_cast<std::size_t>(punto)]) +
-                     ": quota approssimata per dislivelli da " + nomi;
+                     ": quota approssimata per dislivelli da " + Elenco(R, basi);
   if (tenuti.size() > 1)
     nota += " (media di " + std::to_string(tenuti.size()) + ", scarto massimo " +
             NumeroFisso(scarto, kDecimali) + " m)";

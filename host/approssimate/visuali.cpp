@@ -26,10 +26,6 @@ bool FuoriCentro(int tipo) {
   return tipo == kFuoriCentro10 || tipo == kFuoriCentro20 || tipo == kFuoriCentro30;
 }
 
-bool Inclinata(int tipo) {
-  return tipo == kInclinata || tipo == kInclinataTipo6 || tipo == kInclinataTipo7;
-}
-
 // On the horizontal of the instrument [m]; the constants of types 6 and 7, a few centimetres, are
 // left to the adjustment.
 double Orizzontale(const TOssCr& o) {

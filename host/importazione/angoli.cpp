@@ -5,9 +5,11 @@
 #include "host/importazione/angoli.h"
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 #include <utility>
 
+#include "host/campi.h"
 #include "host/numeri.h"
 
 namespace {
@@ -64,6 +66,12 @@ std::optional<double> DaCompatto(std::string_view testo, bool virgola) {
 }
 
 }  // namespace
+
+double NelGiro(double gon) {
+  const double resto = std::fmod(gon, kGiroGon);
+  const double positivo = resto < 0.0 ? resto + kGiroGon : resto;
+  return positivo < kGiroGon ? positivo : 0.0;
+}
 
 std::optional<double> GonDaGms(int gradi, int primi, double secondi) {
   if (gradi < 0 || primi < 0 || primi >= kSessanta || !(secondi >= 0.0) || secondi >= kSessanta)

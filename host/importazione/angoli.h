@@ -14,6 +14,9 @@ inline constexpr double kGonPerMil = 400.0 / 6400.0;
 // Degrees as gon.
 constexpr double GonDaGradi(double gradi) { return gradi * 10.0 / 9.0; }
 
+// A direction brought within the circle, from 0 to less than 400 [gon].
+double NelGiro(double gon);
+
 // Degrees, minutes and seconds as gon; nothing if minutes or seconds are 60 or more, or negative.
 std::optional<double> GonDaGms(int gradi, int primi, double secondi);
 

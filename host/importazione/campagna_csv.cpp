@@ -398,4 +398,6 @@ void Leggi(std::string_view testo, std::string_view file, const OpzioniLettura& 
 
 }  // namespace
 
-const Lettore kLettoreCampagna = {"csv", "libretto di campagna in CSV", Riconosce, Leggi};
+const Lettore kLettoreCampagna = {"csv", "libretto di campagna in CSV",
+                                  kOpzioneAngoli | kOpzioneAssi | kOpzioneMappa | kOpzioneStazione,
+                                  Riconosce, Leggi};

@@ -8,25 +8,16 @@
 #include <unordered_map>
 #include <utility>
 
+#include "host/approssimate/visuali.h"
 #include "host/importazione/coordinate_csv.h"
 #include "host/importazione/unione.h"
 #include "host/importazione/valori_libretto.h"
 #include "host/suggerimenti.h"
+#include "host/testi.h"
 
 namespace {
 
 constexpr double kOrizzonte = 100.0;  // zenith angle of a horizontal sight [gon]
-
-std::string Minuscole(std::string_view testo) {
-  std::string minuscole(testo);
-  for (char& c : minuscole)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  return minuscole;
-}
-
-std::string Conta(int quanti, std::string_view uno, std::string_view molti) {
-  return std::to_string(quanti) + " " + std::string(quanti == 1 ? uno : molti);
-}
 
 class Completamento {
  public:
@@ -34,8 +25,8 @@ class Completamento {
       : O(opzioni), L(libretto), Diario(diagnostica) {}
 
   EsitoCompletamento Esegui() {
-    UnisciPunti(L, L.Punti.size(), Diario);
-    if (O.Coordinate) LeggiTavola();
+    UnisciPunti(L, Diario);
+    if (O.Coordinate) LeggiCoordinateCsv(*O.Coordinate, O.Lettura.AssiXY, L, Diario);
     Nulle = ControllaValori(L, Diario);
     AggiungiPuntiVisti();
     AvvisaMaiuscole();
@@ -53,12 +44,6 @@ class Completamento {
   }
 
  private:
-  void LeggiTavola() {
-    const std::size_t prima = L.Punti.size();
-    if (LeggiCoordinateCsv(*O.Coordinate, O.Lettura.AssiXY, L, Diario))
-      UnisciPunti(L, prima, Diario);
-  }
-
   void AggiungiPuntiVisti() {
     for (std::size_t i = 0; i < L.Punti.size(); ++i) Indici.try_emplace(L.Punti[i].Nome, i);
     std::size_t nuovi = 0;
@@ -76,9 +61,9 @@ class Completamento {
         aggiungi(battuta.Punto, battuta.Dove);
     }
     if (nuovi == 0) return;
-    Esito.Assunti.push_back(Conta(
-        static_cast<int>(nuovi), "punto che il libretto nomina solo nelle letture è incognito.",
-        "punti che il libretto nomina solo nelle letture sono incogniti."));
+    Esito.Assunti.push_back(
+        Conta(nuovi, "punto che il libretto nomina solo nelle letture è incognito.",
+              "punti che il libretto nomina solo nelle letture sono incogniti."));
   }
 
   void AvvisaMaiuscole() {
@@ -99,9 +84,7 @@ class Completamento {
     for (PostazioneLibretto& postazione : L.Postazioni) {
       for (BattutaLibretto& b : postazione.Battute) {
         if (!b.Distanza || b.Zenit) continue;
-        const bool inclinata = b.TipoDist == kInclinata || b.TipoDist == kInclinataTipo6 ||
-                               b.TipoDist == kInclinataTipo7;
-        if (inclinata) {
+        if (Inclinata(b.TipoDist)) {
           if (senzaZenit++ == 0) prima = &b;
           continue;
         }

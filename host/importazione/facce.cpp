@@ -14,7 +14,9 @@
 #include <unordered_map>
 #include <utility>
 
+#include "host/approssimate/visuali.h"
 #include "host/campi.h"
+#include "host/importazione/angoli.h"
 #include "host/numeri.h"
 
 namespace {
@@ -27,11 +29,6 @@ constexpr int kDecimaliGon = 5;
 
 // A difference of directions brought to half a turn.
 double Avvolgi(double gon) { return std::remainder(gon, kGiroGon); }
-
-double NelGiro(double gon) {
-  const double resto = std::fmod(gon, kGiroGon);
-  return resto < 0.0 ? resto + kGiroGon : resto;
-}
 
 // Whether a shot is on face II. The circle cannot err on which side of the zenith it is, a note can.
 bool Seconda(const std::string& stazione, const BattutaLibretto& b, Diagnostica& diario) {
@@ -112,11 +109,6 @@ std::string Ostacolo(const BattutaLibretto& a, const BattutaLibretto& b) {
   if (a.Distanza && b.Distanza && a.TipoDist != b.TipoDist)
     return "le distanze sono di tipo diverso";
   return {};
-}
-
-std::string ConSegno(double gon) {
-  const std::string testo = NumeroFisso(gon, kDecimaliGon);
-  return (testo.starts_with('-') ? "" : "+") + testo;
 }
 
 class Riduzione {
@@ -292,10 +284,7 @@ class Riduzione {
     for (const double v : valori) quadrati += (v - riassunto.Media) * (v - riassunto.Media);
     if (valori.size() > 1)
       riassunto.Scarto = std::sqrt(quadrati / static_cast<double>(valori.size() - 1));
-    std::sort(valori.begin(), valori.end());
-    const std::size_t meta = valori.size() / 2;
-    riassunto.Mediana =
-        valori.size() % 2 == 1 ? valori[meta] : (valori[meta - 1] + valori[meta]) / 2.0;
+    riassunto.Mediana = Mediana(std::move(valori));
     return riassunto;
   }
 
@@ -319,6 +308,8 @@ class Riduzione {
 };
 
 }  // namespace
+
+std::string ConSegno(double gon) { return (gon < 0.0 ? "" : "+") + NumeroFisso(gon, kDecimaliGon); }
 
 EsitoFacce RiduciFacce(Libretto& libretto, ModoFacce modo, bool medie, const SqmLetture& sqm,
                        Diagnostica& diagnostica) {

@@ -41,6 +41,9 @@ struct SqmLetture {
   double DistProporzionale = 0.0;  // [m/km]
 };
 
+// An error of the instrument as it is listed, with its sign [gon].
+std::string ConSegno(double gon);
+
 // Turns the shots of face II into face I: dir' = dir - 200 within the circle, zen' = 400 - zen. A
 // shot is on face II if the book says so, or if its zenith angle is above 200 gon. With
 // ModoFacce::Media the first shot of a target on face I is joined with the first on face II, the

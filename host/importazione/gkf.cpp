@@ -15,6 +15,7 @@
 #include "host/importazione/gkf_contesto.h"
 #include "host/importazione/gkf_formato.h"
 #include "host/numeri.h"
+#include "host/testi.h"
 
 namespace {
 
@@ -36,12 +37,10 @@ constexpr std::array<std::string_view, 5> kAttributiOsservazioni = {
     "direction-stdev", "angle-stdev", "zenith-angle-stdev", "azimuth-stdev", "distance-stdev"};
 constexpr std::array<std::string_view, 6> kAttributiPunto = {"id", "x", "y", "z", "fix", "adj"};
 
-constexpr std::string_view kBianchi = " \t\r\n";
 constexpr std::size_t kInizioCercato = 65536;  // the root stands in the first bytes
 
 bool Riconosce(std::string_view testo) {
-  const std::size_t primo = testo.find_first_not_of(kBianchi);
-  if (primo == std::string_view::npos || testo[primo] != '<') return false;
+  if (!SenzaBianchi(testo, kBianchiEFini).starts_with('<')) return false;
   return testo.substr(0, kInizioCercato).find("<gama-local") != std::string_view::npos;
 }
 
@@ -117,18 +116,15 @@ void LettoreRete::LeggiPredefiniti(const pugi::xml_node& nodo) {
   if (!Contesto::Ha(nodo, "distance-stdev")) return;
   constexpr std::size_t kCoefficienti = 3;
   std::array<double, kCoefficienti> abc = {0.0, 0.0, 1.0};
-  const std::string_view testo = Contesto::Valore(nodo, "distance-stdev");
+  std::string_view testo = Contesto::Valore(nodo, "distance-stdev");
   std::size_t letti = 0;
-  for (std::size_t i = testo.find_first_not_of(kBianchi); i < testo.size();
-       i = testo.find_first_not_of(kBianchi, i)) {
-    const std::size_t fine = std::min(testo.find_first_of(kBianchi, i), testo.size());
-    const NumeroLetto n = LeggiNumero(testo.substr(i, fine - i));
+  while (!testo.empty()) {
+    const NumeroLetto n = LeggiNumero(gkf::ProssimaParola(testo));
     if (letti == kCoefficienti || n.Esito != EsitoNumero::Valido || n.Valore < 0.0) {
       letti = 0;
       break;
     }
     abc[letti++] = n.Valore;
-    i = fine;
   }
   if (letti == 0 || !(abc[0] + abc[1] > 0.0))
     return C.Errore(nodo, "distance-stdev", "non si legge",
@@ -207,10 +203,8 @@ void LettoreRete::LeggiPunto(const pugi::xml_node& nodo) {
 }
 
 void LettoreRete::LeggiDescrizione(const pugi::xml_node& nodo) {
-  std::string_view testo = nodo.child_value();
-  const std::size_t primo = testo.find_first_not_of(kBianchi);
-  if (primo == std::string_view::npos) return;
-  testo = testo.substr(primo, testo.find_last_not_of(kBianchi) - primo + 1);
+  const std::string_view testo = SenzaBianchi(nodo.child_value(), kBianchiEFini);
+  if (testo.empty()) return;
   if (testo.find_first_of("\r\n") == std::string_view::npos) {
     C.Libro.DatiProgetto.Nome = testo;
   } else {
@@ -297,8 +291,12 @@ void LettoreRete::Leggi(const pugi::xml_node& radice) {
   C.ControllaAttributi(rete, kAttributiRete);
   sconosciuti(rete, kNellaRete);
   LeggiAssi(rete);
-  for (const pugi::xml_node& e : rete.children("parameters"))
+  for (const pugi::xml_node& e : rete.children("parameters")) {
     C.ControllaAttributi(e, kAttributiParametri);
+    C.Libro.Tralascia("parametri di calcolo (<parameters>)",
+                      "sigma zero, livello di confidenza e algoritmo non fanno parte della rete",
+                      C.Dove(e).Riga);
+  }
   for (const pugi::xml_node& e : rete.children("description")) LeggiDescrizione(e);
   for (const pugi::xml_node& e : rete.children("points-observations")) LeggiOsservazioni(e);
   AggiungiNonDefiniti();
@@ -350,4 +348,4 @@ void Leggi(std::string_view testo, std::string_view file, const OpzioniLettura& 
 
 }  // namespace
 
-const Lettore kLettoreGkf = {"gkf", "rete in XML (.gkf)", Riconosce, Leggi};
+const Lettore kLettoreGkf = {"gkf", "rete in XML (.gkf)", kOpzioneIgnora, Riconosce, Leggi};

@@ -13,18 +13,12 @@
 #include "host/importazione/gkf_formato.h"
 #include "host/numeri.h"
 #include "host/suggerimenti.h"
+#include "host/testi.h"
 
 namespace gkf {
 namespace {
 
-constexpr std::string_view kBianchi = " \t\r\n";
 constexpr RegolaNumero kStdev{"stdev", "", 0.0, kNonDato, true};
-
-std::string_view SenzaBianchi(std::string_view testo) {
-  const std::size_t primo = testo.find_first_not_of(kBianchi);
-  if (primo == std::string_view::npos) return {};
-  return testo.substr(primo, testo.find_last_not_of(kBianchi) - primo + 1);
-}
 
 // A hyphen between digits parts degrees, minutes and seconds; after an e it belongs to an exponent.
 bool ConTrattini(std::string_view testo) {
@@ -82,12 +76,13 @@ Posizione Contesto::Dove(const pugi::xml_node& nodo, std::string_view attributo)
   if (inizio < 0) return Dove(nodo);
   auto i = static_cast<std::size_t>(inizio) + std::string_view(nodo.name()).size();
   while (true) {
-    i = Testo.find_first_not_of(kBianchi, i);
+    i = Testo.find_first_not_of(kBianchiEFini, i);
     const std::size_t uguale = Testo.find_first_of("=>", i);
     if (uguale == std::string_view::npos || Testo[uguale] == '>') return Dove(nodo);
     const std::size_t apre = Testo.find_first_of("\"'", uguale);
     if (apre == std::string_view::npos) return Dove(nodo);
-    if (SenzaBianchi(Testo.substr(i, uguale - i)) == attributo) return Posti.Dove(apre + 1);
+    if (SenzaBianchi(Testo.substr(i, uguale - i), kBianchiEFini) == attributo)
+      return Posti.Dove(apre + 1);
     const std::size_t chiude = Testo.find(Testo[apre], apre + 1);
     if (chiude == std::string_view::npos) return Dove(nodo);
     i = chiude + 1;
@@ -95,7 +90,7 @@ Posizione Contesto::Dove(const pugi::xml_node& nodo, std::string_view attributo)
 }
 
 std::string_view Contesto::Valore(const pugi::xml_node& nodo, const char* attributo) {
-  return SenzaBianchi(nodo.attribute(attributo).value());
+  return SenzaBianchi(nodo.attribute(attributo).value(), kBianchiEFini);
 }
 
 void Contesto::Errore(const pugi::xml_node& nodo, const char* attributo, std::string problema,
@@ -180,10 +175,8 @@ void Contesto::ElementoSconosciuto(const pugi::xml_node& nodo,
 void Contesto::NonSupportato(const pugi::xml_node& nodo, const std::string& genere, int quanti) {
   if (quanti == 0) return;
   if (Lettura.IgnoraNonSupportati) {
-    const int riga = Dove(nodo).Riga;
-    for (int i = 0; i < quanti; ++i)
-      Libro.Tralascia(genere, "la rete non ha osservazioni di questo genere", riga);
-    return;
+    return Libro.Tralascia(genere, "la rete non ha osservazioni di questo genere", Dove(nodo).Riga,
+                           quanti);
   }
   Conta(Gravita::Errore, nodo,
         {.Record = "<" + std::string(nodo.name()) + ">",

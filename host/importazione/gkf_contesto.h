@@ -137,6 +137,9 @@ pugi::xml_node Successivo(pugi::xml_node nodo, const pugi::xml_node& radice);
 // gkf_registro.cpp. Whether the book was filled from the register of the file.
 bool LeggiRegistro(const pugi::xml_document& documento, Contesto& contesto);
 
+// gkf_scarti.cpp. Takes the next word off a text; empty at its end.
+std::string_view ProssimaParola(std::string_view& testo);
+
 // gkf_scarti.cpp. The diagonal of the covariance matrix of an <obs>, a variance for each
 // observation; empty if it has none, or a wrong one, which is then reported.
 std::vector<double> LeggiVarianze(const pugi::xml_node& obs, Contesto& contesto);

@@ -15,6 +15,7 @@
 #include <numbers>
 #include <unordered_map>
 
+#include "host/importazione/angoli.h"
 #include "host/importazione/gkf_contesto.h"
 #include "host/importazione/gkf_formato.h"
 #include "host/numeri.h"
@@ -36,12 +37,6 @@ constexpr std::array<std::string_view, 7> kAttributi = {"from",    "to",    "val
                                                         "from_dh", "to_dh", "extern"};
 constexpr std::array<std::string_view, 9> kAttributiAngolo = {
     "from", "bs", "fs", "val", "stdev", "from_dh", "bs_dh", "fs_dh", "extern"};
-
-double NelGiro(double gon) {
-  const double resto = std::fmod(gon, kGiroGon);
-  const double positivo = resto < 0.0 ? resto + kGiroGon : resto;
-  return positivo < kGiroGon ? positivo : 0.0;
-}
 
 // A shot under construction.
 struct Battuta {
@@ -339,6 +334,9 @@ void LettoreObs::Consegna() {
 
 void LettoreObs::Leggi() {
   C.ControllaAttributi(Obs, kAttributiObs);
+  if (Contesto::Ha(Obs, "orientation"))
+    C.Libro.Tralascia("orientamenti approssimati (orientation)",
+                      "l'orientamento di una stazione è un'incognita", C.Dove(Obs).Riga);
   const std::vector<double> varianze = LeggiVarianze(Obs, C);
   ScegliAltezza();
   std::vector<std::pair<pugi::xml_node, std::optional<double>>> orizzontali;

@@ -11,6 +11,7 @@
 #include "host/importazione/gkf_contesto.h"
 #include "host/importazione/gkf_formato.h"
 #include "host/numeri.h"
+#include "host/testi.h"
 
 namespace gkf {
 namespace {
@@ -115,25 +116,21 @@ void Scarti::Concludi(OpzioniLibretto& opzioni, const Posizione& dove,
            Scritto(coppia.first) + " m + " + Scritto(coppia.second) + " m/km");
 }
 
-namespace {
-
-constexpr std::string_view kBianchi = " \t\r\n";
-
-// The next number of a text from dove on, which moves past it; as a text.
-std::string_view Prossimo(std::string_view testo, std::size_t& dove) {
-  dove = std::min(testo.find_first_not_of(kBianchi, dove), testo.size());
-  const std::size_t inizio = dove;
-  dove = std::min(testo.find_first_of(kBianchi, inizio), testo.size());
-  return testo.substr(inizio, dove - inizio);
+std::string_view ProssimaParola(std::string_view& testo) {
+  testo.remove_prefix(std::min(testo.find_first_not_of(kBianchiEFini), testo.size()));
+  const std::string_view parola = testo.substr(0, testo.find_first_of(kBianchiEFini));
+  testo.remove_prefix(parola.size());
+  return parola;
 }
+
+namespace {
 
 // The rows of the upper band, each from its diagonal on. What is wrong with them, empty if nothing.
 std::string LeggiBanda(std::string_view testo, int dim, int banda, std::vector<double>& varianze) {
-  std::size_t dove = 0;
   for (int i = 0; i < dim; ++i) {
     const int nellaRiga = std::min(banda, dim - 1 - i) + 1;
     for (int j = 0; j < nellaRiga; ++j) {
-      const std::string_view scritto = Prossimo(testo, dove);
+      const std::string_view scritto = ProssimaParola(testo);
       const NumeroLetto v = LeggiNumero(scritto);
       if (scritto.empty()) return "la matrice ha meno numeri di quanti ne vogliono dim e band";
       if (v.Esito != EsitoNumero::Valido) return Cita(scritto) + " non è un numero";

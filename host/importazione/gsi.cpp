@@ -341,4 +341,6 @@ void Leggi(std::string_view testo, std::string_view file, const OpzioniLettura& 
 
 }  // namespace
 
-const Lettore kLettoreGsi = {"gsi", "Leica GSI-8 e GSI-16", Riconosce, Leggi};
+const Lettore kLettoreGsi = {"gsi", "Leica GSI-8 e GSI-16",
+                             kOpzioneStazione | kOpzioneCodiceGsi | kOpzioneSegnale, Riconosce,
+                             Leggi};

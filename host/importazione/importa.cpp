@@ -79,6 +79,33 @@ void Approssima(Rete& rete, Resoconto& resoconto) {
     arrotonda(rete.Punti[static_cast<std::size_t>(punto)].Quota);
 }
 
+// Options that were given although no file needs them: they may have been meant for a file that
+// was taken for another format.
+void AvvisaInutili(const OpzioniImporta& o, unsigned usate, Diagnostica& diario) {
+  const OpzioniLettura& l = o.Lettura;
+  if (o.Coordinate) usate |= kOpzioneAssi;
+  const struct {
+    bool Data;
+    OpzioneLettura Quale;
+    std::string_view Nome, Serve;
+  } kOpzioni[] = {
+      {l.Angoli.has_value(), kOpzioneAngoli, "--angoli", "ai libretti in CSV"},
+      {l.AssiXY.has_value(), kOpzioneAssi, "--assi",
+       "ai CSV e alle righe 8 dei libretti catastali"},
+      {l.Mappa.has_value(), kOpzioneMappa, "--mappa", "ai libretti in CSV"},
+      {l.Stazione.has_value(), kOpzioneStazione, "--stazione", "ai file GSI e CSV"},
+      {l.AltezzaStrumento.has_value(), kOpzioneStazione, "--hs", "ai file GSI e CSV"},
+      {l.CodiceStazioneGsi.has_value(), kOpzioneCodiceGsi, "--gsi-codice-stazione", "ai file GSI"},
+      {l.SegnalePersistente, kOpzioneSegnale, "--segnale-persistente", "ai file GSI"},
+      {l.IgnoraNonSupportati, kOpzioneIgnora, "--ignora-non-supportati", "ai file gkf"},
+  };
+  for (const auto& opzione : kOpzioni) {
+    if (!opzione.Data || (usate & opzione.Quale) != 0) continue;
+    diario.Avviso({opzione.Nome, 0, 0},
+                  {.Problema = "opzione senza effetto: serve solo " + std::string(opzione.Serve)});
+  }
+}
+
 class Importazione {
  public:
   explicit Importazione(const OpzioniImporta& opzioni) : O(opzioni) {}
@@ -88,6 +115,7 @@ class Importazione {
     RifiutaIngressoComeUscita(O);
     const Lettore* scelto = LettoreScelto(O);
     for (const std::string& file : O.File) Leggi(file, scelto);
+    AvvisaInutili(O, OpzioniUsate, Diario);
     if (!Diario.HaErrori()) RifiutaVuoto();
     if (Diario.HaErrori()) return Rinuncia();
     const std::optional<Rete> rete = PreparaRete(O, Unito, Resa, Diario);
@@ -124,6 +152,7 @@ class Importazione {
                                                    "traducono i titoli di una tabella CSV"});
       return;
     }
+    OpzioniUsate |= lettore->Opzioni;
     Resa.File.push_back({percorso, std::string(lettore->Descrizione)});
     lettore->Leggi(*testo, file, O.Lettura, parte, Diario);
     Unisci(Unito, std::move(parte), Diario);
@@ -145,6 +174,7 @@ class Importazione {
 
   const OpzioniImporta& O;
   Diagnostica Diario;
+  unsigned OpzioniUsate = 0;  // by the readers of the files
   Libretto Unito;
   Resoconto Resa;
 };

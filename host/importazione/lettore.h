@@ -10,6 +10,17 @@
 #include "host/importazione/libretto.h"
 #include "host/importazione/opzioni.h"
 
+// Options of a call that concern the reading of some formats only.
+enum OpzioneLettura : unsigned {
+  kOpzioneAngoli = 1,
+  kOpzioneAssi = 2,
+  kOpzioneMappa = 4,
+  kOpzioneStazione = 8,
+  kOpzioneCodiceGsi = 16,
+  kOpzioneSegnale = 32,
+  kOpzioneIgnora = 64,
+};
+
 // A reader gets the whole text of a file: UTF-8, without byte order mark and without the Ctrl-Z that
 // old programs leave at the end, line ends as they are (LF, CRLF or CR). It never throws on account
 // of what stands in the file: each fault becomes an error of the diagnostics with line and column,
@@ -18,6 +29,7 @@
 struct Lettore {
   std::string_view Nome;         // word for --formato
   std::string_view Descrizione;  // for the help, Italian
+  unsigned Opzioni;              // those of OpzioneLettura that it heeds, as bits
   bool (*Riconosce)(std::string_view testo);
   // file = name for positions; it lies in libretto.NomiFile.
   void (*Leggi)(std::string_view testo, std::string_view file, const OpzioniLettura& opzioni,

@@ -9,6 +9,7 @@
 #include <deque>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/modello.h"
@@ -60,6 +61,7 @@ struct Tralasciati {
   std::string Motivo;
   int Quanti = 0;
   int PrimaRiga = 0;
+  std::string_view File = {};  // of that line, once several books are joined
 };
 
 // Options that a file states for the whole network.
@@ -82,6 +84,7 @@ struct Libretto {
   std::vector<std::string> Note;     // notes of the surveyor that the file carries, UTF-8
   std::deque<std::string> NomiFile;  // positions point here
 
-  // Counts one more record that is not carried over.
-  void Tralascia(const std::string& genere, const std::string& motivo, int riga);
+  // Counts records that are not carried over; riga is the line of the first. file lies in NomiFile.
+  void Tralascia(const std::string& genere, const std::string& motivo, int riga, int quanti = 1,
+                 std::string_view file = {});
 };

@@ -19,22 +19,16 @@
 #include "host/importazione/lettore.h"
 #include "host/numeri.h"
 #include "host/riga_csv.h"
+#include "host/testi.h"
 
 namespace {
 
-constexpr std::string_view kBianchi = " \t";
 constexpr std::string_view kFineDati = "RELAZIONE TECNICA";
 constexpr std::string_view kServeIlPunto = "i decimali del libretto vogliono il punto";
 constexpr std::size_t kLunga = 4;          // numbers of an observation with zenith angle
 constexpr std::size_t kCorta = 2;          // numbers of one without
 constexpr std::size_t kCampiStazione = 3;  // name, height, note
 constexpr RegolaNumero kDistanzaLetta{"distanza", "m", 0.0};
-
-std::string_view SenzaBianchi(std::string_view testo) {
-  const std::size_t primo = testo.find_first_not_of(kBianchi);
-  if (primo == std::string_view::npos) return {};
-  return testo.substr(primo, testo.find_last_not_of(kBianchi) - primo + 1);
-}
 
 bool IniziaRiga(std::string_view linea) {
   return linea.size() > 1 && linea[0] >= '0' && linea[0] <= '9' && linea[1] == '|';
@@ -71,19 +65,18 @@ class LettoreLibretto {
       : Testo(testo), File(file), Opzioni(opzioni), L(libretto), Diario(diagnostica) {}
 
   void Leggi() {
-    for (std::size_t i = 0; i < Testo.size();) {
-      const std::size_t fine = std::min(Testo.find_first_of("\r\n", i), Testo.size());
-      ++Linea;
-      InizioLinea = i;
-      LeggiLinea(SenzaBianchi(Testo.substr(i, fine - i)));
-      i = fine + (Testo.compare(fine, 2, "\r\n") == 0 ? 2 : 1);
+    Righe righe(Testo);
+    RigaTesto riga;
+    while (righe.Prossima(riga)) {
+      Linea = riga.Numero;
+      InizioLinea = static_cast<std::size_t>(riga.Testo.data() - Testo.data());
+      LeggiLinea(SenzaBianchi(riga.Testo));
     }
     ChiudiRiga();
   }
 
  private:
   void LeggiLinea(std::string_view linea) {
-    if (linea.empty()) return;
     const bool inizia = IniziaRiga(linea);
     const bool commento = !inizia || linea[0] == '6';
     if (!Finito && commento && linea.find(kFineDati) != std::string_view::npos) {
@@ -395,9 +388,7 @@ class LettoreLibretto {
 };
 
 bool Riconosce(std::string_view testo) {
-  const std::size_t primo = testo.find_first_not_of(" \t\r\n");
-  if (primo == std::string_view::npos) return false;
-  const std::string_view inizio = testo.substr(primo, 2);
+  const std::string_view inizio = SenzaBianchi(testo, kBianchiEFini);
   return IniziaRiga(inizio) && std::string_view("0129").find(inizio[0]) != std::string_view::npos;
 }
 
@@ -409,4 +400,4 @@ void Leggi(std::string_view testo, std::string_view file, const OpzioniLettura& 
 }  // namespace
 
 const Lettore kLettoreCatasto = {"libretto", "libretto delle misure catastale (righe 0-9)",
-                                 Riconosce, Leggi};
+                                 kOpzioneAssi, Riconosce, Leggi};

@@ -8,19 +8,13 @@
 
 #include "host/campi.h"
 #include "host/codifica.h"
+#include "host/testi.h"
 #include "host/testo_file.h"
 
 namespace {
 
 constexpr std::uintmax_t kMassimoMappa = 1u << 20;  // [bytes]
-constexpr std::string_view kBianchi = " \t";
 constexpr std::string_view kVoluto = "colonna nostra = \"colonna della tabella\"";
-
-std::string_view SenzaBianchi(std::string_view testo) {
-  const std::size_t primo = testo.find_first_not_of(kBianchi);
-  if (primo == std::string_view::npos) return {};
-  return testo.substr(primo, testo.find_last_not_of(kBianchi) - primo + 1);
-}
 
 // A value, quoted or bare, with the comment after it left out; nothing if its quotes do not close
 // or something else follows them.
@@ -48,11 +42,11 @@ class LettoreMappa {
                std::span<const SinonimoCsv> sinonimi, Diagnostica& diagnostica)
       : File(file), Colonne(colonne), Sinonimi(sinonimi), Diario(diagnostica) {}
 
-  void LeggiRiga(std::string_view riga) {
-    ++Riga;
-    Testo = riga;
+  void LeggiRiga(const RigaTesto& letta) {
+    Riga = letta.Numero;
+    const std::string_view riga = Testo = letta.Testo;
     const std::string_view utile = SenzaBianchi(riga);
-    if (utile.empty() || utile.front() == '#' || utile.front() == '[') return;
+    if (utile.front() == '#' || utile.front() == '[') return;
     const std::size_t uguale = riga.find('=');
     if (uguale == std::string_view::npos)
       return Errore(utile, {.Trovato = Cita(utile), .Voluto = std::string(kVoluto)});
@@ -125,11 +119,9 @@ std::optional<std::vector<VoceMappa>> LeggiMappaCsv(const std::string& percorso,
       LeggiTesto(percorso, kMassimoMappa, {percorso, 0, 0}, "--mappa", diagnostica);
   if (!testo) return std::nullopt;
   LettoreMappa lettore(percorso, colonne, sinonimi, diagnostica);
-  for (std::size_t i = 0; i < testo->size();) {
-    const std::size_t fine = std::min(testo->find_first_of("\r\n", i), testo->size());
-    lettore.LeggiRiga(std::string_view(*testo).substr(i, fine - i));
-    i = fine + (testo->compare(fine, 2, "\r\n") == 0 ? 2 : 1);
-  }
+  Righe righe(*testo);
+  RigaTesto riga;
+  while (righe.Prossima(riga)) lettore.LeggiRiga(riga);
   lettore.Finisci();
   if (diagnostica.Errori() != errori) return std::nullopt;
   return std::move(lettore.Voci);

@@ -1,28 +1,10 @@
-// Lines, columns, set-ups and points of instrument memories.
+// Columns, set-ups and points of instrument memories.
 
 #include "host/importazione/raccolta.h"
 
 #include <algorithm>
 
 #include "host/codifica.h"
-
-bool Righe::Prossima(RigaTesto& riga) {
-  while (!Resto.empty()) {
-    const std::size_t fine = std::min(Resto.find_first_of("\r\n"), Resto.size());
-    riga.Testo = Resto.substr(0, fine);
-    riga.Numero = ++Numero;
-    Resto.remove_prefix(fine);
-    if (!Resto.empty()) Resto.remove_prefix(Resto.starts_with("\r\n") ? 2 : 1);
-    if (riga.Testo.find_first_not_of(" \t\x1A") != std::string_view::npos) return true;
-  }
-  return false;
-}
-
-std::string_view SenzaBianchi(std::string_view testo) {
-  const std::size_t primo = testo.find_first_not_of(' ');
-  if (primo == std::string_view::npos) return {};
-  return testo.substr(primo, testo.find_last_not_of(' ') - primo + 1);
-}
 
 std::size_t ByteDiCaratteri(std::string_view testo, int caratteri) {
   std::size_t byte = 0;

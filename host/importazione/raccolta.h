@@ -1,7 +1,7 @@
 #pragma once
 
-// What the readers of instrument memories share: lines, columns that count characters, and the
-// set-ups and points that go into the book.
+// What the readers of instrument memories share: columns that count characters, and the set-ups and
+// points that go into the book.
 
 #include <array>
 #include <cstddef>
@@ -11,29 +11,10 @@
 
 #include "host/diagnostica.h"
 #include "host/importazione/libretto.h"
+#include "host/testi.h"
 
 // International foot [m].
 inline constexpr double kPiede = 0.3048;
-
-struct RigaTesto {
-  std::string_view Testo;  // without its end
-  int Numero = 0;          // from 1
-};
-
-// The lines of a text that hold more than blanks; they end with LF, CRLF or CR.
-class Righe {
- public:
-  explicit Righe(std::string_view testo) : Resto(testo) {}
-  // Goes on to the next line; false at the end.
-  bool Prossima(RigaTesto& riga);
-
- private:
-  std::string_view Resto;
-  int Numero = 0;
-};
-
-// Without the blanks at both ends.
-std::string_view SenzaBianchi(std::string_view testo);
 
 // Bytes of the first characters of a UTF-8 text, at most of all.
 std::size_t ByteDiCaratteri(std::string_view testo, int caratteri);

@@ -11,6 +11,7 @@
 #include "host/codifica.h"
 #include "host/diagnostica.h"
 #include "host/numeri.h"
+#include "host/testi.h"
 #include "host/versione.h"
 
 namespace {
@@ -22,10 +23,6 @@ constexpr int kLarghezzaVoce = 16;  // of the words that begin a line of the sum
 constexpr int kLarghezzaNomi = 20;  // of a column of names, unless one is longer
 constexpr int kLarghezzaAngolo = 14;
 
-std::string Conta(std::size_t quanti, std::string_view uno, std::string_view molti) {
-  return std::to_string(quanti) + " " + std::string(quanti == 1 ? uno : molti);
-}
-
 std::string Elenco(const std::vector<std::string_view>& nomi) {
   std::string elenco;
   for (std::size_t i = 0; i < std::min(nomi.size(), kNomiElencati); ++i)
@@ -33,11 +30,6 @@ std::string Elenco(const std::vector<std::string_view>& nomi) {
   if (nomi.size() > kNomiElencati)
     elenco += " e altri " + std::to_string(nomi.size() - kNomiElencati);
   return elenco;
-}
-
-std::string ConSegno(double gon) {
-  const std::string testo = NumeroFisso(gon, kDecimaliGon);
-  return (testo.starts_with('-') ? "" : "+") + testo;
 }
 
 std::string Allineato(std::string testo, int larghezza, bool destra = false) {
@@ -98,18 +90,20 @@ std::vector<std::string> FrasiFacce(const EsitoFacce& facce) {
   return frasi;
 }
 
-std::string Frase(const Tralasciati& t) {
+// The file is named where there are several.
+std::string Frase(const Tralasciati& t, bool conFile) {
   std::string quanti = std::to_string(t.Quanti);
   if (t.PrimaRiga > 0)
     quanti +=
         std::string(t.Quanti == 1 ? ", riga " : ", dalla riga ") + std::to_string(t.PrimaRiga);
+  if (conFile) quanti += (t.PrimaRiga > 0 ? " di " : ", ") + Cita(t.File);
   return t.Genere + " (" + quanti + "): " + t.Motivo;
 }
 
-std::vector<std::string> FrasiEsclusi(const std::vector<Tralasciati>& esclusi) {
+std::vector<std::string> FrasiEsclusi(const Resoconto& resoconto) {
+  const bool piuFile = resoconto.File.size() > 1;
   std::vector<std::string> frasi;
-  frasi.reserve(esclusi.size());
-  for (const Tralasciati& t : esclusi) frasi.push_back(Frase(t));
+  for (const Tralasciati& t : resoconto.Esclusi) frasi.push_back(Frase(t, piuFile));
   return frasi;
 }
 
@@ -139,15 +133,14 @@ std::string FraseRuoli(const Rete& rete, std::string_view nome, int RuoliPunto::
 
 // How each of them was obtained stands in the file: a line a point is too long for a summary.
 std::vector<std::string> FrasiApprossimate(const EsitoApprossimate& esito) {
-  std::string quali;
+  if (esito.PuntiPla.empty() && esito.PuntiAlt.empty()) return {};
+  std::string frase = "calcolate";
   if (!esito.PuntiPla.empty())
-    quali = "le coordinate di " + Conta(esito.PuntiPla.size(), "punto", "punti");
-  if (!esito.PuntiAlt.empty()) {
-    quali += std::string(quali.empty() ? "" : " e ") + "la quota di " +
-             Conta(esito.PuntiAlt.size(), "punto", "punti");
-  }
-  if (quali.empty()) return {};
-  return {"calcolate " + quali + " (in testa al file è scritto come)"};
+    frase += " le coordinate di " + Conta(esito.PuntiPla.size(), "punto", "punti");
+  if (!esito.PuntiPla.empty() && !esito.PuntiAlt.empty()) frase += " e";
+  if (!esito.PuntiAlt.empty())
+    frase += " la quota di " + Conta(esito.PuntiAlt.size(), "punto", "punti");
+  return {frase + " (in testa al file è scritto come)"};
 }
 
 std::string FraseOsservazioni(const Rete& rete) {
@@ -216,7 +209,7 @@ IntestazioneToml Intestazione(const Resoconto& resoconto, const Rete& rete) {
     righe.push_back("  " + file.Nome + " (" + file.Formato + ")");
   AggiungiSezione(righe, "Assunto:", resoconto.Assunti);
   AggiungiSezione(righe, "Cerchi dello strumento:", FrasiFacce(resoconto.Facce));
-  AggiungiSezione(righe, "Tralasciato:", FrasiEsclusi(resoconto.Esclusi));
+  AggiungiSezione(righe, "Tralasciato:", FrasiEsclusi(resoconto));
   AggiungiSezione(
       righe, "Coordinate approssimate calcolate dalle osservazioni:", resoconto.Approssimate.Note);
   AggiungiSezione(righe, "Manca ancora:", CheCosaManca(rete, resoconto.Approssimate));
@@ -268,7 +261,7 @@ std::string SommarioImportazione(const Resoconto& resoconto, const Rete& rete,
   AggiungiVoce(testo, "Osservazioni:", {FraseOsservazioni(rete)});
   AggiungiVoce(testo, "Cerchi:", FrasiFacce(resoconto.Facce));
   AggiungiVoce(testo, "Assunto:", resoconto.Assunti);
-  AggiungiVoce(testo, "Tralasciato:", FrasiEsclusi(resoconto.Esclusi));
+  AggiungiVoce(testo, "Tralasciato:", FrasiEsclusi(resoconto));
   AggiungiVoce(testo, "Approssimate:", FrasiApprossimate(resoconto.Approssimate));
   std::vector<std::string> manca = CheCosaManca(rete, resoconto.Approssimate);
   if (manca.size() > kNomiElencati) {

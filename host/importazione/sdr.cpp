@@ -361,4 +361,4 @@ void Leggi(std::string_view testo, std::string_view file, const OpzioniLettura& 
 
 }  // namespace
 
-const Lettore kLettoreSdr = {"sdr", "SDR33 e SDR20", Riconosce, Leggi};
+const Lettore kLettoreSdr = {"sdr", "SDR33 e SDR20", 0, Riconosce, Leggi};

@@ -101,31 +101,24 @@ void Unisci(Libretto& unito, Libretto&& parte, Diagnostica& diagnostica) {
     for (BattutaLibretto& battuta : postazione.Battute) sposta(battuta.Dove);
     unito.Postazioni.push_back(std::move(postazione));
   }
-  for (const Tralasciati& t : parte.Esclusi) {
-    unito.Tralascia(t.Genere, t.Motivo, t.PrimaRiga);
-    const auto voce = std::find_if(unito.Esclusi.begin(), unito.Esclusi.end(), [&](const auto& e) {
-      return e.Genere == t.Genere && e.Motivo == t.Motivo;
-    });
-    voce->Quanti += t.Quanti - 1;
-  }
+  for (const Tralasciati& t : parte.Esclusi)
+    unito.Tralascia(t.Genere, t.Motivo, t.PrimaRiga, t.Quanti, NelLibretto(unito, file));
   for (std::string& nota : parte.Note) unito.Note.push_back(std::move(nota));
 }
 
-void UnisciPunti(Libretto& libretto, std::size_t tavola, Diagnostica& diagnostica) {
+void UnisciPunti(Libretto& libretto, Diagnostica& diagnostica) {
   std::unordered_map<std::string, std::size_t> indici;
   std::vector<PuntoLibretto> unici;
   unici.reserve(libretto.Punti.size());
-  for (std::size_t i = 0; i < libretto.Punti.size(); ++i) {
-    PuntoLibretto& punto = libretto.Punti[i];
+  for (PuntoLibretto& punto : libretto.Punti) {
     const auto [voce, nuovo] = indici.try_emplace(punto.Nome, unici.size());
     if (nuovo) {
       unici.push_back(std::move(punto));
       continue;
     }
     PuntoLibretto& primo = unici[voce->second];
-    const bool dallaTavola = i >= tavola;
-    if (!dallaTavola) AvvisaDivario(primo, punto, diagnostica);
-    if (dallaTavola || (Fisso(punto) && !Fisso(primo))) std::swap(primo, punto);
+    AvvisaDivario(primo, punto, diagnostica);
+    if (Fisso(punto) && !Fisso(primo)) std::swap(primo, punto);
     Integra(primo, punto);
   }
   libretto.Punti = std::move(unici);

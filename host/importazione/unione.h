@@ -2,8 +2,6 @@
 
 // Several books as one.
 
-#include <cstddef>
-
 #include "host/diagnostica.h"
 #include "host/importazione/libretto.h"
 
@@ -12,7 +10,6 @@
 void Unisci(Libretto& unito, Libretto&& parte, Diagnostica& diagnostica);
 
 // Leaves one record for each name among the points. Of records of the same point the first that
-// gives a value or a role counts, with a warning where another differs; but those from index tavola
-// on are of a table of coordinates and take the place of what stands before them. A point that one
-// record calls fixed keeps the coordinates of that record.
-void UnisciPunti(Libretto& libretto, std::size_t tavola, Diagnostica& diagnostica);
+// gives a value or a role counts, with a warning where another differs. A point that one record
+// calls fixed keeps the coordinates of that record.
+void UnisciPunti(Libretto& libretto, Diagnostica& diagnostica);

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "host/campi.h"
+#include "host/importazione/angoli.h"
 #include "host/numeri.h"
 
 namespace {
@@ -21,8 +22,7 @@ void Controlla(std::optional<double>& valore, const RegolaNumero& regola, const 
 
 void PortaNelGiro(std::optional<double>& direzione) {
   if (!direzione || !std::isfinite(*direzione) || Ammesso(kDirezione, *direzione)) return;
-  const double resto = std::fmod(*direzione, kGiroGon);
-  direzione = resto < 0.0 ? resto + kGiroGon : resto;
+  direzione = NelGiro(*direzione);
 }
 
 }  // namespace

@@ -17,6 +17,13 @@
 namespace {
 
 constexpr double kVolteMediana = 6.0;   // misses beyond this many medians are reported
+// Approximations far from the fixed points are worth less than the median says: in a network of many
+// sights the limit is this many times what one sight in two hundred exceeds, within bounds, because
+// with many slips it would be they that exceed it.
+constexpr std::size_t kVisualiMolte = 1000;
+constexpr double kParteCoda = 0.005;
+constexpr double kVolteCoda = 3.0;
+constexpr double kCodaMassima = 10.0;   // times the limit that the median gives
 constexpr double kScartoMinimo = 0.05;  // of a sight with an approximate end [m]
 constexpr double kAngoloMinimo = 0.05;  // and of its direction [gon]
 constexpr double kScalaIncerta = 4e-6;  // of a distance reduced to the map
@@ -137,8 +144,16 @@ void Esame::TaraLimiti() {
     for (const double x : {Scarti[i].Trasversale, Scarti[i].Longitudinale})
       if (x == x) lunghezze.push_back(std::abs(x));
   }
+  double coda = 0.0;
+  if (lunghezze.size() >= kVisualiMolte) {
+    const auto n = static_cast<double>(lunghezze.size());
+    const auto posto = lunghezze.begin() + static_cast<std::ptrdiff_t>(n * (1.0 - kParteCoda));
+    std::nth_element(lunghezze.begin(), posto, lunghezze.end());
+    coda = kVolteCoda * *posto;
+  }
   const double mediana = lunghezze.empty() ? 0.0 : Mediana(std::move(lunghezze));
   Generale = std::max(kScartoMinimo, kVolteMediana * Sigma * mediana);
+  Generale = std::max(Generale, std::min(coda, kCodaMassima * Generale));
 }
 
 // The orientation has an error of its own where few sights give it.

@@ -16,6 +16,7 @@
 #include "host/file_sicuro.h"
 #include "host/lettura_rete.h"
 #include "host/numeri.h"
+#include "host/testi.h"
 #include "host/verifica/connessione.h"
 #include "host/verifica/rilievi.h"
 
@@ -36,17 +37,13 @@ std::string Riga(std::string_view etichetta, const std::string& testo) {
   return riga + testo + "\n";
 }
 
-std::string Quanti(int n, std::string_view uno, std::string_view molti) {
-  return std::to_string(n) + " " + std::string(n == 1 ? uno : molti);
-}
-
 std::string Ruoli(const Rete& rete, int RuoliPunto::*quale) {
   std::array<int, 3> conteggi{};
   for (const RuoliPunto& r : rete.RuoliIniziali)
     if (r.*quale >= 0 && r.*quale < 3) ++conteggi[static_cast<std::size_t>(r.*quale)];
-  return Quanti(conteggi[kFisso], "fisso", "fissi") + ", " +
-         Quanti(conteggi[kIncognito], "incognito", "incogniti") + ", " +
-         Quanti(conteggi[kNonUsato], "escluso", "esclusi");
+  return Conta(conteggi[kFisso], "fisso", "fissi") + ", " +
+         Conta(conteggi[kIncognito], "incognito", "incogniti") + ", " +
+         Conta(conteggi[kNonUsato], "escluso", "esclusi");
 }
 
 std::string Stazioni(const Rete& rete) {
@@ -83,8 +80,8 @@ std::string Osservazioni(const Rete& rete) {
         ++perTipo[static_cast<std::size_t>(tipo - kTipiDistanza.begin())];
     }
   std::string testo = std::to_string(osservazioni) + ": " +
-                      Quanti(direzioni, "direzione", "direzioni") + ", " + std::to_string(zenit) +
-                      " zenit, " + Quanti(distanze, "distanza", "distanze");
+                      Conta(direzioni, "direzione", "direzioni") + ", " + std::to_string(zenit) +
+                      " zenit, " + Conta(distanze, "distanza", "distanze");
   std::string tipi;
   for (std::size_t t = 0; t < perTipo.size(); ++t) {
     if (perTipo[t] == 0) continue;
@@ -102,16 +99,16 @@ std::string TestoCollegamento(const Collegamento& c) {
   std::string testo = c.Gruppi.size() == 1
                           ? "tutti i punti collegati"
                           : std::to_string(c.Gruppi.size()) + " gruppi di punti separati";
-  return testo + "; " + Quanti(c.Equazioni, "equazione", "equazioni") + ", " +
-         Quanti(c.Incognite, "incognita", "incognite") + ", " +
-         Quanti(c.GradiLiberta(), "grado", "gradi") + " di libertà";
+  return testo + "; " + Conta(c.Equazioni, "equazione", "equazioni") + ", " +
+         Conta(c.Incognite, "incognita", "incognite") + ", " +
+         Conta(c.GradiLiberta(), "grado", "gradi") + " di libertà";
 }
 
 std::string TestoChiusure(const ChiusureControllate& c) {
   constexpr int kDecimali = 4;
-  std::string testo = Quanti(c.Distanze, "distanza", "distanze") + " e " +
-                      Quanti(c.Dislivelli, "dislivello", "dislivelli") + " nei due versi, " +
-                      Quanti(c.Triangoli, "triangolo", "triangoli");
+  std::string testo = Conta(c.Distanze, "distanza", "distanze") + " e " +
+                      Conta(c.Dislivelli, "dislivello", "dislivelli") + " nei due versi, " +
+                      Conta(c.Triangoli, "triangolo", "triangoli");
   if (c.Triangoli > 0)
     testo += " (s.q.m. di un angolo secondo Ferrero " + NumeroFisso(c.Ferrero, kDecimali) + " gon)";
   return testo;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <random>
 #include <sstream>
 
 #include "host/approssimate/approssimate.h"
@@ -152,6 +153,68 @@ TEST(Approssimate, GliEsempiTornano) {
       if (quota > 0) EXPECT_NEAR(p.Quota, atteso.Quota, 1e-3);
     }
   }
+}
+
+// Twelve points at random in a square of 600 m, set-ups that see some of them, and some of them
+// without coordinates: what is found is where it is, and of every other point it is said why not.
+TEST(Approssimate, RetiACaso) {
+  constexpr int kPuntiACaso = 12;
+  std::size_t trovati = 0, mancati = 0;
+  for (unsigned seme = 0; seme < 400; ++seme) {
+    SCOPED_TRACE(seme);
+    std::mt19937 motore(seme);
+    const auto caso = [&](double massimo) { return massimo * double(motore()) / 4294967296.0; };
+    const auto capita = [&](double parte) { return caso(1) < parte; };
+    Rete rete;
+    rete.Opzioni.TipoCalcolo = kCalcoloPlanimetria | kCalcoloAltimetria;
+    std::vector<TCoorCr> veri;
+    const double noti = 0.25 + caso(0.6);
+    for (int i = 0; i < kPuntiACaso; ++i) {
+      veri.push_back({"", 1000 + caso(600), 5000 + caso(600), 100 + caso(40)});
+      const int ruolo = capita(0.5) ? kFisso : kIncognito;
+      rete.Punti.push_back(veri.back());
+      rete.Nomi.push_back("P" + std::to_string(i));
+      rete.RuoliIniziali.push_back({ruolo, ruolo});
+      if (ruolo == kIncognito && !capita(noti)) rete.Punti[i].Est = rete.Punti[i].Nord = kNo;
+      if (ruolo == kIncognito && !capita(noti)) rete.Punti[i].Quota = kNo;
+    }
+    const double distanze = caso(1), direzioni = 0.5 + caso(0.5), visti = 0.1 + caso(0.5);
+    for (int da = 0; da < kPuntiACaso; ++da) {
+      if (!capita(0.6)) continue;
+      const double zero = caso(400), hs = 1.4 + caso(0.4);
+      rete.Stazioni.push_back({{}, da, hs, 1, 0, 0, {}});
+      rete.Osservazioni.emplace_back();
+      for (int a = 0; a < kPuntiACaso; ++a) {
+        if (a == da || !capita(visti)) continue;
+        const double dE = veri[a].Est - veri[da].Est, dN = veri[a].Nord - veri[da].Nord;
+        const double D = std::hypot(dE, dN), dh = veri[a].Quota + 1.5 - veri[da].Quota - hs;
+        TOssCr o{{}, a, kNo, kNo, 1.5, kNo, kInclinata};
+        if (capita(direzioni)) o.Direzione = std::fmod(std::atan2(dE, dN) / kGon - zero + 800, 400);
+        if (capita(distanze)) o.Zenit = std::atan2(D, dh) / kGon, o.Distanza = std::hypot(D, dh);
+        rete.Osservazioni.back().push_back(o);
+      }
+    }
+    for (std::size_t s = 0; s < rete.Stazioni.size(); ++s)
+      rete.Stazioni[s].Osservazioni = rete.Osservazioni[s];
+    const std::vector<TCoorCr> dati = rete.Punti;
+    const EsitoApprossimate esito = CalcolaApprossimate(rete);
+    std::string testo;
+    for (const auto& righe : {esito.Note, esito.NonRaggiunti})
+      for (const std::string& riga : righe) testo += riga + "\n";
+    for (int i = 0; i < kPuntiACaso; ++i) {
+      const TCoorCr &p = rete.Punti[i], &vero = veri[i];
+      const bool conPianta = Assegnato(p.Est) && Assegnato(p.Nord), conQuota = Assegnato(p.Quota);
+      EXPECT_TRUE(!conPianta || std::hypot(p.Est - vero.Est, p.Nord - vero.Nord) < 1e-3) << testo;
+      EXPECT_TRUE(!conQuota || std::abs(p.Quota - vero.Quota) < 1e-6) << testo;
+      const std::string senza = "punto \"" + rete.Nomi[i] + "\" senza ";
+      EXPECT_EQ(testo.find(senza + "coordinate: ") != testo.npos, !conPianta) << testo;
+      EXPECT_EQ(testo.find(senza + "quota: ") != testo.npos, !conQuota) << testo;
+      trovati += conPianta && !Assegnato(dati[i].Est) ? 1 : 0;
+      mancati += conPianta ? 0 : 1;
+    }
+  }
+  EXPECT_GT(trovati, 400U);  // of 4800 points; both outcomes are put to the test
+  EXPECT_GT(mancati, 200U);
 }
 
 }  // namespace

@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <cmath>
 #include <filesystem>
+#include <functional>
 
 #include "host/approssimate/approssimate.h"
 #include "host/lettura_rete.h"
@@ -17,7 +19,7 @@ namespace {
 using Mano = void (*)(Rete&);
 
 // The findings on an example after a slip of the hand, one a line.
-std::string Trova(const char* nome, Mano guasta) {
+std::string Trova(const char* nome, const std::function<void(Rete&)>& guasta) {
   Diagnostica lettura, diario;
   Rete r = *LeggiRete(std::string(CARTELLA_ESEMPI "/") + nome + ".toml", lettura);
   guasta(r);
@@ -60,6 +62,32 @@ TEST(Verifica, OgniSvista) {
     const std::string testo = Trova(nome, guasta);
     EXPECT_NE(testo.find(atteso), std::string::npos) << atteso << "\n" << testo;
     EXPECT_LE(std::count(testo.begin(), testo.end(), '\n'), 15) << testo;
+  }
+}
+
+// Whatever sight of a network the slip is in, its line is named, and few others are.
+TEST(Verifica, OgniVisualeConUnaSvista) {
+  using Svista = void (*)(TOssCr&);
+  const Svista kTutte[] = {[](TOssCr& o) { o.Distanza += 100; },
+                           [](TOssCr& o) { o.Direzione = std::fmod(o.Direzione + 200, 400); },
+                           [](TOssCr& o) { o.Direzione = std::fmod(o.Direzione + 10, 400); },
+                           [](TOssCr& o) { o.Zenit = 400 - o.Zenit; }};
+  for (const char* nome : {kLocale, kCarta}) {
+    Diagnostica lettura;
+    const Rete esempio = *LeggiRete(std::string(CARTELLA_ESEMPI "/") + nome + ".toml", lettura);
+    for (std::size_t s = 0; s < esempio.Stazioni.size(); ++s)
+      for (std::size_t i = 0; i < esempio.Osservazioni[s].size(); ++i)
+        for (const Svista& svista : kTutte) {
+          const TOssCr& buona = esempio.Osservazioni[s][i];
+          if (!Assegnato(buona.Direzione) || !Assegnato(buona.Zenit) || !Assegnato(buona.Distanza))
+            continue;
+          const std::string testo =
+              Trova(nome, [&](Rete& r) { svista(r.Osservazioni[s][i]); });
+          const int riga = esempio.PosizioniOsservazioni[s][i].Riga;
+          const std::string dove = ".toml:" + std::to_string(riga) + ":";
+          EXPECT_NE(testo.find(dove), testo.npos) << dove << &svista - kTutte << "\n" << testo;
+          EXPECT_LE(std::count(testo.begin(), testo.end(), '\n'), 15) << testo;
+        }
   }
 }
 
