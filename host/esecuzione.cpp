@@ -4,11 +4,10 @@
 
 #include "host/esecuzione.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <exception>
+#include <filesystem>
 #include <new>
 #include <optional>
 #include <string>
@@ -30,6 +29,8 @@
 #include "host/nomi_uscite.h"
 #include "host/numeri.h"
 #include "host/opzioni_programma.h"
+#include "host/percorsi.h"
+#include "host/piattaforma/piattaforma.h"
 #include "host/rapporto.h"
 #include "host/scrittura_uscite.h"
 #include "host/sommario.h"
@@ -84,7 +85,7 @@ EsitoApprossimate Approssima(Rete& rete, const std::string& file, bool quieto) {
 }
 
 void ScriviSommario(const Risultati& risultati, const std::vector<std::string>& scritti) {
-  const bool colori = ColoriSu(STDERR_FILENO);
+  const bool colori = ColoriSu(kErroriStandard);
   std::string sommario;
   bool esito = true;  // the first line, whose words are coloured
   for (const std::string& riga : RigheSommario(risultati))
@@ -96,7 +97,7 @@ void ScriviSommario(const Risultati& risultati, const std::vector<std::string>& 
 // The run over one network. Throws what goes wrong with its files and its memory.
 Stato CompensaRete(const Argomenti& a, const std::string& file, EsitoRete& esito) {
   Diagnostica lettura;
-  std::optional<Rete> rete = LeggiRete(file, lettura);
+  std::optional<Rete> rete = LeggiRete(PercorsoDa(file), lettura);
   if (!rete || !a.Quieto) MostraMessaggi(lettura);
   if (!rete) return kStatoRete;
   std::vector<Destinazione> destinazioni = Destinazioni(a, file);
@@ -144,7 +145,7 @@ Stato ConMessaggi(Esecuzione esegui) {
     ScriviErrore(errore.what());
     return kStatoUscita;
   } catch (const std::bad_alloc&) {
-    ScriviErrori("compensa: errore: memoria insufficiente\n");
+    ScriviErrori(kMemoriaInsufficiente);
     return kStatoUscita;
   } catch (const std::exception& errore) {
     ScriviErrore(std::string("interno al programma: ") + errore.what());
@@ -165,12 +166,12 @@ void RifiutaTabelleAltrui(const Argomenti& a) {
   std::vector<Destinazione> presenti;  // outputs that replace something
   for (const std::string& rete : a.Reti)
     for (Destinazione& destinazione : Destinazioni(a, rete))
-      if (access(destinazione.Percorso.c_str(), F_OK) == 0)
+      if (std::error_code guasto; exists(PercorsoDa(destinazione.Percorso), guasto))
         presenti.push_back(std::move(destinazione));
   if (presenti.empty()) return;
   for (const std::string& file : a.Reti) {
     Diagnostica diagnostica;
-    const std::optional<Rete> rete = LeggiRete(file, diagnostica);
+    const std::optional<Rete> rete = LeggiRete(PercorsoDa(file), diagnostica);
     if (rete) RifiutaIngressi(presenti, rete->NomiFile);
   }
 }
@@ -188,7 +189,7 @@ Stato EseguiReti(const Argomenti& a) {
     esiti.push_back(std::move(esito));
   }
   if (!a.Quieto) ScriviErrori("\n");
-  ScriviTesto(TabellaReti(esiti, ColoriSu(STDOUT_FILENO)));
+  ScriviTesto(TabellaReti(esiti, ColoriSu(kUscitaStandard)));
   return peggiore;
 }
 

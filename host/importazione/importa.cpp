@@ -24,6 +24,8 @@
 #include "host/importazione/scrittura_toml.h"
 #include "host/importazione/sqm_libretto.h"
 #include "host/importazione/unione.h"
+#include "host/percorsi.h"
+#include "host/piattaforma/piattaforma.h"
 #include "host/suggerimenti.h"
 #include "host/terminale.h"
 #include "host/testo_file.h"
@@ -42,7 +44,7 @@ void RifiutaIngressoComeUscita(const OpzioniImporta& o) {
   if (UscitaStandard(o.Uscita)) return;
   const auto rifiuta = [&](const std::string& ingresso) {
     std::error_code guasto;  // a file that does not exist yet is no input
-    if (std::filesystem::equivalent(o.Uscita, ingresso, guasto))
+    if (std::filesystem::equivalent(PercorsoDa(o.Uscita), PercorsoDa(ingresso), guasto))
       throw ErroreUso("l'uscita " + Cita(o.Uscita) +
                       " è un file da importare: non viene sovrascritto");
   };
@@ -112,7 +114,7 @@ class Importazione {
     const std::string_view file = parte.NomiFile.emplace_back(percorso);
     Diario.NominaFile(file);
     const std::optional<std::string> testo =
-        LeggiTesto(percorso, kMassimoFile, {file, 0, 0}, "", Diario);
+        LeggiTesto(PercorsoDa(percorso), kMassimoFile, {file, 0, 0}, "", Diario);
     if (!testo) return;
     if (lettore == nullptr) lettore = RiconosciFormato(*testo);
     if (lettore == nullptr) {
@@ -135,7 +137,7 @@ class Importazione {
   void Scrivi(const Rete& rete) {
     const std::time_t ora = std::time(nullptr);
     std::tm locale{};
-    localtime_r(&ora, &locale);
+    OraLocale(ora, locale);
     const auto dueCifre = [](int n) { return (n < 10 ? "0" : "") + std::to_string(n); };
     Resa.Data = dueCifre(locale.tm_mday) + "/" + dueCifre(locale.tm_mon + 1) + "/" +
                 std::to_string(locale.tm_year + kAnnoZero);
