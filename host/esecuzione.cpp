@@ -130,11 +130,14 @@ Stato CompensaRete(const Argomenti& a, const std::string& file, EsitoRete& esito
   return TutteRiuscite(risultati) ? kStatoRiuscito : kStatoNonCompensata;
 }
 
-// Calls esegui and turns what it throws into a message and a status.
+// Calls esegui and turns what it throws into a message and a status; throws std::bad_alloc, also
+// when the memory is not even enough for the message.
 template <class Esecuzione>
-Stato ConMessaggi(Esecuzione esegui) {
+Stato ConMotivi(Esecuzione esegui) {
   try {
     return esegui();
+  } catch (const std::bad_alloc&) {
+    throw;
   } catch (const ErroreUso& errore) {
     ScriviErrore(errore.what());
     return kStatoUso;
@@ -144,15 +147,22 @@ Stato ConMessaggi(Esecuzione esegui) {
   } catch (const ErroreMemoria& errore) {
     ScriviErrore(errore.what());
     return kStatoUscita;
-  } catch (const std::bad_alloc&) {
-    ScriviErrori(kMemoriaInsufficiente);
-    return kStatoUscita;
   } catch (const std::exception& errore) {
     ScriviErrore(std::string("interno al programma: ") + errore.what());
     return kStatoInterno;
   } catch (...) {
     ScriviErrore("interno al programma");
     return kStatoInterno;
+  }
+}
+
+template <class Esecuzione>
+Stato ConMessaggi(Esecuzione esegui) {
+  try {
+    return ConMotivi(esegui);
+  } catch (const std::bad_alloc&) {
+    ScriviErrori(kMemoriaInsufficiente);
+    return kStatoUscita;
   }
 }
 
@@ -217,13 +227,15 @@ Stato Esegui(const Argomenti& a) {
 }
 
 int Programma(int argc, const char* const* argv) {
-  const Stato stato = ConMessaggi([&] {
-    const Richiesta richiesta = LeggiRigaComando(argc, argv);
-    return std::visit([](const auto& cosa) { return Esegui(cosa); }, richiesta);
+  return ConMessaggi([&] {
+    const Stato stato = ConMotivi([&] {
+      const Richiesta richiesta = LeggiRigaComando(argc, argv);
+      return std::visit([](const auto& cosa) { return Esegui(cosa); }, richiesta);
+    });
+    if (stato == kStatoUso) {
+      const std::string nome(argc > 1 ? ComandoDi(argv[1]).Nome : "");
+      ScriviErrori("Per l'uso: compensa " + nome + (nome.empty() ? "" : " ") + "--aiuto\n");
+    }
+    return stato;
   });
-  if (stato == kStatoUso) {
-    const std::string nome(argc > 1 ? ComandoDi(argv[1]).Nome : "");
-    ScriviErrori("Per l'uso: compensa " + nome + (nome.empty() ? "" : " ") + "--aiuto\n");
-  }
-  return stato;
 }

@@ -1,0 +1,267 @@
+// What happens outside the network: no memory, no room on the disk, folders that vanish, signals.
+// In every case the status tells, no temporary file stays, and every output is what it was before or
+// all of the new one.
+
+#include <gtest/gtest.h>
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <new>
+#include <set>
+#include <thread>
+
+#include "host/esecuzione.h"
+#include "rete_prova.h"
+
+namespace {
+
+// Allocations until one fails; that one alone, or all from there on. 0 = none fails.
+long mancano = 0;
+bool finita = false;
+
+void* Alloca(std::size_t byte, std::size_t allineamento) {
+  if (mancano > 0 && --mancano == 0) {
+    if (finita) mancano = 1;
+    throw std::bad_alloc();
+  }
+  void* dove = nullptr;
+  if (posix_memalign(&dove, std::max(allineamento, sizeof(void*)), byte + 1) != 0)
+    throw std::bad_alloc();
+  return dove;
+}
+
+}  // namespace
+
+void* operator new(std::size_t byte) { return Alloca(byte, alignof(std::max_align_t)); }
+void* operator new(std::size_t byte, std::align_val_t a) {
+  return Alloca(byte, static_cast<std::size_t>(a));
+}
+void operator delete(void* p) noexcept { std::free(p); }
+void operator delete(void* p, std::size_t) noexcept { std::free(p); }
+void operator delete(void* p, std::align_val_t) noexcept { std::free(p); }
+void operator delete(void* p, std::size_t, std::align_val_t) noexcept { std::free(p); }
+
+namespace {
+
+namespace fs = std::filesystem;
+using Uscita = std::tuple<int, std::string, std::string>;  // status and the two outputs
+
+#ifdef __SANITIZE_ADDRESS__
+constexpr bool kSanitizzatore = true;  // takes the whole address space for itself
+#else
+constexpr bool kSanitizzatore = false;
+#endif
+
+class Guasti : public testing::Test {
+ protected:
+  Guasti() {
+    fs::copy(CARTELLA_ESEMPI, Luogo, fs::copy_options::recursive);
+    setenv("SOURCE_DATE_EPOCH", "1700000000", 1);
+  }
+  ~Guasti() override { fs::remove_all(Luogo); }
+
+  // A shell command in the folder of the test, where the examples are; $C is the program, $S a
+  // program that writes a synthetic network.
+  Uscita Esegui(const std::string& comando) const {
+    const std::string intero = "cd '" + Luogo.string() + "' && C='" COMPENSA "' S='" SCRIVI_RETE
+                               "' && { " + comando + "\n} > uscita.out 2> uscita.err";
+    const int stato = std::system(intero.c_str());
+    return {WIFEXITED(stato) ? WEXITSTATUS(stato) : -1, LeggiFile(Luogo / "uscita.out"),
+            LeggiFile(Luogo / "uscita.err")};
+  }
+
+  std::set<std::string> Nomi() const {
+    std::set<std::string> nomi;
+    for (const auto& voce : fs::recursive_directory_iterator(Luogo))
+      nomi.insert(voce.path().filename().string());
+    return nomi;
+  }
+
+  bool Temporanei() const {
+    for (const std::string& nome : Nomi())
+      if (nome.starts_with(".compensa-")) return true;
+    return false;
+  }
+
+  const fs::path Luogo = fs::temp_directory_path() / ("compensa-guasti-" + std::to_string(getpid()));
+};
+
+// --- memory
+
+// The whole program in this process, its standard streams into a file.
+std::pair<int, std::string> Chiama(std::vector<const char*> parole, long quale, bool tutte) {
+  const int tenuti[] = {dup(1), dup(2)};
+  const int registro = open("registro", O_RDWR | O_CREAT | O_TRUNC | O_APPEND, 0600);
+  for (const int i : {1, 2}) dup2(registro, i);
+  finita = tutte;
+  mancano = quale;
+  const int stato = Programma(static_cast<int>(parole.size()), parole.data());
+  mancano = 0;
+  for (const int i : {1, 2}) dup2(tenuti[i - 1], i);
+  for (const int descrittore : {tenuti[0], tenuti[1], registro}) close(descrittore);
+  return {stato, LeggiFile("registro")};
+}
+
+TEST_F(Guasti, OgniAllocazione) {
+  const std::vector<const char*> kRighe[] = {
+      {"compensa", "zeman.toml", "-o", "u/r.txt", "--html", "u/", "--csv", "u/", "--dxf", "u/",
+       "--gpkg", "u/", "--gkf", "u/", "--json", "u/"},
+      {"compensa", "zeman.toml", "stazione_libera.toml", "-q", "-o", "u/", "--json", "u/"},
+      {"compensa", "importa", "zeman.gkf", "-o", "u/r.toml"},
+      {"compensa", "verifica", "zeman.toml", "stazione_libera.toml"},
+      {"compensa", "genera", "man1"},
+      {"compensa", "--aiuto"}};
+  ASSERT_EQ(std::get<0>(Esegui("$C zeman.toml -q --gkf && mkdir u")), 0);
+  fs::current_path(Luogo);
+  for (const auto& riga : kRighe)
+    for (const bool tutte : {false, true}) {
+      int stato = -1;
+      for (long n = 1; stato != 0; n += 1 + n / (kSanitizzatore ? 4 : 12)) {
+        SCOPED_TRACE(testing::Message() << riga[1] << ", allocation " << n << (tutte ? " on" : ""));
+        fs::remove_all("u");
+        fs::create_directory("u");
+        std::string messaggi;
+        std::tie(stato, messaggi) = Chiama(riga, n, tutte);
+        if (stato == 0 || (!tutte && mancano > 0)) break;
+        ASSERT_EQ(stato, 4) << messaggi;
+        EXPECT_NE(messaggi.find("memoria insufficiente"), messaggi.npos) << messaggi;
+        // With several networks one of them can have come through.
+        EXPECT_TRUE(fs::is_empty("u") || riga[2][0] == 's') << *fs::directory_iterator("u");
+        EXPECT_FALSE(Temporanei());
+      }
+    }
+  fs::current_path("/");
+}
+
+TEST_F(Guasti, LimitiDiMemoria) {
+  if (kSanitizzatore) GTEST_SKIP() << "takes the whole address space for itself";
+  ASSERT_EQ(std::get<0>(Esegui("$S 600 g")), 0);
+  int falliti = 0;
+  for (int kb = 1 << 13, stato = -1; stato != 0; kb += kb / 40) {
+    const std::string limite = "ulimit -v " + std::to_string(kb) + "; ";
+    if (std::get<0>(Esegui(limite + "$C --versione")) != 0) continue;  // the loader needs that much
+    SCOPED_TRACE(limite);
+    std::string messaggi;
+    std::tie(stato, std::ignore, messaggi) =
+        Esegui(limite + "mkdir -p u; $C g/rete.toml -q -o u/r.txt --html u/ --gpkg u/ --json u/");
+    if (stato == 0) break;
+    ++falliti;
+    EXPECT_EQ(stato, 4) << messaggi;
+    EXPECT_NE(messaggi.find("memoria insufficiente"), messaggi.npos) << messaggi;
+    ASSERT_TRUE(fs::is_empty(Luogo / "u"));
+  }
+  EXPECT_GT(falliti, 3);
+}
+
+// --- disks and folders
+
+const struct CasoDisco {
+  const char* Comando;
+  int Stato;
+  const char *Testo, *Errori;  // a piece of each; empty = nothing at all is written
+} kDischi[] = {
+    {"ulimit -f 8; $C zeman.toml -q -o u/r.txt; ls -A u", 0, "", "supera la grandezza"},
+    {"ulimit -f 8; $C zeman.toml -q --html u/", 4, "", "supera la grandezza"},
+    {"ulimit -f 8; $C zeman.toml -q --csv u/", 4, "", "zeman.punti.csv\": il file supera"},
+    {"ulimit -f 8; $C zeman.toml -q --dxf u/", 4, "", "supera la grandezza"},
+    {"ulimit -f 8; $C zeman.toml -q --gpkg u/", 4, "", "supera la grandezza"},
+    {"ulimit -f 8; $C zeman.toml -q --gkf u/", 4, "", "supera la grandezza"},
+    {"ulimit -f 8; $C zeman.toml -q --json u/", 4, "", "supera la grandezza"},
+    {"ulimit -f 8; $C importa zeman.gkf -o u/r.toml", 4, "", "supera la grandezza"},
+    {"echo vecchio > u/zeman.json; ulimit -f 250; $C zeman.toml -q -o u/ --json u/ --dxf u/; ls u; "
+     "cat u/*",
+     0, "zeman.json\nvecchio\n", "zeman.dxf\": il file supera"},
+    {"ulimit -f 20; $C zeman.toml stazione_libera.toml -q -o u/", 4, "stazione_libera.toml", "supera"},
+    {"$C zeman.toml -q -o u/r.txt --json /dev/full; ls -A u", 0, "", "\"/dev/full\": spazio esaurito"},
+    {"$C zeman.toml -q -o u/r.txt --json - > /dev/full; cmp u/r.txt zeman.rapporto.txt && echo r", 0,
+     "r\n", "l'uscita standard: spazio esaurito"},
+    {"$C verifica zeman.toml > /dev/full", 4, "", "l'uscita standard: spazio esaurito"},
+    {"$C zeman.toml -o u/r.txt 2> /dev/full; cmp u/r.txt zeman.rapporto.txt", 0, "", ""},
+    {"unshare -rm true || { echo pieno; echo spazio esaurito >&2; exit 0; }\n"
+     "unshare -rm sh -c 'mount -t tmpfs -o size=64k t u; \"$0\" zeman.toml -q -o u/r.txt --csv u/ "
+     "--html u/; echo $?; ls -A u; echo pieno' \"$C\"",
+     0, "pieno\n", "spazio esaurito"},
+    // Between the opening of the outputs and their names: a pipe that nobody reads yet.
+    {"mkfifo p; $C zeman.toml -q -o u/r.txt --json p & until ls u/.comp* 2> n; do sleep 0.01; done\n"
+     "rm -r u; mkdir u; cat p > n; wait $!; echo $?; ls -A u",
+     0, "4\n", "non si può scrivere \"u/r.txt\": la cartella non esiste"},
+    {"mkfifo p; $C zeman.toml -q -o u/r.txt --json p & until ls u/.comp* 2> n; do sleep 0.01; done\n"
+     "mkdir u/r.txt; cat p > n; wait $!; echo $?; ls -A u",
+     0, "4\nr.txt\n", "non si può scrivere \"u/r.txt\": è una cartella"},
+    {"mkfifo p; $C zeman.toml -q -o u/r.txt --json p & until ls u/.comp* 2> n; do sleep 0.01; done\n"
+     "head -c 9 p > n; wait $!; echo $?; ls -A u",
+     0, "4\n", ""},
+    {"mkfifo p; $C zeman.toml -o u/r.txt --json p & until ls u/.comp* 2> n; do sleep 0.01; done\n"
+     "kill -HUP $!; { wait $!; } 2> n; echo $?; ls -A u",
+     0, "129\n", ""},
+    {"rm zeman_punti.csv; mkfifo zeman_punti.csv; : > zeman_punti.csv & $C zeman.toml -q -o u/r.txt",
+     3, "", "zeman_punti.csv"},
+    {"rm zeman_punti.csv; $C zeman.toml -q -o u/r.txt", 3, "", "\"zeman_punti.csv\" non esiste"},
+};
+
+TEST_F(Guasti, DischiECartelle) {
+  ASSERT_EQ(std::get<0>(Esegui("$C zeman.toml -q --gkf")), 0);
+  for (const CasoDisco& caso : kDischi) {
+    SCOPED_TRACE(caso.Comando);
+    const auto [stato, testo, errori] =
+        Esegui(std::string("rm -rf u p *.csv; mkdir u; cp '" CARTELLA_ESEMPI "/'*.csv .; ") +
+               caso.Comando);
+    EXPECT_EQ(stato, caso.Stato);
+    EXPECT_FALSE(Temporanei());
+    EXPECT_TRUE(*caso.Testo != '\0' ? testo.find(caso.Testo) != testo.npos : testo.empty()) << testo;
+    EXPECT_TRUE(*caso.Errori != '\0' ? errori.find(caso.Errori) != errori.npos : errori.empty())
+        << errori;
+  }
+}
+
+// --- signals
+
+TEST_F(Guasti, SegnaliInOgniMomento) {
+  using Orologio = std::chrono::steady_clock;
+  constexpr int kVolte = 48;
+  constexpr int kSegnali[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE};
+  const char* const kUscite[] = {"u/rete.txt", "u/rete.html", "u/rete.json", "u/rete.dxf"};
+  const std::string comando = "exec $C g/rete.toml -q -o u/ --html u/ --json u/ --dxf u/";
+  ASSERT_EQ(std::get<0>(Esegui("$S 400 g && mkdir u")), 0);
+  const auto inizio = Orologio::now();
+  ASSERT_EQ(std::get<0>(Esegui("( " + comando + " )")), 0);
+  const auto durata = Orologio::now() - inizio;
+  std::vector<std::string> nuovi;
+  for (const char* uscita : kUscite) nuovi.push_back(LeggiFile(Luogo / uscita));
+
+  Caso caso(1);
+  int uccisi = 0;
+  for (int i = 0; i < kVolte; ++i) {
+    const int segnale = kSegnali[i % std::size(kSegnali)];
+    SCOPED_TRACE(testing::Message() << "signal " << segnale << ", time " << i);
+    std::get<0>(Esegui("for f in txt html json dxf; do echo vecchio > u/rete.$f; done"));
+    const pid_t figlio = fork();
+    if (figlio == 0) {
+      const std::string intero = "cd '" + Luogo.string() + "'; C='" COMPENSA "'; " + comando;
+      execl("/bin/sh", "sh", "-c", intero.c_str(), nullptr);
+      _exit(127);
+    }
+    std::this_thread::sleep_for(durata * caso.Reale(0.05, 1.0));
+    kill(figlio, segnale);
+    int stato = 0;
+    waitpid(figlio, &stato, 0);
+    if (WIFSIGNALED(stato) && ++uccisi > 0) {
+      EXPECT_EQ(WTERMSIG(stato), segnale);
+    } else {
+      EXPECT_EQ(WEXITSTATUS(stato), 0);
+    }
+    EXPECT_FALSE(Temporanei());
+    for (std::size_t k = 0; k < nuovi.size(); ++k) {
+      const std::string contenuto = LeggiFile(Luogo / kUscite[k]);
+      EXPECT_TRUE(contenuto == nuovi[k] || (WIFSIGNALED(stato) && contenuto == "vecchio\n"));
+    }
+  }
+  EXPECT_GT(uccisi, kVolte / 4);
+}
+
+}  // namespace
