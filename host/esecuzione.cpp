@@ -6,14 +6,15 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <exception>
 #include <filesystem>
 #include <new>
 #include <optional>
 #include <string>
-#include <variant>
 #include <string_view>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include "host/approssimate/approssimate.h"
@@ -23,6 +24,7 @@
 #include "host/data_ora.h"
 #include "host/diagnostica.h"
 #include "host/errori.h"
+#include "host/file_sicuro.h"
 #include "host/importazione/importa.h"
 #include "host/impronta.h"
 #include "host/lettura_rete.h"
@@ -166,6 +168,22 @@ Stato ConMessaggi(Esecuzione esegui) {
   }
 }
 
+// Libraries that allocate where they may not throw, in destructors, end here when memory is short:
+// nothing can be undone any more, but the files and the status are right.
+[[noreturn]] void SenzaRitorno() {
+  RimuoviTemporanei();
+  Stato stato = kStatoInterno;
+  try {
+    if (const std::exception_ptr causa = std::current_exception()) std::rethrow_exception(causa);
+  } catch (const std::bad_alloc&) {
+    stato = kStatoUscita;
+  } catch (...) {
+  }
+  ScriviErrori(stato == kStatoUscita ? kMemoriaInsufficiente
+                                     : "compensa: errore: interno al programma\n");
+  std::_Exit(stato);
+}
+
 void ScriviTesto(std::string_view testo) {
   FileSicuro uscita("-");
   uscita.Scrivi(testo);
@@ -227,6 +245,7 @@ Stato Esegui(const Argomenti& a) {
 }
 
 int Programma(int argc, const char* const* argv) {
+  std::set_terminate(SenzaRitorno);
   return ConMessaggi([&] {
     const Stato stato = ConMotivi([&] {
       const Richiesta richiesta = LeggiRigaComando(argc, argv);

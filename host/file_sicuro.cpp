@@ -30,11 +30,6 @@ struct PostoTemporaneo {
 static_assert(std::atomic<bool>::is_always_lock_free);
 std::array<PostoTemporaneo, 16> posti;
 
-void RimuoviTemporanei() {
-  for (PostoTemporaneo& posto : posti)
-    if (posto.Occupato.load()) Rimuovi(posto.Percorso.data());
-}
-
 // Registers a temporary file. Returns its place, or -1 if there is none: then only the destructor
 // removes the file.
 int Registra(const std::filesystem::path& file) {
@@ -86,6 +81,11 @@ std::string IdentitaFile(const std::string& testo) {
 bool StessoFile(const std::string& a, const std::string& b) {
   const std::string chi = IdentitaFile(a);
   return !chi.empty() && chi == IdentitaFile(b);
+}
+
+void RimuoviTemporanei() {
+  for (PostoTemporaneo& posto : posti)
+    if (posto.Occupato.load()) Rimuovi(posto.Percorso.data());
 }
 
 void PreparaSegnali() { AlSegnale(RimuoviTemporanei); }

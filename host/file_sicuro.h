@@ -54,6 +54,9 @@ std::string IdentitaFile(const std::string& percorso);
 // Whether two paths lead to the same file, by whatever names: also one that does not exist yet.
 bool StessoFile(const std::string& a, const std::string& b);
 
+// Removes the temporary files of all that are open. For whoever ends the program at once.
+void RimuoviTemporanei();
+
 // Makes signals that end the program remove the temporary files first, and writing to a closed pipe
 // an error like any other. Once, at the start.
 void PreparaSegnali();
