@@ -18,40 +18,16 @@ namespace {
 
 enum ColonnaPunti : std::size_t { kCNome, kCEst, kCNord, kCQuota, kCPla, kCAlt };
 constexpr std::array<ColonnaCsv, 6> kColonnePunti{{
-    {"nome", true},
-    {"est", true},
-    {"nord", true},
-    {"quota"},
-    {"planimetria"},
-    {"altimetria"},
+    {"nome", true}, {"est", true}, {"nord", true}, {"quota"}, {"planimetria"}, {"altimetria"},
 }};
 
 enum ColonnaOss : std::size_t {
-  kCStazione,
-  kCGiro,
-  kCAltezza,
-  kCAltezzaNota,
-  kCEccDistanza,
-  kCEccDirezione,
-  kCPunto,
-  kCDirezione,
-  kCZenit,
-  kCSegnale,
-  kCDistanza,
-  kCTipo,
+  kCStazione, kCGiro,      kCAltezza, kCAltezzaNota, kCEccDistanza, kCEccDirezione,
+  kCPunto,    kCDirezione, kCZenit,   kCSegnale,     kCDistanza,    kCTipo,
 };
 constexpr std::array<ColonnaCsv, 12> kColonneOss{{
-    {"stazione", true},
-    {"giro"},
-    {"altezza"},
-    {"altezza_nota"},
-    {"ecc_distanza"},
-    {"ecc_direzione"},
-    {"punto", true},
-    {"direzione"},
-    {"zenit"},
-    {"segnale"},
-    {"distanza"},
+    {"stazione", true}, {"giro"}, {"altezza"}, {"altezza_nota"}, {"ecc_distanza"},
+    {"ecc_direzione"}, {"punto", true}, {"direzione"}, {"zenit"}, {"segnale"}, {"distanza"},
     {"tipo"},
 }};
 

@@ -93,7 +93,9 @@ void OsservatoreCalcolo::Riconosci(TTestoCr testo) {
     case kNonConvergente: Corrente->Fine = Esito::NonConvergente; break;
     case kEllissi: EllissiStampate = true; break;
     case kStatistica: return IstantaneaPla();
-    case kZenitCorretti: Corrente->Fine = Esito::Riuscita; return IstantaneaAlt();
+    case kZenitCorretti:
+      Corrente->Fine = Esito::Riuscita;
+      return IstantaneaAlt();
     default: break;
   }
 }
