@@ -9,9 +9,7 @@
 
 #include <chrono>
 #include <csignal>
-#include <cstdlib>
 #include <filesystem>
-#include <new>
 #include <thread>
 
 #include "host/esecuzione.h"
@@ -33,28 +31,19 @@ long mancano = 0;
 bool finita = false;
 bool fallita = false;  // whether one has
 
-void* Alloca(std::size_t byte, std::size_t allineamento) {
+}  // namespace
+
+void* operator new(std::size_t byte) {
   if (mancano > 0 && --mancano == 0) {
-    if (finita) mancano = 1;
+    mancano = finita ? 1 : 0;
     fallita = true;
     throw std::bad_alloc();
   }
-  void* dove = nullptr;
-  if (posix_memalign(&dove, std::max(allineamento, sizeof(void*)), byte + 1) != 0)
-    throw std::bad_alloc();
-  return dove;
-}
-
-}  // namespace
-
-void* operator new(std::size_t byte) { return Alloca(byte, alignof(std::max_align_t)); }
-void* operator new(std::size_t byte, std::align_val_t a) {
-  return Alloca(byte, static_cast<std::size_t>(a));
+  if (void* dove = std::malloc(byte + 1)) return dove;
+  throw std::bad_alloc();
 }
 void operator delete(void* p) noexcept { std::free(p); }
 void operator delete(void* p, std::size_t) noexcept { std::free(p); }
-void operator delete(void* p, std::align_val_t) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t, std::align_val_t) noexcept { std::free(p); }
 
 namespace {
 
@@ -69,8 +58,7 @@ class Guasti : public testing::Test {
   }
   ~Guasti() override { fs::remove_all(Luogo); }
 
-  // A shell command in the folder of the test, where the examples are; $C is the program, $S a
-  // program that writes a synthetic network.
+  // A shell command where the examples are; $C is the program, $S writes a synthetic network.
   Uscita Esegui(const std::string& comando) const {
     const std::string intero = "cd '" + Luogo.string() +
                                "' && C='" COMPENSA "' S='" SCRIVI_RETE "' && { " + comando +
@@ -114,13 +102,11 @@ std::tuple<int, std::string, bool> Chiama(std::vector<const char*> parole, long 
 
 TEST_F(Guasti, OgniAllocazione) {
   const std::vector<const char*> kRighe[] = {
-      {"compensa", "zeman.toml", "-o", "u/r.txt", "--html", "u/", "--csv", "u/", "--dxf", "u/",
-       "--gpkg", "u/", "--gkf", "u/", "--json", "u/"},
-      {"compensa", "zeman.toml", "stazione_libera.toml", "-q", "-o", "u/", "--json", "u/"},
-      {"compensa", "importa", "zeman.gkf", "-o", "u/r.toml"},
-      {"compensa", "verifica", "zeman.toml", "stazione_libera.toml"},
-      {"compensa", "genera", "man1"},
-      {"compensa", "--aiuto"}};
+      {"", "zeman.toml", "-ou/", "--html=u/", "--csv=u/", "--dxf=u/", "--gpkg=u/", "--json=u/"},
+      {"", "zeman.toml", "stazione_libera.toml", "-q", "-o", "u/", "--gkf", "u/"},
+      {"", "importa", "zeman.gkf", "-o", "u/r.toml"},
+      {"", "verifica", "zeman.toml", "stazione_libera.toml"},
+      {"", "genera", "man1"}};
   ASSERT_EQ(std::get<0>(Esegui("$C zeman.toml -q --gkf && mkdir u")), 0);
   fs::current_path(Luogo);
   for (const auto& riga : kRighe)
@@ -136,19 +122,22 @@ TEST_F(Guasti, OgniAllocazione) {
         const auto file = std::distance(fs::directory_iterator("u"), fs::directory_iterator());
         if (n == 0) attesi = file;
         EXPECT_FALSE(Temporanei());
-        if (stato == 0) {  // also when it came through without it
-          EXPECT_EQ(file, attesi);
-          continue;
-        }
-        ASSERT_EQ(stato, 4) << messaggi;
-        EXPECT_NE(messaggi.find("memoria insufficiente"), messaggi.npos) << messaggi;
-        EXPECT_TRUE(file == 0 || riga[2][0] == 's');  // one of two networks can have come through
+        // It can come through without, and of two networks one can.
+        EXPECT_TRUE(stato == 0 ? file == attesi : file == 0 || riga[2][0] == 's') << file;
+        ASSERT_TRUE(stato == 0 || (stato == 4 && messaggi.find("memoria ins") != messaggi.npos))
+            << stato << messaggi;
       }
     }
   fs::current_path("/");
 }
 
 // --- disks and folders
+
+constexpr const char* kPrima =
+    "rm -rf u p; mkdir u; Z=\"$C zeman.toml -q\"; P=Prepara; cp '" CARTELLA_ESEMPI
+    "/'*.csv .\n"
+    "Prepara() { mkfifo p; $Z -o u/r.txt --json p & until ls u/.comp* 2> n; do sleep 0.1; done; "
+    "}\n";
 
 const struct CasoDisco {
   const char* Comando;
@@ -162,9 +151,8 @@ const struct CasoDisco {
      "zeman.json\nvecchio\n", "zeman.dxf\": il file supera"},
     {"ulimit -f 20; $C zeman.toml stazione_libera.toml -q -o u/", 4, "e_libera.toml", "supera"},
     {"$Z -o u/r.txt --json /dev/full; ls -A u", 0, "", "\"/dev/full\": spazio esaurito"},
-    {"$Z -o u/r.txt --json - > /dev/full; cmp u/r.txt zeman.rapporto.txt && echo r", 0, "r\n",
-     "l'uscita standard: spazio esaurito"},
-    {"$C verifica zeman.toml > /dev/full", 4, "", "l'uscita standard: spazio esaurito"},
+    {"$Z -o u/r.txt --json - > /dev/full; cmp u/r.txt zeman.r*.txt && echo r", 0, "r\n",
+     "esaurito"},
     {"$C zeman.toml -o u/r.txt 2> /dev/full; cmp u/r.txt zeman.rapporto.txt", 0, "", ""},
     {"unshare -rm true || { echo 4; echo pieno; echo spazio esaurito >&2; exit 0; }\n"
      "export C; unshare -rm sh -c 'mount -t tmpfs -o size=64k t u; $C zeman.toml -q -o u/r.txt "
@@ -177,15 +165,11 @@ const struct CasoDisco {
     {"$P; head -c 9 p > n; wait $!; echo $?; ls -A u", 0, "4\n", ""},
     {"$P; kill -HUP $!; { wait $!; } 2> n; echo $?; ls -A u", 0, "129\n", ""},
     // From what the loader alone needs to what the run does.
-    {"$S 600 g; for kb in $(seq 8000 300 200000); do rm -f e; ( ulimit -v $kb; $C --versione || "
-     "exit 9\n"
+    {"$S 600 g; for k in $(seq 80 3 2000); do (ulimit -v ${k}00; $C --versione || exit 9\n"
      "$C g/rete.toml -q -o u/ --html u/ --gpkg u/ 2> e ) > n 2>&1; s=$?; [ $s = 0 ] && break\n"
-     "[ $s = 9 ] && continue; grep -q 'memoria insuff' e || cat e; ls -A u; echo $s; done | uniq > "
-     "t\n"
+     "[ $s = 9 ] || { grep -q 'memoria insuff' e || cat e; ls -A u; echo $s; }; done | uniq > t\n"
      "test \"$(cat t)\" = 4 && echo solo 4 || cat t",
      0, "solo 4\n", ""},
-    {"rm zeman_p*; mkfifo zeman_punti.csv; : > zeman_punti.csv & $Z -o u/r.txt", 3, "",
-     "punti.csv"},
     {"rm zeman_punti.csv; $Z -o u/r.txt", 3, "", "\"zeman_punti.csv\" non esiste"},
 };
 
@@ -195,12 +179,7 @@ TEST_F(Guasti, DischiECartelle) {
     SCOPED_TRACE(caso.Comando);
     if (kSanitizzatore && std::string_view(caso.Comando).find("ulimit -v") != std::string::npos)
       continue;  // the sanitizer takes the whole address space for itself
-    const auto [stato, testo, errori] =
-        Esegui(std::string("Z=\"$C zeman.toml -q\"; P=Prepara; rm -rf u p *.csv; mkdir u\n"
-                           "cp '" CARTELLA_ESEMPI
-                           "/'*.csv .; Prepara() { mkfifo p; $Z -o u/r.txt --json p & "
-                           "until ls u/.comp* 2> n; do sleep 0.01; done; }\n") +
-               caso.Comando);
+    const auto [stato, testo, errori] = Esegui(std::string(kPrima) + caso.Comando);
     EXPECT_EQ(stato, caso.Stato);
     EXPECT_FALSE(Temporanei());
     EXPECT_TRUE(*caso.Testo ? testo.find(caso.Testo) != testo.npos : testo.empty()) << testo;
@@ -211,12 +190,12 @@ TEST_F(Guasti, DischiECartelle) {
 // --- signals
 
 TEST_F(Guasti, SegnaliInOgniMomento) {
-  constexpr int kVolte = 48;
+  constexpr int kVolte = 36;
   constexpr int kSegnali[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE};
   const char* const kUscite[] = {"u/rete.txt", "u/rete.html", "u/rete.json", "u/rete.dxf"};
   const std::string comando = "cd '" + Luogo.string() +
-                              "'; exec " COMPENSA
-                              " g/rete.toml -q -o u/ --html u/ --json u/ --dxf u/";
+                              "'; exec '" COMPENSA
+                              "' g/rete.toml -q -o u/ --html u/ --json u/ --dxf u/";
   ASSERT_EQ(std::get<0>(Esegui("$S 400 g && mkdir u")), 0);
   const auto inizio = std::chrono::steady_clock::now();
   ASSERT_EQ(std::get<0>(Esegui("( " + comando + " )")), 0);
