@@ -68,13 +68,13 @@ std::string DestinazioneFinale(const std::string& percorso) {
   return finale.string();
 }
 
-std::string IdentitaFile(const std::string& testo) {
-  if (DescrittoreNominato(testo) >= 0) return {};
-  const std::filesystem::path percorso = PercorsoDa(testo);
-  if (EsisteNonRegolare(percorso)) return {};
-  if (std::string chi = IdentitaEsistente(percorso); !chi.empty()) return chi;
+std::string IdentitaFile(const std::string& percorso) {
+  if (DescrittoreNominato(percorso) >= 0) return {};
+  const std::filesystem::path luogo = PercorsoDa(percorso);
+  if (EsisteNonRegolare(luogo)) return {};
+  if (std::string chi = IdentitaEsistente(luogo); !chi.empty()) return chi;
   std::error_code guasto;
-  const auto assoluto = std::filesystem::absolute(PercorsoDa(DestinazioneFinale(testo)), guasto);
+  const auto assoluto = std::filesystem::absolute(PercorsoDa(DestinazioneFinale(percorso)), guasto);
   return NomeUniforme(std::filesystem::weakly_canonical(assoluto, guasto));
 }
 

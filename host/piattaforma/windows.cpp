@@ -2,12 +2,15 @@
 // file can be removed, and its folder emptied, while it is still open: the console runs its handler
 // in a thread of its own. Faults of the system's own calls are turned into errno by a table.
 
+// clang-format off: the second needs the first
+#include <windows.h>
+#include <shellapi.h>
+// clang-format on
+
 #include <fcntl.h>
 #include <io.h>
 #include <share.h>
-#include <shellapi.h>
 #include <sys/stat.h>
-#include <windows.h>
 
 #include <algorithm>
 #include <array>
