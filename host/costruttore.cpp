@@ -43,7 +43,8 @@ bool CostruttoreRete::NomeAmmesso(const PuntoLetto& punto, std::string_view nome
   } else if (ConControlli(nome)) {
     guasto.Problema = "il nome contiene caratteri di controllo";
   } else if (!tradotto) {
-    guasto.Problema = "il carattere " + Cita(mancante) + " (" + CodiceUnicode(PrimoCarattere(mancante).Codice) +
+    guasto.Problema = "il carattere " + Cita(mancante) + " (" +
+                      CodiceUnicode(PrimoCarattere(mancante).Codice) +
                       ") non esiste nella codifica Windows-1252 del rapporto";
   } else {
     ansi = std::move(*tradotto);

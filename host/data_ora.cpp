@@ -8,6 +8,8 @@
 #include <optional>
 #include <string_view>
 
+#include "host/piattaforma/piattaforma.h"
+
 namespace {
 
 constexpr int kPrimoAnno = 1900;  // of struct tm
@@ -30,7 +32,7 @@ std::string DataOraCorrente() {
   const std::optional<std::time_t> fissato = MomentoFissato();
   const std::time_t momento = fissato.value_or(std::time(nullptr));
   std::tm t{};
-  if ((fissato ? gmtime_r(&momento, &t) : localtime_r(&momento, &t)) == nullptr) return {};
+  if (!(fissato ? OraUniversale(momento, t) : OraLocale(momento, t))) return {};
   return DueCifre(t.tm_mday) + "/" + DueCifre(t.tm_mon + 1) + "/" +
          std::to_string(t.tm_year + kPrimoAnno) + " " + DueCifre(t.tm_hour) + ":" +
          DueCifre(t.tm_min);

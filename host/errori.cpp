@@ -14,7 +14,9 @@ constexpr std::pair<int, std::string_view> kMotivi[] = {
     {ENOTDIR, "una parte del percorso non è una cartella"},
     {EISDIR, "è una cartella"},
     {ENOSPC, "spazio esaurito sul disco"},
+#ifdef EDQUOT  // not on every system
     {EDQUOT, "quota di disco esaurita"},
+#endif
     {EFBIG, "il file supera la grandezza permessa"},
     {EROFS, "il disco è di sola lettura"},
     {EIO, "errore di lettura o scrittura del dispositivo"},

@@ -26,6 +26,10 @@ class ErroreUso : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// The message when there is no memory left to make one with.
+inline constexpr std::string_view kMemoriaInsufficiente =
+    "compensa: errore: memoria insufficiente\n";
+
 // Memory that a run needs and cannot have; what() tells how much, in Italian.
 class ErroreMemoria : public std::runtime_error {
  public:

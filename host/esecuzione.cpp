@@ -4,17 +4,17 @@
 
 #include "host/esecuzione.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <exception>
+#include <filesystem>
 #include <new>
 #include <optional>
 #include <string>
-#include <variant>
 #include <string_view>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include "host/approssimate/approssimate.h"
@@ -25,12 +25,15 @@
 #include "host/data_ora.h"
 #include "host/diagnostica.h"
 #include "host/errori.h"
+#include "host/file_sicuro.h"
 #include "host/importazione/importa.h"
 #include "host/impronta.h"
 #include "host/lettura_rete.h"
 #include "host/nomi_uscite.h"
 #include "host/numeri.h"
 #include "host/opzioni_programma.h"
+#include "host/percorsi.h"
+#include "host/piattaforma/piattaforma.h"
 #include "host/rapporto.h"
 #include "host/scrittura_uscite.h"
 #include "host/sommario.h"
@@ -93,7 +96,7 @@ EsitoApprossimate Approssima(Rete& rete, const std::string& file, bool quieto) {
 }
 
 void ScriviSommario(const Risultati& risultati, const std::vector<std::string>& scritti) {
-  const bool colori = ColoriSu(STDERR_FILENO);
+  const bool colori = ColoriSu(kErroriStandard);
   std::string sommario;
   bool esito = true;  // the first line, whose words are coloured
   for (const std::string& riga : RigheSommario(risultati))
@@ -106,7 +109,7 @@ void ScriviSommario(const Risultati& risultati, const std::vector<std::string>& 
 // The run over one network. Throws what goes wrong with its files and its memory.
 Stato CompensaRete(const Argomenti& a, const std::string& file, EsitoRete& esito) {
   Diagnostica lettura;
-  std::optional<Rete> rete = LeggiRete(file, lettura);
+  std::optional<Rete> rete = LeggiRete(PercorsoDa(file), lettura);
   if (!rete || !a.Quieto) MostraMessaggi(lettura);
   if (!rete) return kStatoRete;
   std::vector<Destinazione> destinazioni = Destinazioni(a, file);
@@ -139,11 +142,14 @@ Stato CompensaRete(const Argomenti& a, const std::string& file, EsitoRete& esito
   return TutteRiuscite(risultati) ? kStatoRiuscito : kStatoNonCompensata;
 }
 
-// Calls esegui and turns what it throws into a message and a status.
+// Calls esegui and turns what it throws into a message and a status; throws std::bad_alloc, also
+// when the memory is not even enough for the message.
 template <class Esecuzione>
-Stato ConMessaggi(Esecuzione esegui) {
+Stato ConMotivi(Esecuzione esegui) {
   try {
     return esegui();
+  } catch (const std::bad_alloc&) {
+    throw;
   } catch (const ErroreUso& errore) {
     ScriviErrore(errore.what());
     return kStatoUso;
@@ -153,9 +159,6 @@ Stato ConMessaggi(Esecuzione esegui) {
   } catch (const ErroreMemoria& errore) {
     ScriviErrore(errore.what());
     return kStatoUscita;
-  } catch (const std::bad_alloc&) {
-    ScriviErrori("compensa: errore: memoria insufficiente\n");
-    return kStatoUscita;
   } catch (const std::exception& errore) {
     ScriviErrore(std::string("interno al programma: ") + errore.what());
     return kStatoInterno;
@@ -163,6 +166,32 @@ Stato ConMessaggi(Esecuzione esegui) {
     ScriviErrore("interno al programma");
     return kStatoInterno;
   }
+}
+
+template <class Esecuzione>
+Stato ConMessaggi(Esecuzione esegui) {
+  try {
+    return ConMotivi(esegui);
+  } catch (const std::bad_alloc&) {
+    ScriviErrori(kMemoriaInsufficiente);
+    return kStatoUscita;
+  }
+}
+
+// Libraries that allocate where they may not throw, in destructors, end here when memory is short:
+// nothing can be undone any more, but the files and the status are right.
+[[noreturn]] void SenzaRitorno() {
+  RimuoviTemporanei();
+  Stato stato = kStatoInterno;
+  try {
+    if (const std::exception_ptr causa = std::current_exception()) std::rethrow_exception(causa);
+  } catch (const std::bad_alloc&) {
+    stato = kStatoUscita;
+  } catch (...) {
+  }
+  ScriviErrori(stato == kStatoUscita ? kMemoriaInsufficiente
+                                     : "compensa: errore: interno al programma\n");
+  std::_Exit(stato);
 }
 
 void ScriviTesto(std::string_view testo) {
@@ -175,12 +204,12 @@ void RifiutaTabelleAltrui(const Argomenti& a) {
   std::vector<Destinazione> presenti;  // outputs that replace something
   for (const std::string& rete : a.Reti)
     for (Destinazione& destinazione : Destinazioni(a, rete))
-      if (access(destinazione.Percorso.c_str(), F_OK) == 0)
+      if (std::error_code guasto; exists(PercorsoDa(destinazione.Percorso), guasto))
         presenti.push_back(std::move(destinazione));
   if (presenti.empty()) return;
   for (const std::string& file : a.Reti) {
     Diagnostica diagnostica;
-    const std::optional<Rete> rete = LeggiRete(file, diagnostica);
+    const std::optional<Rete> rete = LeggiRete(PercorsoDa(file), diagnostica);
     if (rete) RifiutaIngressi(presenti, rete->NomiFile);
   }
 }
@@ -198,7 +227,7 @@ Stato EseguiReti(const Argomenti& a) {
     esiti.push_back(std::move(esito));
   }
   if (!a.Quieto) ScriviErrori("\n");
-  ScriviTesto(TabellaReti(esiti, ColoriSu(STDOUT_FILENO)));
+  ScriviTesto(TabellaReti(esiti, ColoriSu(kUscitaStandard)));
   return peggiore;
 }
 
@@ -226,13 +255,16 @@ Stato Esegui(const Argomenti& a) {
 }
 
 int Programma(int argc, const char* const* argv) {
-  const Stato stato = ConMessaggi([&] {
-    const Richiesta richiesta = LeggiRigaComando(argc, argv);
-    return std::visit([](const auto& cosa) { return Esegui(cosa); }, richiesta);
+  std::set_terminate(SenzaRitorno);
+  return ConMessaggi([&] {
+    const Stato stato = ConMotivi([&] {
+      const Richiesta richiesta = LeggiRigaComando(argc, argv);
+      return std::visit([](const auto& cosa) { return Esegui(cosa); }, richiesta);
+    });
+    if (stato == kStatoUso) {
+      const std::string nome(argc > 1 ? ComandoDi(argv[1]).Nome : "");
+      ScriviErrori("Per l'uso: compensa " + nome + (nome.empty() ? "" : " ") + "--aiuto\n");
+    }
+    return stato;
   });
-  if (stato == kStatoUso) {
-    const std::string nome(argc > 1 ? ComandoDi(argv[1]).Nome : "");
-    ScriviErrori("Per l'uso: compensa " + nome + (nome.empty() ? "" : " ") + "--aiuto\n");
-  }
-  return stato;
 }

@@ -5,6 +5,7 @@
 // error, an exception or a signal that ends the program, leaves the target as it was and nothing
 // beside it.
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -33,13 +34,13 @@ class FileSicuro {
   void ApriTemporaneo();
   void Chiudi();
 
-  std::string Percorso;    // as the user gave it
-  std::string Mostrato;    // as messages name it
-  std::string Bersaglio;   // the file to replace; empty = written directly
-  std::string Temporaneo;
-  int Posto = -1;          // of the temporary file among those that a signal removes
+  std::string Percorso;             // as the user gave it
+  std::string Mostrato;             // as messages name it
+  std::filesystem::path Bersaglio;  // the file to replace; empty = written directly
+  std::filesystem::path Temporaneo;
+  int Posto = -1;  // of the temporary file among those that a signal removes
   int Descrittore = -1;
-  bool Proprio = false;    // the descriptor is to be closed
+  bool Proprio = false;  // the descriptor is to be closed
 };
 
 // The file that a path leads to, links followed also where the last one leads nowhere yet.
@@ -52,6 +53,9 @@ std::string IdentitaFile(const std::string& percorso);
 
 // Whether two paths lead to the same file, by whatever names: also one that does not exist yet.
 bool StessoFile(const std::string& a, const std::string& b);
+
+// Removes the temporary files of all that are open. For whoever ends the program at once.
+void RimuoviTemporanei();
 
 // Makes signals that end the program remove the temporary files first, and writing to a closed pipe
 // an error like any other. Once, at the start.

@@ -13,6 +13,8 @@
 #include <fstream>
 #include <iterator>
 
+#include "host/percorsi.h"
+
 namespace {
 
 using Parola = std::uint32_t;
@@ -86,8 +88,8 @@ std::string Impronta(std::string_view byte) {
 
 std::string ImprontaFile(const std::string& percorso) {
   std::error_code guasto;
-  if (!std::filesystem::is_regular_file(percorso, guasto)) return {};
-  std::ifstream file(percorso, std::ios::binary);
+  if (!std::filesystem::is_regular_file(PercorsoDa(percorso), guasto)) return {};
+  std::ifstream file(PercorsoDa(percorso), std::ios::binary);
   const std::string byte{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
   return file.good() || file.eof() ? Impronta(byte) : std::string();
 }

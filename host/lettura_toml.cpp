@@ -12,6 +12,7 @@
 #include "host/campi.h"
 #include "host/campi_rete.h"
 #include "host/lettura_csv.h"
+#include "host/percorsi.h"
 #include "host/sintassi_toml.h"
 #include "host/tabella_toml.h"
 #include "host/testo_file.h"
@@ -198,8 +199,7 @@ bool LeggiTabellaCsv(const Tabella& file, std::string_view chiave,
     file.Sbagliato(chiave, "il nome di un file CSV");
     return false;
   }
-  const std::filesystem::path percorso =
-      cartella / std::filesystem::path(std::u8string(nome.begin(), nome.end()));
+  const std::filesystem::path percorso = cartella / PercorsoDa(nome);
   const std::optional<std::string> testo =
       LeggiTesto(percorso, kMassimoCsv, l.Dove(*file.Nodo(chiave)), std::string(chiave), l.Diario);
   if (!testo) return false;

@@ -1,24 +1,25 @@
 // Entry point of compensa.
 
-#include <fcntl.h>
-#include <unistd.h>
+#include <new>
+#include <string>
+#include <vector>
 
+#include "host/errori.h"
 #include "host/esecuzione.h"
 #include "host/file_sicuro.h"
+#include "host/piattaforma/piattaforma.h"
+#include "host/stato.h"
+#include "host/terminale.h"
 
-namespace {
-
-// A standard descriptor that came closed would be given to the next file that is opened, and the
-// report would end up in it. Opened for reading only, it refuses to be written.
-void OccupaDescrittoriStandard() {
-  for (const int descrittore : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
-    if (fcntl(descrittore, F_GETFD) < 0) open("/dev/null", O_RDONLY);
-}
-
-}  // namespace
-
-int main(int argc, char** argv) {
-  OccupaDescrittoriStandard();
+int main(int argc, char** argv) try {
+  PreparaProcesso();
   PreparaSegnali();
-  return Programma(argc, argv);
+  const std::vector<std::string> argomenti = ArgomentiUtf8(argc, argv);
+  std::vector<const char*> parole;
+  parole.reserve(argomenti.size());
+  for (const std::string& argomento : argomenti) parole.push_back(argomento.c_str());
+  return Programma(static_cast<int>(parole.size()), parole.data());
+} catch (const std::bad_alloc&) {  // the program itself catches its own
+  ScriviErrori(kMemoriaInsufficiente);
+  return kStatoUscita;
 }

@@ -11,7 +11,9 @@
 #include "host/diagnostica.h"
 #include "host/errori.h"
 #include "host/file_sicuro.h"
+#include "host/percorsi.h"
 #include "host/suggerimenti.h"
+#include "host/uscite/gpkg.h"
 
 namespace {
 
@@ -33,8 +35,11 @@ std::string_view Estensione(GenereUscita genere) {
 
 // The folder that a value stands for, if it is one.
 std::optional<std::filesystem::path> Cartella(const std::string& valore) {
+  const std::filesystem::path percorso = PercorsoDa(valore);
   std::error_code guasto;
-  if (valore.ends_with('/') || std::filesystem::is_directory(valore, guasto)) return valore;
+  if ((!valore.empty() && !percorso.has_filename()) ||
+      std::filesystem::is_directory(percorso, guasto))
+    return percorso;
   return std::nullopt;
 }
 
@@ -50,7 +55,7 @@ void Aggiungi(std::vector<Destinazione>& destinazioni, const UscitaChiesta& usci
               const std::string& rete) {
   std::string base = SenzaEstensione(rete, ".toml");
   const auto cartella = uscita.Valore ? Cartella(*uscita.Valore) : std::nullopt;
-  if (cartella) base = (*cartella / std::filesystem::path(base).filename()).string();
+  if (cartella) base = (*cartella / PercorsoDa(base).filename()).string();
   const bool predefinito = !uscita.Valore || cartella;
   if (uscita.Genere != GenereUscita::Csv) {
     const std::string percorso =
@@ -76,8 +81,10 @@ std::string NomeUscita(const Destinazione& destinazione) {
 // Outputs that no network can share.
 void ControllaValori(const Argomenti& argomenti) {
   for (const UscitaChiesta& uscita : argomenti.Uscite) {
-    if (!uscita.Valore) continue;
     const std::string opzione = "opzione --" + std::string(NomeOpzione(uscita.Genere));
+    if (uscita.Genere == GenereUscita::GeoPackage && !SaScrivereGeoPackage())
+      throw ErroreUso(opzione + ": questa versione del programma non scrive GeoPackage");
+    if (!uscita.Valore) continue;
     if (uscita.Genere == GenereUscita::Csv && UscitaStandard(*uscita.Valore))
       throw ErroreUso(opzione + ": sono due tabelle e non possono andare sull'uscita standard");
     if (argomenti.Reti.size() > 1 && !Cartella(*uscita.Valore))

@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 #include "host/diagnostica.h"
 #include "host/errori.h"
@@ -57,7 +58,11 @@ std::string NomiPerCli(const Opzione& opzione) {
   return nomi;
 }
 
-void Definisci(CLI::App& app, const Comando& comando, std::vector<std::string>& resto) {
+using Definite = std::vector<std::pair<const Opzione*, const CLI::Option*>>;
+
+// The options as the parser holds them: it cannot look them up by name when memory is short.
+Definite Definisci(CLI::App& app, const Comando& comando, std::vector<std::string>& resto) {
+  Definite definite;
   app.set_help_flag();
   app.allow_extras();
   app.add_option("argomenti", resto);
@@ -66,7 +71,9 @@ void Definisci(CLI::App& app, const Comando& comando, std::vector<std::string>& 
       CLI::Option* definita = opzione.Valore.empty() ? app.add_flag(NomiPerCli(opzione))
                                                      : app.add_option(NomiPerCli(opzione));
       if (opzione.Elenco) definita->take_all();
+      definite.emplace_back(&opzione, definita);
     }
+  return definite;
 }
 
 }  // namespace
@@ -106,7 +113,7 @@ std::vector<std::string> ParoleComando::TogliSenzaValore(const std::vector<std::
 
 void ParoleComando::Distribuisci(const std::vector<std::string>& parole) {
   CLI::App app;
-  Definisci(app, Cosa, Resto);
+  const Definite definite = Definisci(app, Cosa, Resto);
   try {
     app.parse(std::vector<std::string>(parole.rbegin(), parole.rend()));  // the last word first
   } catch (const CLI::ParseError& errore) {
@@ -117,18 +124,16 @@ void ParoleComando::Distribuisci(const std::vector<std::string>& parole) {
   for (const std::string& parola : app.remaining())
     if (parola != "--")
       SembraOpzione(parola) ? RifiutaSconosciuta(Cosa, parola) : Resto.push_back(parola);
-  Aiuto = app.count(Lunga("aiuto")) > 0;
-  Versione = app.count(Lunga("versione")) > 0;
-  for (const Gruppo& gruppo : Cosa.Gruppi)
-    for (const Opzione& opzione : gruppo.Opzioni) {
-      const CLI::Option* letta = app.get_option(Lunga(opzione.Nome));
-      if (letta->count() == 0) continue;
-      const bool interruttore = opzione.Valore.empty();
-      if (interruttore && letta->results() != std::vector<std::string>{kInterruttoreAcceso})
-        RifiutaSenzaValore(opzione);
-      if (!Valori.try_emplace(std::string(opzione.Nome), letta->results()).second)
-        RifiutaSenzaValore(opzione);
-    }
+  for (const auto& [opzione, letta] : definite) {
+    if (letta->count() == 0) continue;
+    const bool interruttore = opzione->Valore.empty();
+    if (interruttore && letta->results() != std::vector<std::string>{kInterruttoreAcceso})
+      RifiutaSenzaValore(*opzione);
+    if (!Valori.try_emplace(std::string(opzione->Nome), letta->results()).second)
+      RifiutaSenzaValore(*opzione);
+  }
+  Aiuto = Data("aiuto");
+  Versione = Data("versione");
 }
 
 bool ParoleComando::Data(std::string_view nome) const { return Valori.find(nome) != Valori.end(); }

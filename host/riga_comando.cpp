@@ -13,6 +13,7 @@
 #include "host/manuale.h"
 #include "host/opzioni_programma.h"
 #include "host/parole_comando.h"
+#include "host/percorsi.h"
 #include "host/suggerimenti.h"
 #include "host/versione.h"
 
@@ -60,13 +61,13 @@ void RifiutaComandoFuoriPosto(const std::vector<std::string>& reti) {
     if (!comando->Nome.empty()) comandi.push_back(comando->Nome);
   for (const std::string& rete : reti) {
     std::error_code guasto;
-    if (std::filesystem::exists(rete, guasto)) continue;
+    if (std::filesystem::exists(PercorsoDa(rete), guasto)) continue;
     if (std::find(comandi.begin(), comandi.end(), rete) != comandi.end())
       throw ErroreUso("il comando " + rete + " va scritto subito dopo compensa");
   }
   std::error_code guasto;
   if (reti.empty() || reti.front().find_first_of("./") != std::string::npos ||
-      std::filesystem::exists(reti.front(), guasto))
+      std::filesystem::exists(PercorsoDa(reti.front()), guasto))
     return;
   const std::string_view vicino = PiuVicino(reti.front(), comandi);
   if (!vicino.empty())
@@ -91,7 +92,7 @@ Argomenti LeggiCompensa(const ParoleComando& parole) {
 
 // The network beside the first file; one that exists already is only replaced if it is named.
 std::string UscitaImporta(const std::string& libretto) {
-  std::filesystem::path rete = libretto;
+  std::filesystem::path rete = PercorsoDa(libretto);
   if (libretto.starts_with("/dev/") || libretto == "-" || rete.stem().empty())
     throw ErroreUso("serve -o RETE.toml: il file da scrivere");
   if (rete.extension() == ".toml") throw ErroreUso(Cita(libretto) + " è già una rete");

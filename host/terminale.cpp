@@ -3,14 +3,12 @@
 
 #include "host/terminale.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <atomic>
-#include <cerrno>
 #include <cstdlib>
 #include <utility>
 
+#include "host/piattaforma/piattaforma.h"
 #include "host/versione.h"
 
 namespace {
@@ -39,11 +37,6 @@ constexpr std::pair<std::string_view, std::string_view> kEsiti[] = {
 
 std::atomic<Colori> scelta = Colori::Auto;
 
-bool TerminaleCapace(int descrittore) {
-  const char* terminale = std::getenv("TERM");
-  return isatty(descrittore) != 0 && terminale != nullptr && std::string_view(terminale) != "dumb";
-}
-
 std::string Tinta(std::string_view parola, std::string_view colore, bool attivi) {
   if (!attivi) return std::string(parola);
   return std::string(colore) + std::string(parola) + std::string(kNormale);
@@ -63,7 +56,7 @@ std::string ColoraMessaggio(const std::string& riga) {
 
 void ScriviMessaggio(std::string_view chi, std::string_view genere, std::string_view colore,
                      std::string_view testo) {
-  ScriviErrori(std::string(chi) + ": " + Tinta(genere, colore, ColoriSu(STDERR_FILENO)) + ": " +
+  ScriviErrori(std::string(chi) + ": " + Tinta(genere, colore, ColoriSu(kErroriStandard)) + ": " +
                std::string(testo) + "\n");
 }
 
@@ -78,7 +71,7 @@ bool ColoriSu(int descrittore) {
   return (senza == nullptr || *senza == '\0') && TerminaleCapace(descrittore);
 }
 
-bool TerminaleConErrori() { return TerminaleCapace(STDERR_FILENO); }
+bool TerminaleConErrori() { return TerminaleCapace(kErroriStandard); }
 
 std::string ColoraEsiti(std::string_view testo, bool attivi) {
   std::string colorato;
@@ -96,8 +89,7 @@ std::string ColoraEsiti(std::string_view testo, bool attivi) {
 
 void ScriviErrori(std::string_view testo) {
   while (!testo.empty()) {
-    const ssize_t scritti = write(STDERR_FILENO, testo.data(), testo.size());
-    if (scritti < 0 && errno == EINTR) continue;
+    const std::ptrdiff_t scritti = ScriviParte(kErroriStandard, testo);
     if (scritti <= 0) return;
     testo.remove_prefix(static_cast<std::size_t>(scritti));
   }
@@ -116,7 +108,7 @@ void ScriviNota(std::string_view file, std::string_view testo) {
 }
 
 void MostraMessaggi(const Diagnostica& diagnostica) {
-  const bool colori = ColoriSu(STDERR_FILENO);
+  const bool colori = ColoriSu(kErroriStandard);
   std::string testo;
   for (const std::string& riga : diagnostica.Righe())
     testo += (colori ? ColoraMessaggio(riga) : riga) + "\n";

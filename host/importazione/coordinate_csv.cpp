@@ -14,6 +14,7 @@
 #include "host/campi.h"
 #include "host/importazione/titoli_csv.h"
 #include "host/numeri.h"
+#include "host/percorsi.h"
 #include "host/riga_csv.h"
 #include "host/testo_file.h"
 
@@ -168,7 +169,7 @@ bool LeggiCoordinateCsv(const std::string& percorso, std::optional<Assi> assi, L
                         Diagnostica& diagnostica) {
   const std::size_t errori = diagnostica.Errori();
   const std::string_view file = libretto.NomiFile.emplace_back(percorso);
-  const auto testo = LeggiTesto(percorso, kMassimoCsv, {file, 0, 0}, "", diagnostica);
+  const auto testo = LeggiTesto(PercorsoDa(percorso), kMassimoCsv, {file, 0, 0}, "", diagnostica);
   if (!testo) return false;
   Tabella tabella(*testo, file, assi, diagnostica);
   tabella.Leggi();

@@ -309,7 +309,10 @@ class Riduzione {
 
 }  // namespace
 
-std::string ConSegno(double gon) { return (gon < 0.0 ? "" : "+") + NumeroFisso(gon, kDecimaliGon); }
+std::string ConSegno(double gon) {
+  const std::string testo = NumeroFisso(gon, kDecimaliGon);
+  return (testo.starts_with('-') ? "" : "+") + testo;
+}
 
 EsitoFacce RiduciFacce(Libretto& libretto, ModoFacce modo, bool medie, const SqmLetture& sqm,
                        Diagnostica& diagnostica) {

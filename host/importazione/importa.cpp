@@ -24,6 +24,8 @@
 #include "host/importazione/scrittura_toml.h"
 #include "host/importazione/sqm_libretto.h"
 #include "host/importazione/unione.h"
+#include "host/percorsi.h"
+#include "host/piattaforma/piattaforma.h"
 #include "host/suggerimenti.h"
 #include "host/terminale.h"
 #include "host/testo_file.h"
@@ -41,7 +43,7 @@ void RifiutaIngressoComeUscita(const OpzioniImporta& o) {
   if (UscitaStandard(o.Uscita)) return;
   const auto rifiuta = [&](const std::string& ingresso) {
     std::error_code guasto;  // a file that does not exist yet is no input
-    if (std::filesystem::equivalent(o.Uscita, ingresso, guasto))
+    if (std::filesystem::equivalent(PercorsoDa(o.Uscita), PercorsoDa(ingresso), guasto))
       throw ErroreUso("l'uscita " + Cita(o.Uscita) +
                       " è un file da importare: non viene sovrascritto");
   };
@@ -139,7 +141,7 @@ class Importazione {
     const std::string_view file = parte.NomiFile.emplace_back(percorso);
     Diario.NominaFile(file);
     const std::optional<std::string> testo =
-        LeggiTesto(percorso, kMassimoFile, {file, 0, 0}, "", Diario);
+        LeggiTesto(PercorsoDa(percorso), kMassimoFile, {file, 0, 0}, "", Diario);
     if (!testo) return;
     if (testo->find_first_not_of(" \t\r\n") == std::string::npos)
       return Diario.Errore({file, 0, 0}, {.Problema = "il file è vuoto"});

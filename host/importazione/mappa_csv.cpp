@@ -8,6 +8,7 @@
 
 #include "host/campi.h"
 #include "host/codifica.h"
+#include "host/percorsi.h"
 #include "host/testi.h"
 #include "host/testo_file.h"
 
@@ -116,7 +117,7 @@ std::optional<std::vector<VoceMappa>> LeggiMappaCsv(const std::string& percorso,
                                                     Diagnostica& diagnostica) {
   const std::size_t errori = diagnostica.Errori();
   const std::optional<std::string> testo =
-      LeggiTesto(percorso, kMassimoMappa, {percorso, 0, 0}, "--mappa", diagnostica);
+      LeggiTesto(PercorsoDa(percorso), kMassimoMappa, {percorso, 0, 0}, "--mappa", diagnostica);
   if (!testo) return std::nullopt;
   LettoreMappa lettore(percorso, colonne, sinonimi, diagnostica);
   Righe righe(*testo);

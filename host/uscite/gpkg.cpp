@@ -303,6 +303,8 @@ void Pacchetto::Metadati() {
 
 }  // namespace
 
+bool SaScrivereGeoPackage() { return true; }
+
 void ScriviGeoPackage(const Documento& documento, const Scrivi& scrivi) {
   Pacchetto(documento).Versa(scrivi);
 }

@@ -7,6 +7,9 @@
 
 #include "host/uscite/documento.h"
 
+// Whether this build of the program can write it.
+bool SaScrivereGeoPackage();
+
 // Passes the bytes of the file on in pieces.
 void ScriviGeoPackage(const Documento& documento,
                       const std::function<void(std::string_view)>& scrivi);

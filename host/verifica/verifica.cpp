@@ -16,6 +16,7 @@
 #include "host/file_sicuro.h"
 #include "host/lettura_rete.h"
 #include "host/numeri.h"
+#include "host/percorsi.h"
 #include "host/testi.h"
 #include "host/verifica/connessione.h"
 #include "host/verifica/rilievi.h"
@@ -171,7 +172,7 @@ std::string Verdetto(const std::vector<std::string>& ostacoli, std::size_t rilie
 
 Stato Verifica(const OpzioniVerifica& opzioni) {
   Diagnostica lettura;
-  std::optional<Rete> letta = LeggiRete(opzioni.File, lettura);
+  std::optional<Rete> letta = LeggiRete(PercorsoDa(opzioni.File), lettura);
   if (lettura.Errori() + lettura.Avvisi() > 0) ScriviErrori(lettura.Righe());
   if (!letta) return kStatoRete;
   Rete& rete = *letta;

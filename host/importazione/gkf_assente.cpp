@@ -1,0 +1,29 @@
+// Networks in .gkf in a build without pugixml: they are recognised, and refused before anything is
+// computed.
+
+#include "host/diagnostica.h"
+#include "host/errori.h"
+#include "host/importazione/gkf_formato.h"
+#include "host/importazione/lettore.h"
+
+namespace {
+
+constexpr std::string_view kBianchi = " \t\r\n";
+constexpr std::size_t kInizioCercato = 65536;  // the root stands in the first bytes
+
+bool Riconosce(std::string_view testo) {
+  const std::size_t primo = testo.find_first_not_of(kBianchi);
+  if (primo == std::string_view::npos || testo[primo] != '<') return false;
+  return testo.substr(0, kInizioCercato).find(gkf::kRadice) != std::string_view::npos;
+}
+
+void Leggi(std::string_view /*testo*/, std::string_view file, const OpzioniLettura& /*opzioni*/,
+           Libretto& /*libretto*/, Diagnostica& /*diagnostica*/) {
+  throw ErroreUso("il file " + Cita(file) +
+                  " è in formato gkf, che questa versione del programma non legge");
+}
+
+}  // namespace
+
+extern const Lettore kLettoreGkf;
+const Lettore kLettoreGkf{"gkf", "rete in XML; non letto da questa versione", Riconosce, Leggi};
