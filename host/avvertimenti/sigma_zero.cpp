@@ -13,7 +13,7 @@
 #include "host/numeri.h"
 #include "host/sommario.h"
 #include "host/statistica.h"
-#include "host/uscite/visuali.h"
+#include "host/uscite/grandezze.h"
 
 namespace {
 
@@ -61,7 +61,7 @@ void Esame::EsaminaRidondanza(const RisultatoCompensazione& c, const char* quale
 std::string Esame::PeggioreDi(const RisultatoCompensazione& c) const {
   if (c.EquazioneWMassimo == kNessuno) return {};
   const Equazione& e = E.Equazioni[static_cast<std::size_t>(c.EquazioneWMassimo)];
-  if (!(e.W > kWSospetto)) return {};
+  if (!(e.W > kWSospetta)) return {};
   return ", a cominciare da " + TestoEquazione(E, e) + " con W " + NumeroFisso(e.W, kDecimaliW);
 }
 
@@ -97,7 +97,7 @@ void Esame::EsaminaW(const RisultatoCompensazione& c) {
   if (!c.Compiuta() || c.EquazioneWMassimo == kNessuno) return;
   const Equazione& e = E.Equazioni[static_cast<std::size_t>(c.EquazioneWMassimo)];
   const double limite =
-      std::max(kWSospetto, std::sqrt(QuantileChiQuadro(1.0 - kRischio / c.Equazioni, 1.0)));
+      std::max(kWSospetta, std::sqrt(QuantileChiQuadro(1.0 - kRischio / c.Equazioni, 1.0)));
   if (!(e.W > limite)) return;
   const auto s = static_cast<std::size_t>(e.Stazione);
   Trovati.push_back(

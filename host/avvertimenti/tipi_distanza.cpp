@@ -23,7 +23,7 @@
 #include "host/avvertimenti/dopo.h"
 #include "host/numeri.h"
 #include "host/statistica.h"
-#include "host/uscite/visuali.h"
+#include "host/uscite/grandezze.h"
 
 namespace {
 
@@ -151,7 +151,7 @@ bool Esame::Torna(const Sospetta& s) {
   if (e.Ridondanza < kControllo) return false;
   const double sqm = e.SqmPriori / std::sqrt(e.Ridondanza);
   const double scarto = std::abs(e.Residuo / e.Ridondanza - s.D);
-  return std::abs(e.Residuo / e.Ridondanza) > kWSospetto * sqm && scarto < kVolteSqm * sqm &&
+  return std::abs(e.Residuo / e.Ridondanza) > kWSospetta * sqm && scarto < kVolteSqm * sqm &&
          scarto < kConcorda * std::abs(s.D);
 }
 

@@ -274,7 +274,7 @@ class Ricalcolo {
   using Riga = std::vector<double>;
   void AggiungiPunto(const Elemento& e) {
     const auto leggi = [&](const char* asse) {
-      return e.contains(asse) ? std::stod(e.at(asse)) : 0;
+      return e.contains(asse) ? LeggiNumero(e.at(asse)).Valore : 0;
     };
     Posti[e.at("id")] = {leggi("x"), leggi("y"), leggi("z")};
     const bool cercato =
@@ -312,9 +312,9 @@ class Ricalcolo {
     for (const Elemento& e : Osservazioni) {
       Riga riga(Incognite);
       const bool angolo = e.at("") == "angle";
-      double l = std::stod(e.at("val")) * (angolo ? 1e4 : 1e3) - Calcola(e, riga);
+      double l = LeggiNumero(e.at("val")).Valore * (angolo ? 1e4 : 1e3) - Calcola(e, riga);
       if (angolo) l = std::remainder(l, 4e6);
-      const double p = 1 / std::pow(std::stod(e.at("stdev")), 2);
+      const double p = 1 / std::pow(LeggiNumero(e.at("stdev")).Valore, 2);
       quadrati += p * l * l;
       for (int i = 0; i < Incognite; ++i) {
         for (int j = 0; j < Incognite; ++j) normale[i][j] += p * riga[i] * riga[j];

@@ -129,10 +129,10 @@ TEST(Uscite, DxfCoppieStratiEdEllissi) {
       if (c >= 10 && c < 60) {
         EXPECT_EQ(valore.find('e'), valore.npos);
       }
-      if (c == 10) est = std::stod(valore);
+      if (c == 10) est = LeggiNumero(valore).Valore;
       if (c != 20 || entita != "VERTEX") continue;
       const RisultatoPunto& p = *ellissi.at(vertici++ / VerticiEllisse(r));
-      EXPECT_NEAR(SuEllisse(p, est - p.Est, std::stod(valore) - p.Nord, EsagerazioneEllissi(r)), 1,
+      EXPECT_NEAR(SuEllisse(p, est - p.Est, LeggiNumero(valore).Valore - p.Nord, EsagerazioneEllissi(r)), 1,
                   1e-3);
     }
     EXPECT_EQ(entita, "EOF");
