@@ -24,8 +24,16 @@ ReteProva ReteEsatta(unsigned seme) {
   const double lato = caso.Scelta({200.0, 3000.0});
   const int n = 4 + caso.Intero(4);
   for (int i = 0; i < n; ++i) {
-    rete.Punti.push_back({{}, caso.Reale(0, lato), caso.Reale(0, lato), caso.Reale(300, 360), 0,
-                          i < 2, i < 2, 0, 0, 0});
+    rete.Punti.push_back({{},
+                          caso.Reale(0, lato),
+                          caso.Reale(0, lato),
+                          caso.Reale(300, 360),
+                          0,
+                          i < 2,
+                          i < 2,
+                          0,
+                          0,
+                          0});
     rete.Nomi.push_back("P" + std::to_string(i));
   }
   for (int s = 0; s < n; ++s) {
@@ -44,8 +52,13 @@ ReteProva ReteEsatta(unsigned seme) {
       const double k = rete.DsOr.CorrCurvRifr != 0 ? 0.87 / 2 / 6378000 : 0;
       const double su = q.Quota + segnale - p.Quota - strumento - k * d * d;
       const double direzione = std::fmod(Gon(meta - sta) - zero + 400, 400);
-      rete.Osservazioni.back().push_back({{}, t, direzione, std::atan2(d, su) / kRadPerGon, segnale,
-                                          tipo == 1 ? std::hypot(d, su) : d, tipo});
+      rete.Osservazioni.back().push_back({{},
+                                          t,
+                                          direzione,
+                                          std::atan2(d, su) / kRadPerGon,
+                                          segnale,
+                                          tipo == 1 ? std::hypot(d, su) : d,
+                                          tipo});
     }
   }
   rete.Collega();

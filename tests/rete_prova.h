@@ -55,7 +55,8 @@ struct Caso {
 };
 
 // A determinable network of a kind that the seed picks: map zone or none, eccentric stations, every
-// kind of distance or none at all, unknown instrument heights, curvature; approximations 0.1 m off.
+// kind of distance or none at all, unknown instrument heights, curvature, blunders, or one station
+// alone without redundancy; approximations 0.1 m off.
 ReteProva ReteCasuale(unsigned seme);
 
 // The report as one string, Windows-1252, lines ended by '\n'. A value not given is written as "-".
