@@ -120,6 +120,20 @@ TEST(Flusso, Casi) {
   }
 }
 
+// A step is the last when no coordinate moves by more than 2 cm, whichever it is.
+TEST(Flusso, Convergenza) {
+  const ReteProva compensata = CaricaRete("quadrato").Compensata();
+  const double casi[][3] = {// off the solution [m], steps
+                            {0.0199, 0, 1}, {0, -0.0199, 1}, {-0.0201, 0, 2}, {0, 0.0201, 2}};
+  for (const auto& [dE, dN, passi] : casi) {
+    ReteProva rete = compensata;
+    rete.Punti[3].Est += dE, rete.Punti[3].Nord += dN;
+    ProvaCalcolo job(rete);
+    EXPECT_TRUE(job.Esegui());
+    EXPECT_EQ(job.Contiene("N.   2\n"), passi == 2) << dE << ' ' << dN;
+  }
+}
+
 // What an int cannot count is refused before a record is looked at.
 TEST(Flusso, TroppiRecord) {
   constexpr std::size_t kTroppi = std::size_t{1} << 31;
