@@ -1,7 +1,8 @@
 // Every number of one adjustment against the second computation: rows, step, residuals, sigma zero,
-// cofactors, w, ellipses, printed standard deviations. Each is held to 1e-9 of its natural scale: the largest weighted known
-// term for all that follows from the known terms; w also by the redundancy of its equation, for a
-// residual that the network leaves hardly any room is all rounding.
+// cofactors, w, ellipses, printed standard deviations. Each is held to 1e-9 of its natural scale:
+// the largest weighted known term for all that follows from the known terms; w also by the
+// redundancy of its equation, for a residual that the network leaves hardly any room is all
+// rounding.
 
 #include "doppio.h"
 

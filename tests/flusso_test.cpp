@@ -83,6 +83,11 @@ const struct CasoFlusso {
      {"azioni    1\n", "\n\nIMPOSSIBILE ESEGUIRE IL CALCOLO IN ALTIMETRIA !\n\n\n\n="}, "QUOTE"},
     {"no northing for a height", [](R r) { r.Punti[1].Nord = kNo; },
      {"FISSE (1)", "N. Osservazioni    6\n", "QUOTE"}},
+    {"short distances of types 6 and 7", [](R r) {  // with what is shown of their geometry
+       TOssCr &b = Oss(r, 0, 0), &a = Oss(r, 1, 0);
+       b.Distanza = 1.11, b.Zenit = 100, b.TipoDist = kInclinataTipo7;
+       a.Distanza = 1.06, a.Zenit = 50, a.TipoDist = kInclinataTipo6;
+     }, {"B                   1.006 ", "A                   0.762 "}},
     {"demoted", [](R r) { r.Punti[2].Est = kNo; }, {"    -   NoUs.    102.0000    Var.\n"}},
     {"not seen", [](R r) { SenzaB(r, -3); }, {"2000.0000   NoUs.    101.0000   NoUs.\n"}},
     {"stood upon", [](R r) { SenzaB(r, 1); }, {"2000.0000   Fiss.    101.0000   Fiss.\n"}},
