@@ -88,6 +88,8 @@ const struct CasoFlusso {
        b.Distanza = 1.11, b.Zenit = 100, b.TipoDist = kInclinataTipo7;
        a.Distanza = 1.06, a.Zenit = 50, a.TipoDist = kInclinataTipo6;
      }, {"B                   1.006 ", "A                   0.762 "}},
+    {"a reading at the limit counts for nothing, but is listed",
+     [](R r) { Oss(r, 0, 1).Direzione = kNonDato; }, {"azioni   19\n", "Cor.Azim. = -"}},
     {"demoted", [](R r) { r.Punti[2].Est = kNo; }, {"    -   NoUs.    102.0000    Var.\n"}},
     {"not seen", [](R r) { SenzaB(r, -3); }, {"2000.0000   NoUs.    101.0000   NoUs.\n"}},
     {"stood upon", [](R r) { SenzaB(r, 1); }, {"2000.0000   Fiss.    101.0000   Fiss.\n"}},
