@@ -13,6 +13,7 @@ namespace {
 using Z = std::complex<double>;
 using Incognite = std::vector<Z>;
 constexpr double kPasso = 1e-40;  // of the derivatives, along the imaginary axis
+constexpr double kSingolare = 1e-9;
 
 struct Osservata {
   std::function<Z(const Incognite&)> Predice;
@@ -31,20 +32,23 @@ Doppio Risolvi(const std::vector<Osservata>& osservate, const Incognite& origine
   const int n = d.Righe = static_cast<int>(osservate.size());
   const int u = d.Incognite = static_cast<int>(origine.size());
   std::vector<double> b, y;
+  Incognite spostata = origine;
   for (const Osservata& o : osservate) {
     const double l = o.Misura - o.Predice(origine).real();
     d.Noti.push_back(o.Angolo ? std::remainder(l, kGiro) : l);
     d.Peso.push_back(o.Peso);
     y.push_back(std::sqrt(o.Peso) * d.Noti.back());
     for (int c = 0; c < u; ++c) {
-      Incognite spostata = origine;
       spostata[c] += Z(0, kPasso);
       d.A.push_back(o.Predice(spostata).imag() / kPasso);
+      spostata[c] = origine[c];
       b.push_back(std::sqrt(o.Peso) * d.A.back());
     }
   }
   if (n < u || u == 0) return {};
   if (LAPACKE_dgels(LAPACK_ROW_MAJOR, 'N', n, u, 1, b.data(), u, y.data(), 1) != 0) return {};
+  for (int i = 0; i < u; ++i)
+    if (std::abs(b[i * u + i]) < kSingolare * std::abs(b[0])) return {};
   LAPACKE_dtrtri(LAPACK_ROW_MAJOR, 'U', 'N', u, b.data(), u);
   d.Passo.assign(y.begin(), y.begin() + u);
   d.Q.resize(d.Passo.size() * d.Passo.size());
@@ -129,8 +133,9 @@ struct Pianta {
 
 }  // namespace
 
-Doppio DoppioPla(const ReteProva& rete) {
+Doppio DoppioPla(const ReteProva& rete, double raggio) {
   Pianta pianta(rete);
+  pianta.Raggio = raggio;
   std::vector<Osservata> righe;
   bool conDistanze = false;
   for (const TStaCr& s : rete.Stazioni)
@@ -167,7 +172,24 @@ Doppio DoppioPla(const ReteProva& rete) {
       };
       righe.push_back({predice, d, 1e-12 / (sigma * sigma), false});
     }
-  return Risolvi(righe, pianta.Origine);
+  Doppio d = Risolvi(righe, pianta.Origine);
+  d.Raggio = pianta.Raggio;
+  return d;
+}
+
+Doppio DoppioIterato(ReteProva& rete) {
+  Doppio d;
+  for (int passo = 1, fermo = 0; fermo == 0; ++passo) {
+    d = DoppioPla(rete, d.Raggio);
+    int k = 0;
+    for (TCoorCr& p : rete.Punti) {
+      if (p.TipoPla != kIncognito) continue;
+      p.Est += d.Passo[k++] * 1000, p.Nord += d.Passo[k++] * 1000;
+    }
+    const auto piccola = [](double x) { return std::abs(x) <= 2e-5; };
+    fermo = passo >= rete.Opzioni.MaxIter || std::ranges::all_of(d.Passo, piccola);
+  }
+  return d;
 }
 
 Doppio DoppioAlt(const ReteProva& rete) {
@@ -224,8 +246,8 @@ Geografica DoppiaGeografica(double nord, double daMeridiano) {
                              n2 / 48 + n3 / 15 - n4 * 437 / 1440, n3 * 17 / 480 - n4 * 37 / 840,
                              n4 * 4397 / 161280};
   constexpr double delta[] = {n * 2 - n2 * 2 / 3 - n3 * 2 + n4 * 116 / 45,
-                              n2 * 7 / 3 - n3 * 8 / 5 - n4 * 227 / 45,
-                              n3 * 56 / 15 - n4 * 136 / 35, n4 * 4279 / 630};
+                              n2 * 7 / 3 - n3 * 8 / 5 - n4 * 227 / 45, n3 * 56 / 15 - n4 * 136 / 35,
+                              n4 * 4279 / 630};
   const Z zeta(nord / raggio, daMeridiano / raggio);
   Z sfera = zeta;
   for (int j = 0; j < 4; ++j) sfera -= beta[j] * std::sin(2.0 * (j + 1) * zeta);

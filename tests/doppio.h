@@ -10,13 +10,18 @@
 // equations have none.
 struct Doppio {
   int Righe = 0, Incognite = 0;
-  std::vector<double> A, Noti, Peso;    // [Righe x Incognite], observed minus predicted, weights
-  std::vector<double> Passo, Residui;   // the unknowns, known term minus adjusted value
+  std::vector<double> A, Noti, Peso;     // [Righe x Incognite], observed minus predicted, weights
+  std::vector<double> Passo, Residui;    // the unknowns, known term minus adjusted value
   std::vector<double> Q, Ridondanza, W;  // cofactors; of each equation: redundancy (0 to 1) and w
   double SigmaZero = 0;
+  double Raggio = 0;  // that the last projected point has left [km]
 };
-Doppio DoppioPla(const ReteProva& rete);  // unknowns are corrections [km]
+// Unknowns are corrections [km]; `raggio` is what a step before has left.
+Doppio DoppioPla(const ReteProva& rete, double raggio = 0);
 Doppio DoppioAlt(const ReteProva& rete);  // unknowns are heights [m]
+// Steps in plan until no correction exceeds 2 cm, or as many as the network allows; it is left at
+// the coordinates of the last one.
+Doppio DoppioIterato(ReteProva& rete);
 
 // Ellipse of the k-th unknown point from the eigenvectors of its covariance [m, gon].
 struct EllisseDoppia {

@@ -81,6 +81,15 @@ const struct CasoFlusso {
      {"\n*** ERRORE\n\nPIU' INCOGNITE (2)  DI OSSERVAZIONI (1)" + kIndeterminato}, "QUOTE"},
     {"height singular", [](R r) { SoloA(r, 2), Sovrapposti(r); },
      {"azioni    1\n", "\n\nIMPOSSIBILE ESEGUIRE IL CALCOLO IN ALTIMETRIA !\n\n\n\n="}, "QUOTE"},
+    {"no northing for a height", [](R r) { r.Punti[1].Nord = kNo; },
+     {"FISSE (1)", "N. Osservazioni    6\n", "QUOTE"}},
+    {"short distances of types 6 and 7", [](R r) {  // with what is shown of their geometry
+       TOssCr &b = Oss(r, 0, 0), &a = Oss(r, 1, 0);
+       b.Distanza = 1.11, b.Zenit = 100, b.TipoDist = kInclinataTipo7;
+       a.Distanza = 1.06, a.Zenit = 50, a.TipoDist = kInclinataTipo6;
+     }, {"B                   1.006 ", "A                   0.762 "}},
+    {"a reading at the limit counts for nothing, but is listed",
+     [](R r) { Oss(r, 0, 1).Direzione = kNonDato; }, {"azioni   19\n", "Cor.Azim. = -"}},
     {"demoted", [](R r) { r.Punti[2].Est = kNo; }, {"    -   NoUs.    102.0000    Var.\n"}},
     {"not seen", [](R r) { SenzaB(r, -3); }, {"2000.0000   NoUs.    101.0000   NoUs.\n"}},
     {"stood upon", [](R r) { SenzaB(r, 1); }, {"2000.0000   Fiss.    101.0000   Fiss.\n"}},
@@ -115,6 +124,33 @@ TEST(Flusso, Casi) {
     for (const auto& testo : c.Contiene) EXPECT_TRUE(job.Contiene(testo)) << job.Rapporto.Testo;
     const double dopo = rete.Punti.empty() ? 0 : rete.Punti[0].Est;
     EXPECT_DOUBLE_EQ(dopo, c.Esito ? est : est * 0.001);  // a run that the check stops leaves km
+  }
+}
+
+// A step is the last when no coordinate moves by more than 2 cm, whichever it is.
+TEST(Flusso, Convergenza) {
+  const ReteProva compensata = CaricaRete("quadrato").Compensata();
+  const double casi[][3] = {// off the solution [m], steps
+                            {0.0199, 0, 1}, {0, -0.0199, 1}, {-0.0201, 0, 2}, {0, 0.0201, 2}};
+  for (const auto& [dE, dN, passi] : casi) {
+    ReteProva rete = compensata;
+    rete.Punti[3].Est += dE, rete.Punti[3].Nord += dN;
+    ProvaCalcolo job(rete);
+    EXPECT_TRUE(job.Esegui());
+    EXPECT_EQ(job.Contiene("N.   2\n"), passi == 2) << dE << ' ' << dN;
+  }
+}
+
+// What an int cannot count is refused before a record is looked at.
+TEST(Flusso, TroppiRecord) {
+  constexpr std::size_t kTroppi = std::size_t{1} << 31;
+  ReteProva rete = CaricaRete("quadrato").Con(0);
+  RapportoProva rapporto;
+  for (const bool punti : {true, false}) {
+    rete.Stazioni[0].Osservazioni = {rete.Osservazioni[0].data(), punti ? 3 : kTroppi / 2};
+    const TVettCr<TCoorCr> vp(rete.Punti.data(), punti ? kTroppi : rete.Punti.size());
+    const TVettCr<TStaCr> vs(rete.Stazioni);
+    EXPECT_THROW(CalcCmpRigVelid1(&rete.Opzioni, &vp, &vs, &rete.DsOr, &rapporto), std::bad_alloc);
   }
 }
 

@@ -138,6 +138,25 @@ TEST(Motori, ReteSparsa) {
   Confronta(rete);
 }
 
+// Three stations see 150 points, which see nothing: the third is met in every equation of its own.
+ReteProva Stella() {
+  ReteProva r = LeggiRete(
+      "OPZ 0.003 0.002 0.001 9 3 0\nDSOR 0 0.13 6378000\nPT A|-900 0 100 1 1\nPT B|900 50 100 1 1\n"
+      "PT H|10 900 100 0 0\nST 0 1.5 1 0 0\nST 1 1.5 1 0 0\nST 2 1.5 1 0 0");
+  for (int i = 0; i < 150; ++i) {
+    r.Punti.push_back({{}, 20.0 * i - 1500, 2000.0 + 30 * (i % 7), 100, 0, 0, 0, 0, 0, 0});
+    r.Nomi.push_back("Z");
+  }
+  for (int s = 0; s < 3; ++s)
+    for (int t = 2; t < std::ssize(r.Punti); ++t) {
+      const TCoorCr &p = r.Punti[s], &q = r.Punti[t];
+      const double d = std::hypot(q.Est - p.Est, q.Nord - p.Nord) + 1e-3 * (t % 5);
+      if (t != s)
+        r.Osservazioni[s].push_back({{}, t, kValoreMancante, 100 + 1e-4 * (t % 3), 1.5, d, 0});
+    }
+  return r;
+}
+
 // Networks on which an engine can stumble. The report of the dense one tells where it ends.
 TEST(Motori, RetiDifficili) {
   const std::string quadrato = LeggiFile(CARTELLA_PROVE "/reti/quadrato.net");
@@ -161,6 +180,8 @@ TEST(Motori, RetiDifficili) {
            r.Osservazioni.push_back(giro);
          }
        }, {"Incognite       8\n", "Ridondanza        32\n", "RISUTATI"}, "*** ERRORE"},
+      {"a hub", [](ReteProva& r) { r = Stella(); },
+       {"Incognite     302\n", "Ridondanza       150\n", "QUOTE COMPENSATE"}, "*** ERRORE"},
       {"nothing in plan reaches D", [](ReteProva& r) {  // but a reading that has no other beside it
          for (auto& giro : r.Osservazioni)
            std::erase_if(giro, [](const TOssCr& o) { return o.Punto == 3; });

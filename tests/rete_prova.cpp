@@ -75,7 +75,7 @@ ReteProva LeggiRete(const std::string& testo) {
 ReteProva ReteCasuale(unsigned seme) {
   Caso caso(seme);
   ReteProva rete;
-  const bool carta = seme % 3 == 1;
+  const bool carta = seme % 3 == 1, minima = seme % 10 == 7;
   const double lato = caso.Scelta({300.0, 2000.0, 9000.0});
   const double est = carta ? caso.Scelta({1500e3, 2520e3, 500e3, 0.0}) + caso.Reale(-9e4, 9e4) : 0;
   const double nord = carta ? caso.Reale(4e6, 5.2e6) : 0;
@@ -83,20 +83,22 @@ ReteProva ReteCasuale(unsigned seme) {
   rete.DsOr = {seme % 2 == 1, 0.13, 6378000.0};
   const int n = 5 + caso.Intero(10);
   for (int i = 0; i < n; ++i) {
+    const bool fisso = i < 2 + n / 6;
     rete.Punti.push_back({{}, est + caso.Reale(0, lato), nord + caso.Reale(0, lato),
-                          caso.Reale(200, 200 + lato / 10), 0, i < 2 + n / 6, i % 4 == 0, 0, 0, 0});
+                          caso.Reale(200, 200 + lato / 10), 0, fisso, minima ? fisso : i % 4 == 0,
+                          0, 0, 0});
     rete.Nomi.push_back(std::string("P").append(std::to_string(i + 1)));
   }
-  for (int s = 0; s < n; ++s) {
+  for (int s = 0; s < (minima ? 1 : n); ++s) {
     const TCoorCr& p = rete.Punti[s];
-    rete.Stazioni.push_back({{}, s, caso.Reale(1.4, 1.7), caso.Intero(4) != 0,
+    rete.Stazioni.push_back({{}, s, caso.Reale(1.4, 1.7), minima ? 1 : caso.Scelta({0, 1, 1, 2}),
                              caso.Scelta({0.0, 0.0, 0.0005, 0.005, 0.05, 2.5, kValoreMancante}),
                              caso.Reale(0, 400), {}});
     rete.Osservazioni.emplace_back();
     const double zero = caso.Reale(0, 400);
     for (int t = 0; t < n; ++t) {
       const TCoorCr& q = rete.Punti[t];
-      if (t == s || caso.Intero(4) == 0) continue;
+      if (t == s || (minima ? t > 1 && q.TipoPla == kFisso : caso.Intero(4) == 0)) continue;
       const double distanza = std::hypot(q.Est - p.Est, q.Nord - p.Nord);
       const double azimut = std::atan2(q.Est - p.Est, q.Nord - p.Nord) / kRadPerGon;
       const double alzo = std::atan2(q.Quota - p.Quota, distanza);
@@ -104,15 +106,17 @@ ReteProva ReteCasuale(unsigned seme) {
       const bool inclinata = tipo == 1 || tipo == 6 || tipo == 7;
       const double misura = inclinata ? distanza / std::cos(alzo) : distanza;
       const auto letto = [&](double v, double errore, bool mai = false) {
-        return caso.Intero(8) == 0 || mai ? kValoreMancante : v + caso.Reale(-errore, errore);
+        if ((!minima && caso.Intero(8) == 0) || mai) return kValoreMancante;
+        const bool grossolano = seme % 4 == 2 && errore < 0.1 && caso.Intero(20) == 0;
+        return v + caso.Reale(-errore, errore) * (grossolano ? caso.Reale(10, 100) : 1);
       };
       rete.Osservazioni.back().push_back(
           {{}, t, letto(std::fmod(azimut - zero + 800, 400), 1e-3, seme % 5 == 3),
            letto(100 - alzo / kRadPerGon, 1e-3), letto(1.7, 0.5),
-           letto(misura, 5e-3, seme % 5 == 4), tipo});
+           letto(misura, 5e-3, seme % 5 == 4 || (minima && t == 1)), tipo});
     }
     std::vector<TOssCr>& giro = rete.Osservazioni.back();
-    if (!giro.empty()) giro.push_back(TOssCr(giro[0]));  // back to the first target
+    if (!minima && !giro.empty()) giro.push_back(TOssCr(giro[0]));  // back to the first target
   }
   for (TCoorCr& p : rete.Punti) {
     if (p.TipoPla == kIncognito) p.Est += caso.Reale(-0.1, 0.1), p.Nord += caso.Reale(-0.1, 0.1);
