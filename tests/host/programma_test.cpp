@@ -94,7 +94,7 @@ const struct CasoStato {
      "head -n 1 d/r.toml; diff d/r.toml libretto_di_campagna.toml | grep -c '^> [^#]'",
      0, " il 01/01/1970 con i dati di:\n4\n", ""},
     {"$C verifica libretto_di_campagna.toml", 0, "\nVerdetto:     la rete si può compensare\n", ""},
-    {"$C zeman.toml -q -o r.txt --csv d && ! grep , d/* && "
+    {"$C zeman.toml -q -o r.txt --csv d && ! grep '[0-9],[0-9]' d/* && "
      "$C zeman.toml -q -o r.txt --csv d --decimali virgola && ! grep -F . d/* && echo due",
      0, "due\n", ""},
     {"$C importa zeman_punti.csv --coordinate -o r.toml", 2, "", "--coordinate: vuole un valore"},
