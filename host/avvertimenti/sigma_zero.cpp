@@ -85,7 +85,7 @@ void Esame::EsaminaSigmaZero() {
              "prima cercare un errore grossolano" + PeggioreDi(c) +
                  (sigma <= kFattoreCredibile ? "; se non c'è, gli sqm vanno " + volte
                                              : "; di tanto sbagliano, più che gli sqm, i nomi, le "
-                                               "coordinate o le unità"));
+                                               "coordinate, le unità o le opzioni"));
   else
     Aggiungi(
         R.DoveOpzioni.SqmDirezione, "planimetria",
