@@ -35,8 +35,7 @@ std::string TestoEsito(const Risultati& r, const RisultatoCompensazione& c) {
   switch (c.Fine) {
     case Esito::NonRichiesta: return "non richiesta";
     case Esito::Riuscita:
-      return c.GradiLiberi == 0 ? "riuscita"
-                                : "non determinabile, risultati da non usare";
+      return c.GradiLiberi == 0 ? "riuscita" : "non determinabile, risultati da non usare";
     case Esito::NonConvergente: return "non convergente";
     case Esito::NonDeterminabile:
       return (c.PuntiNonDeterminabili.size() == 1 ? "punto non determinabile: "
@@ -50,6 +49,11 @@ std::string TestoEsito(const Risultati& r, const RisultatoCompensazione& c) {
       return "interrotta, rete indeterminata (matrice normale singolare)";
   }
   return {};
+}
+
+std::string TestoEquazioniIncognite(const RisultatoCompensazione& c) {
+  return std::to_string(c.Equazioni) + (c.Equazioni == 1 ? " equazione, " : " equazioni, ") +
+         std::to_string(c.Incognite) + (c.Incognite == 1 ? " incognita" : " incognite");
 }
 
 std::string TestoEquazione(const Risultati& r, const Equazione& e) {
@@ -83,9 +87,7 @@ std::string TestoSigmaZero(const Risultati& r, const RisultatoCompensazione& c) 
 
 std::string TestoRidondanza(const RisultatoCompensazione& c) {
   if (!c.Contate()) return "-";
-  return std::to_string(c.Ridondanza()) + " (" + std::to_string(c.Equazioni) +
-         (c.Equazioni == 1 ? " equazione, " : " equazioni, ") + std::to_string(c.Incognite) +
-         (c.Incognite == 1 ? " incognita)" : " incognite)");
+  return std::to_string(c.Ridondanza()) + " (" + TestoEquazioniIncognite(c) + ")";
 }
 
 std::string TestoIterazioni(const Risultati& r, const RisultatoCompensazione& c) {

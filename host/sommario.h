@@ -23,6 +23,9 @@ std::vector<std::string> RigheMotiLiberi(const Risultati& risultati);
 // How an adjustment ended, in words.
 std::string TestoEsito(const Risultati& risultati, const RisultatoCompensazione& compensazione);
 
+// "5 equazioni, 2 incognite".
+std::string TestoEquazioniIncognite(const RisultatoCompensazione& compensazione);
+
 // "angolo in "A" da "B" a "C"": what an equation observes, and between which points.
 std::string TestoEquazione(const Risultati& risultati, const Equazione& equazione);
 

@@ -19,6 +19,8 @@ namespace {
 
 // Of a warning on a network without gross errors: the largest of many w has a limit of its own.
 constexpr double kRischio = 0.05;
+// Factor up to which standard deviations may be misjudged; beyond, something else is wrong.
+constexpr double kFattoreCredibile = 10.0;
 constexpr int kDecimali = 3;
 constexpr int kDecimaliW = 2;
 
@@ -50,10 +52,9 @@ class Esame {
 void Esame::EsaminaRidondanza(const RisultatoCompensazione& c, const char* quale) {
   if (!c.Compiuta() || c.Ridondanza() != 0) return;
   Aggiungi(FileRete(), quale,
-           "ridondanza 0 (" + std::to_string(c.Equazioni) + " equazioni, " +
-               std::to_string(c.Incognite) +
-               " incognite): nessuna osservazione controlla le altre, sigma zero e precisioni "
-               "escono 0 e non dicono niente",
+           "ridondanza 0 (" + TestoEquazioniIncognite(c) +
+               "): nessuna osservazione controlla le altre, sigma zero e precisioni escono 0 e non "
+               "dicono niente",
            "un errore passerebbe tutto nel risultato: aggiungere osservazioni");
 }
 
@@ -77,19 +78,21 @@ void Esame::EsaminaSigmaZero() {
       "sigma zero " + NumeroFisso(sigma, kDecimali) + " fuori dai limiti " +
       NumeroFisso(limiti.Minimo, kDecimali) + " … " + NumeroFisso(limiti.Massimo, kDecimali) +
       " (chi quadrato al 95 %, ridondanza " + std::to_string(c.Ridondanza()) + "): ";
-  if (sigma > limiti.Massimo) {
-    const std::string peggiore = PeggioreDi(c);
+  const std::string volte = "moltiplicati per " + NumeroFisso(sigma, kDecimaliW);
+  if (sigma > limiti.Massimo)
     Aggiungi(R.DoveOpzioni.SqmDirezione, "planimetria",
              problema + "le osservazioni sono peggiori di quanto promettono gli sqm delle opzioni",
-             "prima cercare un errore grossolano" + peggiore +
-                 "; se non c'è, gli sqm vanno moltiplicati per " + NumeroFisso(sigma, kDecimaliW));
-    return;
-  }
-  Aggiungi(R.DoveOpzioni.SqmDirezione, "planimetria",
-           problema + "le osservazioni sono migliori di quanto promettono gli sqm delle opzioni",
-           "sqm troppo grandi, o in un'altra unità? se sono di uno stesso strumento vanno "
-           "moltiplicati per " +
-               NumeroFisso(sigma, kDecimaliW));
+             "prima cercare un errore grossolano" + PeggioreDi(c) +
+                 (sigma <= kFattoreCredibile ? "; se non c'è, gli sqm vanno " + volte
+                                             : "; di tanto sbagliano, più che gli sqm, i nomi, le "
+                                               "coordinate, le unità o le opzioni"));
+  else
+    Aggiungi(
+        R.DoveOpzioni.SqmDirezione, "planimetria",
+        problema + "le osservazioni sono migliori di quanto promettono gli sqm delle opzioni",
+        std::string("sqm troppo grandi, o in un'altra unità?") +
+            (sigma * kFattoreCredibile >= 1.0 ? " se sono di uno stesso strumento vanno " + volte
+                                              : ""));
 }
 
 // Only the largest: a gross error makes its neighbours' w grow too.

@@ -4,7 +4,6 @@
 // A set-up is a station and a round (giro). Rows without a round belong together as long as the
 // station does not change: when it comes back, its circle may be another one.
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <optional>
@@ -19,6 +18,7 @@
 #include "host/importazione/colonne_campagna.h"
 #include "host/importazione/lettore.h"
 #include "host/importazione/mappa_csv.h"
+#include "host/importazione/titoli_campagna.h"
 #include "host/importazione/titoli_csv.h"
 #include "host/numeri.h"
 #include "host/riga_csv.h"
@@ -31,62 +31,13 @@ constexpr RegolaNumero kHs{"hs", "m"};
 constexpr RegolaNumero kHp{"hp", "m"};
 constexpr RegolaNumero kDistanzaLetta{"dist", "m", 0.0};
 
-// How the titles of one file become columns.
-class TitoliCampagna {
- public:
-  TitoliCampagna(const OpzioniLettura& opzioni, std::vector<VoceMappa> mappa, bool conMappa,
-                 Libretto& libretto)
-      : Opzioni(opzioni), Mappa(std::move(mappa)), ConMappa(conMappa), L(libretto) {}
-
-  TitoloCsv Cerca(std::string_view titolo) {
-    if (VoceMappa* voce = CercaNellaMappa(Mappa, titolo)) {
-      voce->Trovata = true;
-      return {.Colonna = voce->Colonna};
-    }
-    if (!ConMappa || Opzioni.AssiXY) {
-      if (auto ambigua = TitoloXY(titolo, Opzioni.AssiXY, kCEst, kCNord)) return *ambigua;
-    }
-    const auto colonna = CercaSinonimo(TitoloSemplice(titolo), kSinonimiCampagna);
-    const bool mappata = std::any_of(
-        Mappa.begin(), Mappa.end(), [&](const VoceMappa& voce) { return voce.Colonna == colonna; });
-    if (colonna && !mappata) return {.Colonna = colonna};
-    if (ConMappa) {
-      L.Tralascia("colonna " + Cita(titolo), "non è fra le nostre né nella mappa", 1);
-      return {};
-    }
-    std::vector<std::string_view> note;
-    for (const SinonimoCsv& sinonimo : kSinonimiCampagna) note.push_back(sinonimo.Titolo);
-    Guasto guasto = ChiaveSconosciuta("intestazione", "colonna", titolo, note);
-    if (guasto.Suggerimento.empty())
-      guasto.Suggerimento = "le colonne di altri programmi si spiegano con --mappa";
-    return {.Cosa = std::move(guasto)};
-  }
-
-  // Pairs of the map whose column the table lacks.
-  void ControllaMappa(std::string_view file, Diagnostica& diagnostica) const {
-    for (const VoceMappa& voce : Mappa) {
-      if (voce.Trovata) continue;
-      diagnostica.Errore(
-          {*Opzioni.Mappa, voce.Riga, 1},
-          {.Record = "mappa delle colonne",
-           .Problema = "la tabella " + Cita(file) + " non ha la colonna " + Cita(voce.Titolo)});
-    }
-  }
-
- private:
-  const OpzioniLettura& Opzioni;
-  std::vector<VoceMappa> Mappa;
-  bool ConMappa;
-  Libretto& L;
-};
-
 class LettoreCampagna {
  public:
   LettoreCampagna(std::string_view testo, std::string_view file, const OpzioniLettura& opzioni,
                   std::vector<VoceMappa> mappa, Libretto& libretto, Diagnostica& diagnostica)
       : File(file),
         Opzioni(opzioni),
-        Titoli(opzioni, std::move(mappa), opzioni.Mappa.has_value(), libretto),
+        Titoli(opzioni, std::move(mappa), libretto),
         Csv(testo, file, kColonneCampagna, diagnostica,
             [this](std::string_view titolo) { return Titoli.Cerca(titolo); }),
         Riga(Csv, diagnostica, [this] { return Record(); }),

@@ -17,6 +17,7 @@
 #include "host/campi.h"
 #include "host/codifica.h"
 #include "host/importazione/lettore.h"
+#include "host/importazione/libretto_catastale_riga.h"
 #include "host/numeri.h"
 #include "host/riga_csv.h"
 #include "host/testi.h"
@@ -29,34 +30,6 @@ constexpr std::size_t kLunga = 4;          // numbers of an observation with zen
 constexpr std::size_t kCorta = 2;          // numbers of one without
 constexpr std::size_t kCampiStazione = 3;  // name, height, note
 constexpr RegolaNumero kDistanzaLetta{"distanza", "m", 0.0};
-
-bool IniziaRiga(std::string_view linea) {
-  return linea.size() > 1 && linea[0] >= '0' && linea[0] <= '9' && linea[1] == '|';
-}
-
-bool SembraNumero(std::string_view campo) {
-  return LeggiNumero(campo, true).Esito != EsitoNumero::NonNumero;
-}
-
-// Three numbers with commas between them: geocentric coordinates or a vector.
-bool Terna(std::string_view campo) {
-  const auto virgole = std::count(campo.begin(), campo.end(), ',');
-  return virgole >= 2 && campo.find_first_not_of("+-.,0123456789 ") == std::string_view::npos;
-}
-
-struct CampoLibretto {
-  std::string Valore;
-  std::size_t InizioLinea = 0;  // of the line on which it begins, in the text
-  std::size_t Inizio = 0;
-  int Linea = 0;
-};
-
-struct RigaLibretto {
-  char Genere = '\0';
-  int Linea = 0;
-  bool Chiusa = false;               // by "|"
-  std::vector<CampoLibretto> Campi;  // without the kind
-};
 
 class LettoreLibretto {
  public:
@@ -149,10 +122,6 @@ class LettoreLibretto {
       case '8': return Approssimate(riga);
       default: return Precisioni(riga);
     }
-  }
-
-  static std::string_view Campo(const RigaLibretto& riga, std::size_t i) {
-    return i < riga.Campi.size() ? std::string_view(riga.Campi[i].Valore) : std::string_view();
   }
 
   Posizione Dove(const RigaLibretto& riga, std::size_t i) const {

@@ -117,7 +117,9 @@ void SpiegaIndeterminazione(Risultati& r) {
     if (DaSpiegare(r, r.Planimetria)) SpiegaPlanimetria(r);
     if (DaSpiegare(r, r.Altimetria)) SpiegaAltimetria(r);
   } catch (const std::bad_alloc&) {  // the outcome itself is worth more
-    r.Planimetria.MotiLiberi.clear();
-    r.Altimetria.MotiLiberi.clear();
+    for (RisultatoCompensazione* c : {&r.Planimetria, &r.Altimetria}) {
+      c->MotiLiberi.clear();
+      c->GradiLiberi = 0;
+    }
   }
 }

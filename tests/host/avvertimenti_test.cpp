@@ -120,6 +120,7 @@ const Svista kPrima[] = {
      OgniPunto(r, [](auto& p) { p.Quota = kNonDato * 2; }); },
      1, "ridotta all'ellissoide come a quota 0"},
     {kLocale, [](Rete& r) { OgniPunto(r, Scambia); }, 1, "gon se si cambia verso"},
+    {kLibera, [](Rete& r) { OgniPunto(r, Scambia); }, 1, "2 angoli si scostano in mediana"},
     {kLocale, [](Rete& r) { OgniOss(r, [](TOssCr& o) { o.Direzione *= 0.9; }); },
      1, "gon se le direzioni sono in gradi"},
     {kLocale, [](Rete& r) { OgniOss(r, [](TOssCr& o) { o.Distanza *= 3.28084; }); },
@@ -163,6 +164,14 @@ const Svista kDopo[] = {
      1, "sono migliori di quanto promettono gli sqm"},
     {kCarta, [](Rete& r) { r.Opzioni = {0.0104, 0.0052, 0.00208, 6, 3, 1}; }, 0, ""},
     {kCarta, [](Rete& r) { r.Opzioni = {0.008, 0.004, 0.0016, 6, 3, 1}; }, 0, ""},
+    {kCarta, [](Rete& r) { r.Opzioni = {0.001, 0.0005, 0.0002, 6, 3, 1}; },
+     1, "se non c'è, gli sqm vanno moltiplicati per 9.03)"},
+    {kCarta, [](Rete& r) { r.Opzioni = {0.0005, 0.00025, 0.0001, 6, 3, 1}; },
+     1, "di tanto sbagliano, più che gli sqm, i nomi"},
+    {kCarta, [](Rete& r) { r.Opzioni = {0.12, 0.06, 0.024, 6, 3, 1}; }, 1, "altra unità?)"},
+    {kLibera, [](Rete& r) { r.Opzioni.TipoCalcolo = 2; r.Osservazioni[0].resize(1);
+     r.Stazioni[0].Osservazioni = r.Osservazioni[0]; },
+     1, "altimetria: ridondanza 0 (1 equazione, 1 incognita)"},
     {kLibera, [](Rete& r) { r.Osservazioni[0].pop_back();
      r.Stazioni[0].Osservazioni = r.Osservazioni[0]; Oss(r, 1).Distanza = kValoreMancante; },
      2, "planimetria: ridondanza 0 (2 equazioni, 2 incognite)"},
