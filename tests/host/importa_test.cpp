@@ -107,9 +107,7 @@ const struct CasoCompleta {
      "l.gsi:2:1: errore: osservazione da \"S\" a \"A\", zenit: numero fuori dai limiti", ""},
     {[](O&, L& l) { l.Postazioni[0].Altezza.reset(); }, "", "calcolo = \"planimetria\"\n"},
     // Roles: what options name must be there, with the coordinates that it is fixed to.
-    {[](O& o, L&) { o.Fissi = {"a"}; }, "--fissi: errore: punto \"a\": non è tra i punti (forse \"A\"?",
-     ""},
-    {[](O& o, L&) { o.FissiPlanimetria = {"A"}; }, "", "= 100.000, planimetria = \"fisso\" },\n"},
+    {[](O& o, L&) { o.Fissi = {"a"}; }, "--fissi: errore: punto \"a\": non è tra i punti", ""},
     {[](O& o, L&) { o.FissiAltimetria = {"B"}; }, "\"B\": manca la quota a cui fissarlo", ""},
     {[](O& o, L& l) {
        l.Punti[1] = {"B", {}, {}, 9, {}, {}}, o.Fissi = {"B"}, o.TipoCalcolo = kCalcoloAltimetria;
@@ -121,29 +119,27 @@ const struct CasoCompleta {
     {[](O&, L& l) { l.Punti.push_back({"A", 1000, 2000.11, 100, {}, {}}); },
      "fino a 0.110 m: valgono le prime", "est = 1000.000, nord = 2000.000, quota = 100.000 }"},
     {[](O&, L& l) {
-       l.Punti[0].Ruoli.Pla = kFisso, l.Punti.push_back({"A", 1000.001, 2000, 8, {{}, kFisso}, {}});
+       l.Punti[0].Ruoli.Pla = kFisso, l.Punti.push_back({"A", 1001, 2000, 8, {{}, kFisso}, {}});
      }, "fino a 92.000 m: valgono quelle dette fisse",
-     "est = 1000.000, nord = 2000.000, quota = 8.000, planimetria = \"fisso\", altimetria = \"fisso\""},
+     "est = 1000.000, nord = 2000.000, quota = 8.000, planimetria = \"fisso\", altimetria = \"fi"},
     // Standard deviations: option, file, observations, usual value.
     {[](O& o, L& l) { l.Opzioni.SqmDirezione = 2e-3, o.SqmDirezione = 3e-3; }, "",
      "sqm_direzione = 0.0030              # gon, di un angolo fra due direzioni\n"},
-    {[](O&, L& l) { Ultima(l).SqmDirezione = 1e-3, l.Opzioni.SqmDirezione = 2e-3; }, "", "= 0.0020 "},
+    {[](O&, L& l) { Ultima(l).SqmDirezione = 1e-3, l.Opzioni.SqmDirezione = 2e-3; }, "", "0.0020 "},
     {[](O& o, L&) { o.SqmDistProporzionale = 4e-3; }, "delle distanze: assunto 3 mm + 2 mm/km",
      "sqm_distanza_costante = 0.003       # m: valore usuale, assunto\n"
      "sqm_distanza_proporzionale = 0.004  # m per km\n"},
-    {[](O& o, L&) { o.SqmDistCostante = 2e-3; }, "", "sqm_distanza_proporzionale = 0.000  # m per"},
     {[](O&, L& l) {  // of equals the largest; what is not measured has no say
        l.Postazioni[0].Battute[2].SqmDirezione = 1e-3, Ultima(l).SqmDirezione = 2e-3;
        l.Postazioni[0].Battute[2].SqmDistanza = 7e-3, Ultima(l).SqmDistanza = 5e-3;
-     }, "osservazioni: 0.002 (1), 0.001 (1)\n", "sqm_distanza_costante = 0.005       # m: dal valore d"},
-    // Ranges, and the account.
+     }, "osservazioni: 0.002 (1), 0.001 (1)\n", "sqm_distanza_costante = 0.005       # m: dal va"},
     {[](O&, L& l) { Ultima(l).Direzione = 799.5; }, "", "direzione = 399.5000, zenit = 97.5000"},
     {[](O&, L& l) { l.Postazioni[0].EccDistanza = 0.5, l.Postazioni[0].EccDirezione = -10; }, "",
      "eccentricita = { distanza = 0.500, direzione = 390.0000 }\n"},
     {[](O&, L& l) { Ultima(l).Zenit.reset(); }, "l.gsi:4:1: avviso: 1 distanza inclinata: senza ze",
      "\n#\n# Assunto:\n#   2 punti che il libretto nomina solo nelle letture sono incogniti.\n"
      "#   1 distanza uguale a zero vale come non misurata.\n#\n# Cerchi dello strumento:\n"},
-    {[](O&, L& l) { l.Postazioni[0].Battute[1] = {"A", {}, 210.001, 301.0004, {}, {}, 1, {}, {}, {}}; },
+    {[](O&, L& l) { l = Libro("A 10 99 9 1; A 210.001 301.0004; B 20 99"); },
      "", "Cerchi:         1 coppia di letture coniugate mediata, collimazione media +0.00050 gon, "
      "indice medio +0.00020 gon.\nAssunto:"},
     {[](O&, L& l) {
@@ -175,8 +171,8 @@ TEST(Completa, Casi) {
     Contiene(Testi(diario), caso.Messaggio);
     ASSERT_EQ(rete.has_value(), *caso.Scritto != '\0') << caso.Messaggio << Testi(diario);
     if (!rete) continue;
-    const std::string scritta = Scritta(*rete, Intestazione(resa, *rete));
-    Contiene(scritta + SommarioImportazione(resa, *rete, "-"), caso.Scritto);
+    Contiene(Scritta(*rete, Intestazione(resa, *rete)) + SommarioImportazione(resa, *rete, "-"),
+             caso.Scritto);
   }
 }
 
@@ -250,7 +246,7 @@ TEST(Scrittura, NumeriETesti) {
       {0, 3, "0.000"},  {1e-7, 3, "0.0000001"},          {0.1 + 0.2, 3, "0.30000000000000004"},
       {5, 0, "5.0"},    {1e14, 1, "100000000000000.0"},  {-2.5e-9, 3, "-0.0000000025"},
       {1e21, 3, "1e+21"}, {123456.5, 3, "123456.500"}};
-  for (const auto& [valore, decimali, testo] : kNumeri) EXPECT_EQ(NumeroToml(valore, decimali), testo);
+  for (const auto& [valore, cifre, testo] : kNumeri) EXPECT_EQ(NumeroToml(valore, cifre), testo);
   EXPECT_EQ(TestoToml("a\"\\\n\x1f\x7fè"), "\"a\\\"\\\\\\u000A\\u001F\\u007Fè\"");
 }
 

@@ -5,8 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <sstream>
-#include <string>
-#include <string_view>
 
 #include "host/diagnostica.h"
 #include "host/importazione/libretto.h"
