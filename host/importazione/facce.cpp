@@ -310,8 +310,9 @@ class Riduzione {
 }  // namespace
 
 std::string ConSegno(double gon) {
-  const std::string testo = NumeroFisso(gon, kDecimaliGon);
-  return (testo.starts_with('-') ? "" : "+") + testo;
+  const std::string testo = NumeroFisso(std::abs(gon), kDecimaliGon);
+  const bool nullo = testo.find_first_not_of("0.") == std::string::npos;
+  return (gon < 0.0 && !nullo ? "-" : "+") + testo;
 }
 
 EsitoFacce RiduciFacce(Libretto& libretto, ModoFacce modo, bool medie, const SqmLetture& sqm,

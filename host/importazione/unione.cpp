@@ -40,6 +40,14 @@ bool Fisso(const PuntoLibretto& punto) {
   return punto.Ruoli.Pla == kFisso || punto.Ruoli.Alt == kFisso;
 }
 
+// Whether a record fixes what the first leaves free: the plan, the height.
+bool FissaPianta(const PuntoLibretto& primo, const PuntoLibretto& altro) {
+  return altro.Ruoli.Pla == kFisso && primo.Ruoli.Pla != kFisso;
+}
+bool FissaQuota(const PuntoLibretto& primo, const PuntoLibretto& altro) {
+  return altro.Ruoli.Alt == kFisso && primo.Ruoli.Alt != kFisso;
+}
+
 // Largest difference of the values that both records give [m].
 double Divario(const PuntoLibretto& a, const PuntoLibretto& b) {
   double divario = 0.0;
@@ -48,29 +56,36 @@ double Divario(const PuntoLibretto& a, const PuntoLibretto& b) {
   return divario;
 }
 
-// Completes primo with what it lacks.
+// Completes primo with what it lacks, and with what only altro knows as fixed.
 void Integra(PuntoLibretto& primo, const PuntoLibretto& altro) {
   const bool senzaPianta = !primo.Est && !primo.Nord;  // the two of them are from one source
-  if (senzaPianta) {
+  const bool fissaPianta = FissaPianta(primo, altro);
+  const bool fissaQuota = FissaQuota(primo, altro);
+  if (senzaPianta || (fissaPianta && altro.Est && altro.Nord)) {
     primo.Est = altro.Est;
     primo.Nord = altro.Nord;
   }
-  if (!primo.Quota) primo.Quota = altro.Quota;
-  if (!primo.Ruoli.Pla) primo.Ruoli.Pla = altro.Ruoli.Pla;
-  if (!primo.Ruoli.Alt) primo.Ruoli.Alt = altro.Ruoli.Alt;
+  if (!primo.Quota || (fissaQuota && altro.Quota)) primo.Quota = altro.Quota;
+  if (!primo.Ruoli.Pla || fissaPianta) primo.Ruoli.Pla = altro.Ruoli.Pla;
+  if (!primo.Ruoli.Alt || fissaQuota) primo.Ruoli.Alt = altro.Ruoli.Alt;
 }
 
 void AvvisaDivario(const PuntoLibretto& primo, const PuntoLibretto& altro, Diagnostica& diario) {
   const bool fisso = Fisso(primo) || Fisso(altro);
   const double divario = Divario(primo, altro);
   if (divario <= (fisso ? kDivarioFissi : kDivarioApprossimate)) return;
-  const bool valeAltro = Fisso(altro) && !Fisso(primo);
+  std::string_view quali = "le prime";
+  if (Fisso(altro) && !Fisso(primo)) {
+    quali = "queste, di un punto fisso";
+  } else if (FissaPianta(primo, altro) || FissaQuota(primo, altro)) {
+    quali = "quelle dette fisse";
+  }
   diario.Avviso(
       altro.Dove,
       {.Record = NomePunto(altro.Nome),
        .Problema = "coordinate diverse da quelle alla riga " + std::to_string(primo.Dove.Riga) +
                    " di " + Cita(primo.Dove.File) + ", fino a " + NumeroFisso(divario, 3) +
-                   " m: valgono " + (valeAltro ? "queste, di un punto fisso" : "le prime")});
+                   " m: valgono " + std::string(quali)});
 }
 
 }  // namespace

@@ -11,5 +11,6 @@ void Unisci(Libretto& unito, Libretto&& parte, Diagnostica& diagnostica);
 
 // Leaves one record for each name among the points. Of records of the same point the first that
 // gives a value or a role counts, with a warning where another differs. A point that one record
-// calls fixed keeps the coordinates of that record.
+// calls fixed keeps the coordinates of that record; if one fixes its plan and another its height,
+// it keeps the plan of the one and the height of the other.
 void UnisciPunti(Libretto& libretto, Diagnostica& diagnostica);

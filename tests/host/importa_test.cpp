@@ -1,6 +1,8 @@
 // From field books to network files: faces, what is completed and how, and the file that is
 // written.
 
+#include "host/importazione/importa.h"
+
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -8,44 +10,13 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <tuple>
 
 #include "host/errori.h"
-#include "host/importazione/importa.h"
 #include "host/lettura_rete.h"
-#include "host/numeri.h"
+#include "libro_prova.h"
 
 namespace {
-
-// A book with one set-up on S: "target direction zenith distance signal face;", "-" = not given.
-// Shots are numbered from 1, which is their line.
-Libretto Libro(const std::string& letture) {
-  Libretto libro;
-  PostazioneLibretto s{"S", 1.5, true, {}, {}, {}, {libro.NomiFile.emplace_back("l.gsi"), 1, 1}};
-  std::istringstream righe(letture);
-  for (std::string riga; std::getline(righe, riga, ';');) {
-    std::istringstream campi(riga);
-    BattutaLibretto b;
-    b.Dove = {"l.gsi", static_cast<int>(s.Battute.size()) + 1, 1};
-    std::string campo;
-    campi >> b.Punto;
-    for (auto* numero : {&b.Direzione, &b.Zenit, &b.Distanza, &b.Segnale})
-      if (campi >> campo && campo != "-") *numero = LeggiNumero(campo).Valore;
-    if (campi >> campo) b.Lato = campo == "II" ? Faccia::Seconda : Faccia::Prima;
-    s.Battute.push_back(b);
-  }
-  libro.Postazioni.push_back(s);
-  return libro;
-}
-
-void Contiene(const std::string& testo, std::string_view pezzo) {
-  EXPECT_NE(testo.find(pezzo), std::string::npos) << "manca: " << pezzo << "\nin: " << testo;
-}
-
-std::string Testi(const Diagnostica& diario) {
-  std::string testi;
-  for (const std::string& riga : diario.Righe()) testi += riga + "\n";
-  return testi;
-}
 
 const struct CasoFacce {
   const char *Letture, *Attese;
@@ -104,10 +75,11 @@ using O = OpzioniImporta;
 using L = Libretto;
 BattutaLibretto& Ultima(L& l) { return l.Postazioni[0].Battute.back(); }
 
+// clang-format off
 const struct CasoCompleta {
   void (*Cambia)(O&, L&);
   const char* Messaggio;  // a piece of the messages
-  const char* Scritto;    // a piece of the file; empty = no file, there are errors
+  const char* Scritto;    // a piece of the file or summary; empty = neither, there are errors
 } kCompleta[] = {
     {[](O&, L&) {}, "il libretto non dà quello degli angoli: assunto 0.0010 gon",
      "sqm_direzione = 0.0010              # gon, di un angolo fra due direzioni: valore usuale, as"},
@@ -134,7 +106,57 @@ const struct CasoCompleta {
     {[](O&, L& l) { l.Postazioni[0].Battute[1].Zenit = -1.0; },
      "l.gsi:2:1: errore: osservazione da \"S\" a \"A\", zenit: numero fuori dai limiti", ""},
     {[](O&, L& l) { l.Postazioni[0].Altezza.reset(); }, "", "calcolo = \"planimetria\"\n"},
+    // Roles: what options name must be there, with the coordinates that it is fixed to.
+    {[](O& o, L&) { o.Fissi = {"a"}; }, "--fissi: errore: punto \"a\": non è tra i punti", ""},
+    {[](O& o, L&) { o.FissiAltimetria = {"B"}; }, "\"B\": manca la quota a cui fissarlo", ""},
+    {[](O& o, L& l) {
+       l.Punti[1] = {"B", {}, {}, 9, {}, {}}, o.Fissi = {"B"}, o.TipoCalcolo = kCalcoloAltimetria;
+     }, "", "quota =   9.000, altimetria = \"fisso\" },\n"},
+    {[](O&, L& l) { l.Punti[0].Quota.reset(), l.Punti[0].Ruoli.Alt = kFisso; },
+     "l.gsi:8:1: errore: punto \"A\": è fisso ma manca la sua quota", ""},
+    {[](O& o, L& l) { l.Punti[1].Ruoli.Alt = kFisso, o.Escludi = {"B"}; }, "", "\"escluso\" },\n"},
+    // Records of one point: the first, but each fixed value from where it is fixed.
+    {[](O&, L& l) { l.Punti.push_back({"A", 1000, 2000.11, 100, {}, {}}); },
+     "fino a 0.110 m: valgono le prime", "est = 1000.000, nord = 2000.000, quota = 100.000 }"},
+    {[](O&, L& l) {
+       l.Punti[0].Ruoli.Pla = kFisso, l.Punti.push_back({"A", 1001, 2000, 8, {{}, kFisso}, {}});
+     }, "fino a 92.000 m: valgono quelle dette fisse",
+     "est = 1000.000, nord = 2000.000, quota = 8.000, planimetria = \"fisso\", altimetria = \"fi"},
+    // Standard deviations: option, file, observations, usual value.
+    {[](O& o, L& l) { l.Opzioni.SqmDirezione = 2e-3, o.SqmDirezione = 3e-3; }, "",
+     "sqm_direzione = 0.0030              # gon, di un angolo fra due direzioni\n"},
+    {[](O&, L& l) { Ultima(l).SqmDirezione = 1e-3, l.Opzioni.SqmDirezione = 2e-3; }, "", "0.0020 "},
+    {[](O& o, L&) { o.SqmDistProporzionale = 4e-3; }, "delle distanze: assunto 3 mm + 2 mm/km",
+     "sqm_distanza_costante = 0.003       # m: valore usuale, assunto\n"
+     "sqm_distanza_proporzionale = 0.004  # m per km\n"},
+    {[](O&, L& l) {  // of equals the largest; what is not measured has no say
+       l.Postazioni[0].Battute[2].SqmDirezione = 1e-3, Ultima(l).SqmDirezione = 2e-3;
+       l.Postazioni[0].Battute[2].SqmDistanza = 7e-3, Ultima(l).SqmDistanza = 5e-3;
+     }, "osservazioni: 0.002 (1), 0.001 (1)\n", "sqm_distanza_costante = 0.005       # m: dal va"},
+    {[](O&, L& l) { Ultima(l).Direzione = 799.5; }, "", "direzione = 399.5000, zenit = 97.5000"},
+    {[](O&, L& l) { l.Postazioni[0].EccDistanza = 0.5, l.Postazioni[0].EccDirezione = -10; }, "",
+     "eccentricita = { distanza = 0.500, direzione = 390.0000 }\n"},
+    {[](O&, L& l) { Ultima(l).Zenit.reset(); }, "l.gsi:4:1: avviso: 1 distanza inclinata: senza ze",
+     "\n#\n# Assunto:\n#   2 punti che il libretto nomina solo nelle letture sono incogniti.\n"
+     "#   1 distanza uguale a zero vale come non misurata.\n#\n# Cerchi dello strumento:\n"},
+    {[](O&, L& l) { l = Libro("A 10 99 9 1; A 210.001 301.0004; B 20 99"); },
+     "", "Cerchi:         1 coppia di letture coniugate mediata, collimazione media +0.00050 gon, "
+     "indice medio +0.00020 gon.\nAssunto:"},
+    {[](O&, L& l) {
+       l.Tralascia("righe 7", "la rete non le porta", 12), l.Tralascia("codici", "non servono", 0);
+       l.Tralascia("righe 7", "la rete non le porta", 13, 2), l.Note = {"c'era vento"};
+     }, "", "\n# Tralasciato:\n#   righe 7 (3, dalla riga 12): la rete non le porta\n"
+     "#   codici (1): non servono\n#\n# Manca ancora:\n#   nessun punto fisso: la planimetria ne"},
+    {[](O& o, L&) { o.Fissi = {"A"}; }, "",
+     "\n# Manca ancora:\n#   un solo punto fisso in planimetria: ne servono almeno due\n"
+     "#   le coordinate approssimate di 2 punti: \"S\", \"P\"\n"
+     "#   la quota approssimata di 3 punti: \"B\", \"S\", \"P\"\n\nformato = 1\n"},
+    {[](O& o, L&) { o.Fissi = {"A", "B"}, o.Escludi = {"P"}; }, "",
+     "\n]\nPunti:          4: in planimetria 2 fissi, 1 incognito, 1 escluso\n"
+     "                in altimetria 1 fisso, 2 incogniti, 1 escluso\nStazioni:       1\n"
+     "Osservazioni:   3: 3 direzioni, 3 angoli zenitali, 2 distanze\n"},
 };
+// clang-format on
 
 TEST(Completa, Casi) {
   for (const CasoCompleta& caso : kCompleta) {
@@ -148,7 +170,9 @@ TEST(Completa, Casi) {
     const std::optional<Rete> rete = PreparaRete(opzioni, libro, resa, diario);
     Contiene(Testi(diario), caso.Messaggio);
     ASSERT_EQ(rete.has_value(), *caso.Scritto != '\0') << caso.Messaggio << Testi(diario);
-    if (rete) Contiene(Scritta(*rete, Intestazione(resa, *rete)), caso.Scritto);
+    if (!rete) continue;
+    Contiene(Scritta(*rete, Intestazione(resa, *rete)) + SommarioImportazione(resa, *rete, "-"),
+             caso.Scritto);
   }
 }
 
@@ -215,6 +239,15 @@ TEST(Scrittura, AndataERitorno) {
   Diagnostica diario;
   for (const auto& voce : std::filesystem::directory_iterator(CARTELLA_ESEMPI))
     if (voce.path().extension() == ".toml") AndataRitorno(LeggiRete(voce.path(), diario).value());
+}
+
+TEST(Scrittura, NumeriETesti) {
+  const std::tuple<double, int, const char*> kNumeri[] = {
+      {0, 3, "0.000"},  {1e-7, 3, "0.0000001"},          {0.1 + 0.2, 3, "0.30000000000000004"},
+      {5, 0, "5.0"},    {1e14, 1, "100000000000000.0"},  {-2.5e-9, 3, "-0.0000000025"},
+      {1e21, 3, "1e+21"}, {123456.5, 3, "123456.500"}};
+  for (const auto& [valore, cifre, testo] : kNumeri) EXPECT_EQ(NumeroToml(valore, cifre), testo);
+  EXPECT_EQ(TestoToml("a\"\\\n\x1f\x7fè"), "\"a\\\"\\\\\\u000A\\u001F\\u007Fè\"");
 }
 
 TEST(Importa, RifiutaSenzaScrivere) {
