@@ -50,9 +50,10 @@ class Esame {
 void Esame::EsaminaRidondanza(const RisultatoCompensazione& c, const char* quale) {
   if (!c.Compiuta() || c.Ridondanza() != 0) return;
   Aggiungi(FileRete(), quale,
-           "ridondanza 0 (" + std::to_string(c.Equazioni) + " equazioni, " +
-               std::to_string(c.Incognite) +
-               " incognite): nessuna osservazione controlla le altre, sigma zero e precisioni "
+           "ridondanza 0 (" + std::to_string(c.Equazioni) +
+               (c.Equazioni == 1 ? " equazione, " : " equazioni, ") + std::to_string(c.Incognite) +
+               (c.Incognite == 1 ? " incognita" : " incognite") +
+               "): nessuna osservazione controlla le altre, sigma zero e precisioni "
                "escono 0 e non dicono niente",
            "un errore passerebbe tutto nel risultato: aggiungere osservazioni");
 }
