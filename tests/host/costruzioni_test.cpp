@@ -23,7 +23,7 @@ TEST(Costruzioni, Luoghi) {
       {Taglio(R(0, 0, 150), R(100, 0, 250)), {{50, -50}}}, {Taglio(est, R(0, -1, 94.91)), {}},
       {Taglio(R(0, 0, 250), R(100, 0, 350)), {}}, {Taglio(R(0, 0, 50), R(100, 0, 150)), {}},
       {Taglio(est, R(0, -1, 94.89)), {{lontano, 0}}}, {Interseca(C(0, 0, 3), C(0, 0, 3)), {}},
-      {Interseca(C(0, 0, 13), C(0, 14, 15)), {{12, 5}, {-12, 5}}},
+      {Interseca(C(0, 0, 5), C(7, 1, 5)), {{3, 4}, {4, -3}}},
       {Interseca(C(0, 0, 3), C(10.01, 0, 7)), {{3.005, 0}}},  // nearly touch, or miss
       {Interseca(C(0, 0, 3), C(10.03, 0, 7)), {}}, {Interseca(C(0, 0, 3), C(6.9, 0, 10)), {}},
       {Interseca(C(0, 0, 10), C(6.99, 0, 3)), {{10, 0}}}, {Interseca(est, C(10, 3.01, 3)), {}},
