@@ -7,8 +7,9 @@
 
 namespace {
 
-constexpr double kSenoTaglioMinimo = 0.08;  // rays nearer to parallel than 5 gon do not cut
-constexpr double kCotangenteMassima = 1e9;  // of directions on one line
+constexpr double kSenoTaglioMinimo = 0.08;        // rays nearer to parallel than 5 gon do not cut
+constexpr double kCotangenteMassima = 1e9;        // of directions on one line
+constexpr double kSommaCotangentiMinima = 1e-17;  // far below the last digit of any but 0
 constexpr double kToccoRelativo = 2e-3;     // circles that miss by this part of their radii touch
 constexpr double kAngoloVerificato = 1e-5;  // how well a resection must give its angles back [rad]
 constexpr double kScartoZeri = 0.5 * kRadDaGon;  // a sight further from the median is left out
@@ -97,8 +98,10 @@ std::optional<Inversa> IntersezioneInversa(const Collimato& a, const Collimato& 
   const double y3 = c.Luogo.Est - b.Luogo.Est;
   const double t12 = Cotangente(b.Direzione - a.Direzione);
   const double t23 = Cotangente(c.Direzione - b.Direzione);
-  const double t31 = (1.0 - t12 * t23) / (t12 + t23);
-  if (!std::isfinite(t31)) return std::nullopt;
+  // A point in line with the first and the last target makes the sum of the cotangents vanish: the
+  // terms without t31 then no longer count.
+  const double somma = t12 + t23;
+  const double t31 = (1.0 - t12 * t23) / (somma == 0.0 ? kSommaCotangentiMinima : somma);
   const double x12 = x1 + t12 * y1;
   const double y12 = y1 - t12 * x1;
   const double x23 = x3 - t23 * y3;

@@ -129,7 +129,7 @@ void Esame::ConfrontaDistanze(const Visuale& andata, const Visuale& ritorno) {
   const double b = SuiPiani(ritorno);
   const TOssCr& o = R.Stazioni[static_cast<std::size_t>(ritorno.Stazione)]
                         .Osservazioni[static_cast<std::size_t>(ritorno.Osservazione)];
-  const double dh = Assegnato(o.Zenit) ? std::abs(b * std::cos(o.Zenit * kRadDaGon)) : 0.0;
+  const double dh = Assegnato(o.Zenit) ? std::abs(b / std::tan(o.Zenit * kRadDaGon)) : 0.0;
   const double limite =
       Sigma * kRadiceDue * SqmDistanza(R, a) + kScalaIncerta * a + dh * a / kRaggioTerra;
   if (!(std::abs(a - b) > limite)) return;

@@ -126,7 +126,8 @@ void Esame::Ostacola(Collegamento& c, int fissiPerGruppo, const char* che) {
     c.Ostacoli.push_back(std::string(che) + ": punti fissi usati " + std::to_string(c.Fissi) +
                          ", ne " + (pla ? "servono almeno 2" : "serve almeno 1"));
   if (c.GradiLiberta() < 0)
-    c.Ostacoli.push_back(std::string(che) + ": " + std::to_string(c.Incognite) + " incognite, ma " +
+    c.Ostacoli.push_back(std::string(che) + ": " + std::to_string(c.Incognite) +
+                         (c.Incognite == 1 ? " incognita, ma " : " incognite, ma ") +
                          (c.Equazioni == 0 ? "nessuna equazione"
                                            : "solo " + std::to_string(c.Equazioni) +
                                                  (c.Equazioni == 1 ? " equazione" : " equazioni")));

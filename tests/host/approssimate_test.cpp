@@ -86,6 +86,11 @@ const struct CasoMetodo {
     {"Y: X=dD", "XY", "lo vede solo \"Y\", che è senza coordinate"},
     {"A: B=d X=dD X: A=d Y=dD", "xY", "\"Y\" senza coordinate: nessuna osservazione lo tocca"},
     {"A: B=d X=d", "X", "\"X\" senza quota: nessuna visuale completa"},
+    {"A: X=D", "X", "lo vede solo \"A\", con la sola distanza; serve un'altra direzione o dist"},
+    {"A: B=d X=d", "X", "lo vede solo \"A\", senza distanza; serve un'altra"},
+    {"X: Y=dD", "XY", "\"X\" senza coordinate: dalla sua stazione non si vede nessun punto noto"},
+    {"A: X=d B: X=d C: X=d D: X=d", "X", "\"C\", che non è orientata; e altre; serve una visuale"},
+    {"Y: X=dD", "XY", "\"X\" senza quota: le sue visuali vanno solo a punti senza quota"},
     {"A: B=d X=dD B: X=dD", "X", "quota approssimata per dislivelli da \"A\", \"B\" (media di 2"},
 };
 
