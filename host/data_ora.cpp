@@ -29,10 +29,11 @@ std::string DueCifre(int numero) { return (numero < 10 ? "0" : "") + std::to_str
 }  // namespace
 
 std::string DataOraCorrente() {
-  const std::optional<std::time_t> fissato = MomentoFissato();
-  const std::time_t momento = fissato.value_or(std::time(nullptr));
   std::tm t{};
-  if (!(fissato ? OraUniversale(momento, t) : OraLocale(momento, t))) return {};
+  const std::optional<std::time_t> fissato = MomentoFissato();
+  // A moment beyond every calendar fixes nothing.
+  const bool universale = fissato && OraUniversale(*fissato, t);
+  if (!universale && !OraLocale(std::time(nullptr), t)) return {};
   return DueCifre(t.tm_mday) + "/" + DueCifre(t.tm_mon + 1) + "/" +
          std::to_string(t.tm_year + kPrimoAnno) + " " + DueCifre(t.tm_hour) + ":" +
          DueCifre(t.tm_min);

@@ -128,6 +128,8 @@ void FileSicuro::ApriDiretto() {
 void FileSicuro::ApriTemporaneo() {
   Bersaglio = PercorsoDa(DestinazioneFinale(Percorso));
   std::error_code guasto;
+  if (std::filesystem::is_symlink(Bersaglio, guasto))  // links in a ring name no file
+    throw ErroreUscita("scrivere", Mostrato, ELOOP);
   const bool esiste = std::filesystem::exists(Bersaglio, guasto);
   if (const int codice = esiste ? PermessoDiScrivere(Bersaglio) : 0; codice != 0)
     throw ErroreUscita("scrivere", Mostrato, codice);

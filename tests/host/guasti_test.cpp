@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <filesystem>
@@ -51,7 +52,7 @@ void* operator new(std::size_t byte) {
   if (void* dove = std::malloc(byte + 1)) return dove;
   throw std::bad_alloc();
 }
-void* operator new(std::size_t byte, const std::nothrow_t&) noexcept {
+void* operator new(std::size_t byte, const std::nothrow_t& /*senza*/) noexcept {
   try {
     return operator new(byte);
   } catch (const std::bad_alloc&) {
@@ -59,8 +60,8 @@ void* operator new(std::size_t byte, const std::nothrow_t&) noexcept {
   }
 }
 void operator delete(void* p) noexcept { std::free(p); }
-void operator delete(void* p, const std::nothrow_t&) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t) noexcept { std::free(p); }
+void operator delete(void* p, const std::nothrow_t& /*senza*/) noexcept { std::free(p); }
+void operator delete(void* p, std::size_t /*byte*/) noexcept { std::free(p); }
 
 namespace {
 
@@ -86,9 +87,10 @@ class Guasti : public testing::Test {
   }
 
   bool Temporanei() const {
-    for (const auto& voce : fs::recursive_directory_iterator(Luogo))
-      if (voce.path().filename().string().starts_with(".compensa-")) return true;
-    return false;
+    const fs::recursive_directory_iterator voci(Luogo);
+    return std::any_of(begin(voci), end(voci), [](const fs::directory_entry& voce) {
+      return voce.path().filename().string().starts_with(".compensa-");
+    });
   }
 
   const fs::path Luogo =

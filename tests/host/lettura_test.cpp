@@ -241,7 +241,8 @@ TEST(Codifica, AndataERitorno) {
   EXPECT_EQ(DaWindows1252(tutti), "€à");
   for (int c = 0; c < 256; ++c) tutti += static_cast<char>(c);
   EXPECT_EQ(InWindows1252(DaWindows1252(tutti)), tutti);
-  for (const char* rotto : {"\xC3", "\xC0\x80", "\xED\xA0\x80", "\x80", "\xF4\x90\x80\x80"})
+  for (const char* rotto : {"\xC3", "\xC1\xBF", "\xE0\x9F\xBF", "\xED\xA0\x80", "\x80",
+                            "\xF0\x8F\xBF\xBF", "\xF4\x90\x80\x80"})
     EXPECT_FALSE(Utf8Valido(rotto)) << rotto;
 }
 
