@@ -60,4 +60,30 @@ TEST(Costruzioni, IntersezioneInversa) {
               2 * std::sqrt(2) / 3, 1e-9);
 }
 
+TEST(Costruzioni, Orienta) {  // zeros of a circle, their mean, the largest misfit [gon]
+  for (auto [zeri, zero, scarto, escluse] :
+       {std::tuple(std::vector{199.9, -199.7}, -199.9, 0.2, 0), {{0, 0, 0.48}, 0.16, 0.32, 0},
+        {{0, 0, 0.51}, 0, 0, 1}, {{-199.9, 199.9, 0, 200.3}, -199.9, 0.2, 1}}) {
+    for (double& z : zeri) z *= kRadDaGon;
+    const Orientazione o = Orienta(zeri);
+    EXPECT_NEAR(MezzoGiro(o.Zero - zero * kRadDaGon), 0, 1e-12) << zero;
+    EXPECT_NEAR(o.ScartoMassimo, scarto * kRadDaGon, 1e-12) << zero;
+    EXPECT_EQ(o.Escluse, escluse) << zero;
+  }
+}
+
+// A square is turned by a quarter clockwise, stretched and shifted; one corner may be wrong.
+TEST(Costruzioni, Sovrapponi) {
+  const std::vector<Posto> locali{{0, 0}, {100, 0}, {100, 100}, {0, 100}};
+  for (const auto& [scala, errore] : {std::pair(1.0, 0.0), {1.02, 0.0}, {1.0, 9.0}}) {
+    std::vector<Posto> noti;
+    for (const Posto& p : locali) noti.push_back({500 + scala * p.Nord, 800 - scala * p.Est});
+    noti[2].Est += errore;
+    const auto moto = Sovrapponi(locali, noti, 2.0);
+    EXPECT_EQ(moto->Escluse, errore > 0);
+    EXPECT_NEAR(moto->ScartoMassimo, (scala - 1) * 50 * std::sqrt(2), 1e-9);
+    EXPECT_LT(Lunghezza((*moto)({50, 80}) - Posto{500 + scala * 50 + 30, 800 - scala * 50}), 1e-9);
+  }
+}
+
 }  // namespace

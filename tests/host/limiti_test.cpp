@@ -3,12 +3,15 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <sstream>
 
 #include "host/approssimate/approssimate.h"
 #include "host/approssimate/visuali.h"
+#include "host/avvertimenti/dopo.h"
 #include "host/avvertimenti/prima.h"
 #include "host/indeterminazione/moti.h"
+#include "host/statistica.h"
 #include "host/verifica/connessione.h"
 
 namespace {
@@ -166,6 +169,21 @@ TEST(Limiti, MotiFattiAMano) {
     EXPECT_NEAR((gira ? z.TraslNord : -z.TraslEst) / k + m.Centro.Est, 0, 1e-6);
     EXPECT_NEAR((gira ? -z.TraslEst : -z.TraslNord) / k + m.Centro.Nord, 0, 1e-6);
   }
+}
+
+// With two degrees of freedom chi2 = -2 ln(1 - p): just inside and just outside of 95 %.
+TEST(Limiti, SigmaZero) {
+  const double basso = std::sqrt(-std::log(0.975)), alto = std::sqrt(-std::log(0.025));
+  Risultati r;
+  r.Planimetria = {Esito::Riuscita, {}, 2, 1, 0, 2, 4};
+  r.Equazioni.push_back({.SqmPriori = 1});
+  for (const double s : {basso * (1 - 1e-9), basso * (1 + 1e-9), alto * (1 - 1e-9), alto * (1 + 1e-9)}) {
+    r.Planimetria.SigmaZero = r.Planimetria.SigmaZeroRapporto = s;
+    EXPECT_EQ(ControllaSigmaZero(Rete{}, r).empty(), s > basso && s < alto) << s;
+  }
+  EXPECT_NEAR(FattoreEllisse(0.96, 4), 4, 1e-12);  // sqrt(4 (1 / sqrt 0.04 - 1))
+  r.Planimetria.Equazioni = r.Planimetria.Incognite = 1;
+  EXPECT_NE(Testo(ControllaSigmaZero(Rete{}, r)).find("0 (1 equazione, 1 incognita)"), std::string::npos);
 }
 
 }  // namespace
