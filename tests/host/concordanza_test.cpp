@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
+#include <unistd.h>
 
 #include <fstream>
 #include <map>
@@ -146,7 +147,7 @@ Tavola LeggiHtml(const std::string& pagina, const std::string& chiave) {
 }
 
 Tavola LeggiSql(const std::string& byte, const std::string& domanda) {
-  const std::string file = testing::TempDir() + "concordanza.gpkg";
+  const std::string file = testing::TempDir() + "concordanza" + std::to_string(getpid()) + ".gpkg";
   std::ofstream(file, std::ios::binary) << byte;
   sqlite3* db = nullptr;
   sqlite3_open(file.c_str(), &db);

@@ -63,7 +63,8 @@ const struct CasoStato {
      ""},
     {"sed 's/^iterazioni.*/iterazioni = 1/' zeman.toml > l; $C stazione_libera.toml l -q -o d", 1,
      "l                     non convergente", ""},
-    {"cp stazione_libera.toml 'd/libert\u00e0 #1.TOML'; cd d; $C l*.TOML -q -o --html --csv; ls", 0,
+    {"cp stazione_libera.toml 'd/libert\u00e0 #1.TOML'; cd d; $C l*.TOML -q -o --html --csv; "
+     "LC_ALL=C ls", 0,
      "libert\u00e0 #1.html\nlibert\u00e0 #1.osservazioni.csv\nlibert\u00e0 #1.punti.csv\nlibert\u00e0 #1.txt\n",
      ""},
     {"$C zeman.toml stazione_libera.toml --html r.html", 2, "", "serve una cartella"},

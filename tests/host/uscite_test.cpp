@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
+#include <unistd.h>
 
 #include <bit>
 #include <fstream>
@@ -153,7 +154,7 @@ std::string Ogr(const std::string& file) {
 
 TEST(Uscite, GeoPackageRilettoConSqliteEOgr) {
   for (const auto& [nome, r] : Reti()) {
-    const std::string file = testing::TempDir() + "uscite_" + nome,
+    const std::string file = testing::TempDir() + "uscite_" + std::to_string(getpid()) + nome,
                       byte = Byte(r, ScriviGeoPackage);
     EXPECT_EQ(byte, Byte(r, ScriviGeoPackage));
     std::ofstream(file + ".gpkg", std::ios::binary) << byte;
