@@ -108,7 +108,7 @@ class Scansione {
       } else if ((c == '[' || c == '{') &&
                  kPrimaDiUnaParentesi.find(Ultimo) == std::string_view::npos) {
         return Qui(i, std::string("parentesi ") + c + " in un punto inatteso");
-      } else if (c == '=' && NelValore) {
+      } else if (c == '=' && !InChiave()) {
         return Qui(i, "segno = di troppo");
       } else if (!Conta(c)) {
         return Qui(i, "chiave con troppe parti");
@@ -126,7 +126,7 @@ class Scansione {
   static constexpr std::string_view kPrimaDiUnaParentesi = "\n=[{,";
   static constexpr std::string_view kPrimaDiUnaChiave = "\n{,";
 
-  // Whether a dot here joins the parts of a key.
+  // Whether a key stands here, whose parts a dot joins and which = ends.
   bool InChiave() const { return !NelValore && (Aperte.empty() || Aperte.back() == '{'); }
 
   // False when a closing bracket has no opening one of its kind before it.

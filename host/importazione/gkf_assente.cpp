@@ -26,4 +26,4 @@ void Leggi(std::string_view /*testo*/, std::string_view file, const OpzioniLettu
 }  // namespace
 
 extern const Lettore kLettoreGkf;
-const Lettore kLettoreGkf{"gkf", "rete in XML; non letto da questa versione", Riconosce, Leggi};
+const Lettore kLettoreGkf{"gkf", "rete in XML; non letto da questa versione", 0, Riconosce, Leggi};

@@ -147,6 +147,7 @@ constexpr CasoGuasto kGuastiToml[] = {
     {"punto = \"12\"", "punto = \"A\"", "19:3", "il punto osservato è la stazione stessa"},
     {"nome = 12", "nome = 1o='\u00D5'", "4:14", "segno = di troppo"},
     {"nome = 12", "nome = 1[['\u00D5'", "4:13", "parentesi [ in un punto inatteso"},
+    {"nome = 12", "nome = [1='\u00D5'", "4:14", "segno = di troppo"},
     {"nome = 12", "nome = [\n1.'\u00D5'", "5:3", "virgolette in un punto inatteso"},
     {"epsg", "città", "10:5", "carattere \"à\" (U+00E0) fuori dalle virgolette"},
     {"\"Rete di città\"", "[[}]]", "9:10", "parentesi } che non ne chiude nessuna"},
