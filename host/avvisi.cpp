@@ -29,10 +29,6 @@ bool FuoriCentro(int tipo) {
   return tipo == kFuoriCentro10 || tipo == kFuoriCentro20 || tipo == kFuoriCentro30;
 }
 
-bool Inclinata(int tipo) {
-  return tipo == kInclinata || tipo == kInclinataTipo6 || tipo == kInclinataTipo7;
-}
-
 class Esame {
  public:
   Esame(const Rete& rete, Diagnostica& diagnostica)

@@ -14,6 +14,11 @@
 // Whether a value of a record was given.
 constexpr bool Assegnato(double valore) { return valore < kNonDato; }
 
+// Whether a distance of the kind is a slope one, of no use on the plane without its zenith angle.
+constexpr bool Inclinata(int tipo) {
+  return tipo == kInclinata || tipo == kInclinataTipo6 || tipo == kInclinataTipo7;
+}
+
 // Place of a record in a file: line and column count from 1, 0 = unknown. The column counts
 // characters, not bytes.
 struct Posizione {
@@ -55,11 +60,12 @@ struct Rete {
   std::vector<TCoorCr> Punti;
   std::vector<TStaCr> Stazioni;
 
-  std::vector<std::string> Nomi;                   // of the points, UTF-8
-  std::vector<std::string> NomiAnsi;               // the same in Windows-1252: TCoorCr::Nome points here
-  std::vector<std::vector<TOssCr>> Osservazioni;   // of each station: TStaCr::Osservazioni points here
+  std::vector<std::string> Nomi;      // of the points, UTF-8
+  std::vector<std::string> NomiAnsi;  // the same in Windows-1252: TCoorCr::Nome points here
+  std::vector<std::vector<TOssCr>>
+      Osservazioni;  // of each station: TStaCr::Osservazioni points here
 
-  std::vector<RuoliPunto> RuoliIniziali;           // of the points
+  std::vector<RuoliPunto> RuoliIniziali;  // of the points
 
   std::deque<std::string> NomiFile;  // the files read, as a message names them
   PosizioniOpzioni DoveOpzioni;

@@ -32,11 +32,6 @@ double MezzoGiro(double angolo);
 // Middle value; the mean of the two middle ones of an even number. Of no values kSenzaValore.
 double Mediana(std::vector<double> valori);
 
-// Whether a distance of the kind is a slope one, of no use on the plane without its zenith angle.
-constexpr bool Inclinata(int tipo) {
-  return tipo == kInclinata || tipo == kInclinataTipo6 || tipo == kInclinataTipo7;
-}
-
 // One sight; kSenzaValore for what was not read.
 struct Visuale {
   int Stazione = 0;                       // set-up
