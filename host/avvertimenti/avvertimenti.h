@@ -3,10 +3,10 @@
 // Warnings on input that gives a plausible but wrong result: nothing is missing, the adjustment
 // runs, and only a number that looks odd tells that something is not what the options say it is.
 
+#include "host/controlli/rilievi.h"
 #include "host/diagnostica.h"
 #include "host/modello.h"
 #include "host/risultati.h"
-#include "host/verifica/rilievi.h"
 
 // Before the adjustment: the checks that need no result, with those of a network that is only
 // looked over which concern the results. Coordinates in metres, approximate ones filled in.

@@ -13,8 +13,8 @@
 
 #include "host/approssimate/visuali.h"
 #include "host/avvertimenti/prima.h"
+#include "host/controlli/tolleranze.h"
 #include "host/numeri.h"
-#include "host/verifica/tolleranze.h"
 
 namespace {
 

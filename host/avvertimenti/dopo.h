@@ -2,8 +2,8 @@
 
 // What can be told after the adjustment, one subject a file.
 
+#include "host/controlli/rilievi.h"
 #include "host/risultati.h"
-#include "host/verifica/rilievi.h"
 
 // Redundancy of none, sigma zero against its bounds, the largest w against its limit.
 Rilievi ControllaSigmaZero(const Rete& rete, const Risultati& risultati);

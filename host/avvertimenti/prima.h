@@ -2,7 +2,7 @@
 
 // What can be told before the adjustment, one subject a file.
 
-#include "host/verifica/rilievi.h"
+#include "host/controlli/rilievi.h"
 
 // Map coordinates taken for local ones and the reverse, East and North exchanged, points outside
 // the zone of the others, distances reduced to the ellipsoid without a height.

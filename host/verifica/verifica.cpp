@@ -13,13 +13,13 @@
 #include "host/approssimate/visuali.h"
 #include "host/avvertimenti/avvertimenti.h"
 #include "host/campi.h"
+#include "host/controlli/connessione.h"
+#include "host/controlli/rilievi.h"
 #include "host/file_sicuro.h"
 #include "host/lettura_rete.h"
 #include "host/numeri.h"
 #include "host/percorsi.h"
 #include "host/testi.h"
-#include "host/verifica/connessione.h"
-#include "host/verifica/rilievi.h"
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include "host/avvertimenti/prima.h"
 #include "host/indeterminazione/moti.h"
 #include "host/statistica.h"
-#include "host/verifica/connessione.h"
+#include "host/controlli/connessione.h"
 
 namespace {
 

@@ -10,8 +10,8 @@
 
 #include "host/approssimate/approssimate.h"
 #include "host/lettura_rete.h"
-#include "host/verifica/connessione.h"
-#include "host/verifica/rilievi.h"
+#include "host/controlli/connessione.h"
+#include "host/controlli/rilievi.h"
 #include "host/verifica/verifica.h"
 
 namespace {

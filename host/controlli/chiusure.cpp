@@ -14,10 +14,10 @@
 #include <utility>
 
 #include "host/approssimate/visuali.h"
+#include "host/controlli/rilievi.h"
+#include "host/controlli/spiegazioni.h"
+#include "host/controlli/tolleranze.h"
 #include "host/numeri.h"
-#include "host/verifica/rilievi.h"
-#include "host/verifica/spiegazioni.h"
-#include "host/verifica/tolleranze.h"
 
 namespace {
 

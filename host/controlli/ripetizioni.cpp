@@ -7,9 +7,9 @@
 #include <unordered_map>
 
 #include "host/campi.h"
+#include "host/controlli/rilievi.h"
+#include "host/controlli/tolleranze.h"
 #include "host/numeri.h"
-#include "host/verifica/rilievi.h"
-#include "host/verifica/tolleranze.h"
 
 namespace {
 

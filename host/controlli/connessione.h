@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "host/verifica/rilievi.h"
+#include "host/controlli/rilievi.h"
 
 // One of the two adjustments.
 struct Collegamento {

@@ -9,14 +9,14 @@
 
 #include "host/approssimate/metodi.h"
 #include "host/campi.h"
+#include "host/controlli/rilievi.h"
+#include "host/controlli/spiegazioni.h"
+#include "host/controlli/tolleranze.h"
 #include "host/numeri.h"
-#include "host/verifica/rilievi.h"
-#include "host/verifica/spiegazioni.h"
-#include "host/verifica/tolleranze.h"
 
 namespace {
 
-constexpr double kVolteMediana = 6.0;   // misses beyond this many medians are reported
+constexpr double kVolteMediana = 6.0;  // misses beyond this many medians are reported
 // Approximations far from the fixed points are worth less than the median says: in a network of many
 // sights the limit is this many times what one sight in two hundred exceeds, within bounds, because
 // with many slips it would be they that exceed it.

@@ -3,7 +3,7 @@
 //   height    sights with zenith angle, distance, target and instrument height
 // Each group needs a datum of its own: in plan two fixed points, in height one.
 
-#include "host/verifica/connessione.h"
+#include "host/controlli/connessione.h"
 
 #include <algorithm>
 #include <numeric>

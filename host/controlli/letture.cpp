@@ -6,8 +6,8 @@
 
 #include "host/approssimate/visuali.h"
 #include "host/campi.h"
+#include "host/controlli/rilievi.h"
 #include "host/numeri.h"
-#include "host/verifica/rilievi.h"
 
 namespace {
 

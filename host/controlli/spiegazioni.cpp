@@ -1,6 +1,6 @@
 // Slips of single values: whole units too many or too few, exchanged digits.
 
-#include "host/verifica/spiegazioni.h"
+#include "host/controlli/spiegazioni.h"
 
 #include <array>
 #include <cmath>
