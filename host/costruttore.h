@@ -53,10 +53,14 @@ struct OpzioniLette {
 
 class CostruttoreRete {
  public:
-  explicit CostruttoreRete(Diagnostica& diagnostica) : Diario(diagnostica) {}
+  // With impronte the network carries the fingerprints of its files.
+  explicit CostruttoreRete(Diagnostica& diagnostica, bool impronte = false)
+      : Diario(diagnostica), ConImpronte(impronte) {}
 
   // Name of a file for positions; stays valid as long as the network.
   std::string_view RegistraFile(std::string nome);
+  // Where the fingerprint of the next file goes, null if it is not wanted; valid until the next one.
+  std::string* NuovaImpronta() { return ConImpronte ? &InCorso.Impronte.emplace_back() : nullptr; }
 
   Progetto& DatiProgetto() { return InCorso.DatiProgetto; }
   OpzioniLette& Opzioni() { return Lette; }
@@ -104,6 +108,7 @@ class CostruttoreRete {
   OpzioniLette Lette;
   std::vector<StazioneLetta> Postazioni;
   std::unordered_map<std::string, int, HashNome, std::equal_to<>> IndiceDaNome;
+  bool ConImpronte;
   bool MancanoPunti = false;
   bool UsaDirezioni = false;  // some observation carries a direction
   bool UsaDistanze = false;   // some observation carries a distance with its zenith angle

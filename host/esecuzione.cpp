@@ -27,7 +27,6 @@
 #include "host/errori.h"
 #include "host/file_sicuro.h"
 #include "host/importazione/importa.h"
-#include "host/impronta.h"
 #include "host/lettura_rete.h"
 #include "host/nomi_uscite.h"
 #include "host/numeri.h"
@@ -106,13 +105,22 @@ void ScriviSommario(const Risultati& risultati, const std::vector<std::string>& 
   ScriviErrori(sommario);
 }
 
+std::vector<FileLetto> FileLetti(const Rete& rete) {
+  std::vector<FileLetto> letti;
+  letti.reserve(rete.Impronte.size());
+  for (std::size_t i = 0; i < rete.Impronte.size(); ++i)
+    letti.push_back({rete.NomiFile[i], rete.Impronte[i]});
+  return letti;
+}
+
 // The run over one network. Throws what goes wrong with its files and its memory.
 Stato CompensaRete(const Argomenti& a, const std::string& file, EsitoRete& esito) {
+  std::vector<Destinazione> destinazioni = Destinazioni(a, file);
+  const bool documentata = VuoleDocumento(destinazioni);
   Diagnostica lettura;
-  std::optional<Rete> rete = LeggiRete(PercorsoDa(file), lettura);
+  std::optional<Rete> rete = LeggiRete(PercorsoDa(file), lettura, documentata);
   if (!rete || !a.Quieto) MostraMessaggi(lettura);
   if (!rete) return kStatoRete;
-  std::vector<Destinazione> destinazioni = Destinazioni(a, file);
   RifiutaIngressi(destinazioni, rete->NomiFile);
   ScritturaUscite uscite(std::move(destinazioni));
 
@@ -123,14 +131,11 @@ Stato CompensaRete(const Argomenti& a, const std::string& file, EsitoRete& esito
   Accoda(messaggi, std::move(approssimate.NonRaggiunti));
   Riassumi(risultati, esito);
 
-  std::string testo, impronta;
-  if (uscite.VuoleDocumento()) {
-    testo = DaWindows1252(rapporto.Byte());
-    impronta = ImprontaFile(file);
-  }
+  std::string testo;
+  if (documentata) testo = DaWindows1252(rapporto.Byte());
   const Documento documento{risultati,           testo,
                             std::move(messaggi), std::move(approssimate.Note),
-                            DataOraCorrente(),   impronta};
+                            DataOraCorrente(),   FileLetti(*rete)};
   try {
     uscite.Scrivi(documento, rapporto, a);
   } catch (...) {

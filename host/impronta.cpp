@@ -9,11 +9,6 @@
 #include <array>
 #include <bit>
 #include <cstdint>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-
-#include "host/percorsi.h"
 
 namespace {
 
@@ -84,12 +79,4 @@ std::string Impronta(std::string_view byte) {
   for (const Parola parola : h)
     for (int i = 28; i >= 0; i -= 4) testo += "0123456789abcdef"[parola >> i & 0xFu];
   return testo;
-}
-
-std::string ImprontaFile(const std::string& percorso) {
-  std::error_code guasto;
-  if (!std::filesystem::is_regular_file(PercorsoDa(percorso), guasto)) return {};
-  std::ifstream file(PercorsoDa(percorso), std::ios::binary);
-  const std::string byte{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  return file.good() || file.eof() ? Impronta(byte) : std::string();
 }

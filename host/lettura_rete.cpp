@@ -16,11 +16,12 @@ constexpr std::uintmax_t kMassimoToml = 1u << 28;  // [bytes]; once parsed it ta
 
 }  // namespace
 
-std::optional<Rete> LeggiRete(const std::filesystem::path& percorso, Diagnostica& diagnostica) {
-  CostruttoreRete rete(diagnostica);
+std::optional<Rete> LeggiRete(const std::filesystem::path& percorso, Diagnostica& diagnostica,
+                              bool impronte) {
+  CostruttoreRete rete(diagnostica, impronte);
   const std::string_view file = rete.RegistraFile(percorso.string());
   std::optional<std::string> testo =
-      LeggiTesto(percorso, kMassimoToml, {file, 0, 0}, "", diagnostica);
+      LeggiTesto(percorso, kMassimoToml, {file, 0, 0}, "", diagnostica, rete.NuovaImpronta());
   if (!testo) return std::nullopt;
   const Lettore* altro = percorso.extension() == ".toml" ? nullptr : RiconosciFormato(*testo);
   if (altro != nullptr) {

@@ -201,7 +201,8 @@ bool LeggiTabellaCsv(const Tabella& file, std::string_view chiave,
   }
   const std::filesystem::path percorso = cartella / PercorsoDa(nome);
   const std::optional<std::string> testo =
-      LeggiTesto(percorso, kMassimoCsv, l.Dove(*file.Nodo(chiave)), std::string(chiave), l.Diario);
+      LeggiTesto(percorso, kMassimoCsv, l.Dove(*file.Nodo(chiave)), std::string(chiave), l.Diario,
+                 l.Rete.NuovaImpronta());
   if (!testo) return false;
   leggi(*testo, l.Rete.RegistraFile(percorso.string()), l.Rete, l.Diario);
   return true;
@@ -214,7 +215,8 @@ void LeggiPunti(const Tabella& file, const std::filesystem::path& cartella, cons
   } else if (file.Nodo("punti")->is_string()) {
     if (!LeggiTabellaCsv(file, "punti", cartella, l, LeggiPuntiCsv)) l.Rete.PuntiIncompleti();
   } else {
-    if (!file.Nodo("punti")->is_array()) l.Rete.PuntiIncompleti();
+    const toml::array* elenco = file.Nodo("punti")->as_array();
+    if (elenco == nullptr || elenco->empty()) l.Rete.PuntiIncompleti();
     PerOgniTabella(file, "punti", "[[punti]] o il nome di un file CSV", l,
                    [&](const toml::table& tabella, int n) {
                      LeggiPunto(Tabella(tabella, "punto n. " + std::to_string(n), l), l);

@@ -67,7 +67,8 @@ struct Rete {
 
   std::vector<RuoliPunto> RuoliIniziali;  // of the points
 
-  std::deque<std::string> NomiFile;  // the files read, as a message names them
+  std::deque<std::string> NomiFile;   // the files read, as a message names them
+  std::vector<std::string> Impronte;  // SHA-256 of what was read of each; empty if not asked for
   PosizioniOpzioni DoveOpzioni;
   std::vector<Posizione> PosizioniPunti;
   std::vector<Posizione> PosizioniStazioni;

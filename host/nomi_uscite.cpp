@@ -2,6 +2,7 @@
 
 #include "host/nomi_uscite.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <optional>
 #include <unordered_map>
@@ -99,6 +100,12 @@ bool UscitaStandard(const std::string& percorso) {
   return percorso == "-" || percorso == "/dev/stdout";
 }
 
+bool VuoleDocumento(const std::vector<Destinazione>& destinazioni) {
+  return std::ranges::any_of(destinazioni, [](const Destinazione& d) {
+    return d.Genere != GenereUscita::Rapporto && d.Genere != GenereUscita::Json;
+  });
+}
+
 std::vector<Destinazione> Destinazioni(const Argomenti& argomenti, const std::string& rete) {
   std::vector<Destinazione> destinazioni;
   const bool chiesto =
@@ -130,7 +137,7 @@ void ControllaDestinazioni(const Argomenti& argomenti) {
       }
       const std::string chi = IdentitaFile(destinazione.Percorso);
       if (chi.empty()) continue;
-      if (reti.count(chi) > 0)
+      if (reti.contains(chi))
         throw ErroreUso("l'uscita " + Cita(destinazione.Percorso) +
                         " è un file della rete: non viene sovrascritto");
       const auto [voce, nuova] = scritti.try_emplace(chi, nome);
@@ -146,7 +153,7 @@ void RifiutaIngressi(const std::vector<Destinazione>& destinazioni,
   for (const std::string& ingresso : ingressi) letti.insert(IdentitaFile(ingresso));
   letti.erase("");
   for (const Destinazione& destinazione : destinazioni)
-    if (letti.count(IdentitaFile(destinazione.Percorso)) > 0)
+    if (letti.contains(IdentitaFile(destinazione.Percorso)))
       throw ErroreUso("l'uscita " + Cita(destinazione.Percorso) +
                       " è un file della rete: non viene sovrascritto");
 }

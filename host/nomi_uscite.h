@@ -22,6 +22,9 @@ bool UscitaStandard(const std::string& percorso);
 // value is called like the network, in its folder or in the one given.
 std::vector<Destinazione> Destinazioni(const Argomenti& argomenti, const std::string& rete);
 
+// Whether some of them shows more than the report and the results themselves.
+bool VuoleDocumento(const std::vector<Destinazione>& destinazioni);
+
 // Throws ErroreUso if two outputs of the whole call would be the same file, if more than one would
 // go to the standard output, if a network was named twice or an output is one of the networks.
 void ControllaDestinazioni(const Argomenti& argomenti);

@@ -55,12 +55,6 @@ ScritturaUscite::ScritturaUscite(std::vector<Destinazione> destinazioni)
   for (const Destinazione& dove : Dove) File.emplace_back(dove.Percorso);
 }
 
-bool ScritturaUscite::VuoleDocumento() const {
-  for (const Destinazione& dove : Dove)
-    if (dove.Genere != GenereUscita::Rapporto && dove.Genere != GenereUscita::Json) return true;
-  return false;
-}
-
 void ScritturaUscite::Scrivi(const Documento& documento, const Rapporto& rapporto,
                              const Argomenti& argomenti) {
   for (const bool standard : {false, true}) {

@@ -15,9 +15,6 @@ class ScritturaUscite {
   // Opens all files. Throws ErroreUscita; nothing is left then.
   explicit ScritturaUscite(std::vector<Destinazione> destinazioni);
 
-  // Whether some output shows more than the report and the results themselves.
-  bool VuoleDocumento() const;
-
   // Writes all outputs, then gives the files their names, and only then turns to the standard
   // output: who stops reading it keeps the files. Throws ErroreUscita; files without their names
   // yet are as they were before.

@@ -9,6 +9,7 @@
 
 #include "host/codifica.h"
 #include "host/errori.h"
+#include "host/impronta.h"
 
 namespace {
 
@@ -30,7 +31,7 @@ bool LeggiByte(std::ifstream& flusso, std::uintmax_t massimo, std::string& byte)
 
 std::optional<std::string> LeggiTesto(const std::filesystem::path& percorso, std::uintmax_t massimo,
                                       const Posizione& dove, const std::string& campo,
-                                      Diagnostica& diagnostica) {
+                                      Diagnostica& diagnostica, std::string* impronta) {
   const std::string nome = Cita(percorso.string());
   const auto errore = [&](std::string problema) {
     diagnostica.Errore(dove, {.Campo = campo, .Problema = std::move(problema)});
@@ -52,6 +53,7 @@ std::optional<std::string> LeggiTesto(const std::filesystem::path& percorso, std
   if (byte.size() > massimo) {
     return errore("il file " + nome + " supera " + std::to_string(massimo / kBlocco) + " MiB");
   }
+  if (impronta != nullptr) *impronta = Impronta(byte);
   while (!byte.empty() && byte.back() == kCtrlZ) byte.pop_back();
   std::optional<std::string> testo = InUtf8(std::move(byte));
   if (!testo) return errore("il file " + nome + " è in UTF-16: salvarlo come UTF-8");

@@ -9,11 +9,16 @@
 
 #include "host/risultati.h"
 
+struct FileLetto {
+  std::string Nome;      // as a message names it
+  std::string Impronta;  // SHA-256 of what was read, hexadecimal
+};
+
 struct Documento {
   const Risultati& Esiti;
-  std::string_view Rapporto;         // text report, UTF-8, lines ended by '\n'
-  std::vector<std::string> Messaggi; // warnings of this run, UTF-8, one line each
-  std::vector<std::string> Note;     // how coordinates that the file lacks were obtained, likewise
-  std::string DataOra;               // of the run, gg/mm/aaaa hh:mm
-  std::string Impronta;              // SHA-256 of the network file, hexadecimal
+  std::string_view Rapporto;          // text report, UTF-8, lines ended by '\n'
+  std::vector<std::string> Messaggi;  // warnings of this run, UTF-8, one line each
+  std::vector<std::string> Note;      // how coordinates that the file lacks were obtained, likewise
+  std::string DataOra;                // of the run, gg/mm/aaaa hh:mm
+  std::vector<FileLetto> File;        // the network file first, then its tables
 };

@@ -58,6 +58,15 @@ void AggiungiNumerate(std::vector<VoceMetadati>& voci, std::string_view chiave,
     voci.push_back({std::string(chiave) + "." + std::to_string(i + 1), righe[i]});
 }
 
+// The tables of the network count from 2.
+void AggiungiFile(std::vector<VoceMetadati>& voci, const std::vector<FileLetto>& file) {
+  for (std::size_t i = 0; i < file.size(); ++i) {
+    const std::string chiave = i == 0 ? "file" : "file." + std::to_string(i + 1);
+    if (i > 0) voci.push_back({chiave, file[i].Nome});
+    voci.push_back({chiave + ".sha256", file[i].Impronta});
+  }
+}
+
 }  // namespace
 
 std::vector<VoceMetadati> VociMetadati(const Documento& d, const SistemaRiferimento& sistema,
@@ -68,11 +77,11 @@ std::vector<VoceMetadati> VociMetadati(const Documento& d, const SistemaRiferime
       {"programma", std::string(kNomeProgramma) + " " + std::string(kVersioneProgramma)},
       {"data", d.DataOra},
       {"file", r.File},
-      {"file.sha256", d.Impronta},
       {"sistema.nome", sistema.Nome},
       {"sistema.epsg", sistema.Codice > 0 ? std::to_string(sistema.Codice) : "non noto"},
       {"sistema.nota", sistema.Nota},
       {"ellissi.esagerazione", TestoTondo(esagerazione)}};
+  AggiungiFile(voci, d.File);
   voci.push_back({"ellissi.fattore_95",
                   Presente(fattore95)
                       ? NumeroFisso(fattore95, kDecimaliFattore) +

@@ -40,6 +40,10 @@ std::string Calcolo(int tipo) {
   return std::to_string(tipo);
 }
 
+std::string SoloNome(const std::string& percorso) {
+  return percorso.substr(percorso.find_last_of('/') + 1);
+}
+
 void ScriviOpzioni(Pagina& p, const Risultati& r) {
   const TOpzCr& o = r.Opzioni;
   const CCalcDsOr& c = r.CurvaturaRifrazione;
@@ -257,7 +261,7 @@ void ScriviScheda(Pagina& p, const Risultati& r, bool planimetria) {
 std::string TitoloDocumento(const Documento& documento) {
   const Risultati& r = documento.Esiti;
   if (!r.DatiProgetto.Nome.empty()) return r.DatiProgetto.Nome;
-  return r.File.substr(r.File.find_last_of('/') + 1);
+  return SoloNome(r.File);
 }
 
 void ScriviTestata(Pagina& p, const Documento& documento) {
@@ -269,7 +273,10 @@ void ScriviTestata(Pagina& p, const Documento& documento) {
   Voce(p, "Data del calcolo", documento.DataOra);
   Voce(p, "Programma", std::string(kNomeProgramma) + " " + std::string(kVersioneProgramma));
   Voce(p, "File della rete", r.File);
-  Voce(p, "Impronta SHA-256 del file", documento.Impronta);
+  for (const FileLetto& file : documento.File) {
+    const bool rete = &file == &documento.File.front();
+    Voce(p, "Impronta SHA-256 " + (rete ? "del file" : "di " + SoloNome(file.Nome)), file.Impronta);
+  }
   Voce(p, "Sistema di coordinate", TestoSistema(RiconosciSistema(r)));
   p << "</dl>\n</header>\n";
 }

@@ -201,7 +201,8 @@ constexpr double kMezzo = 0.5 + 1e-6, kDoppio = 1e-9;
 
 struct Concordanza : testing::TestWithParam<CasoRete> {
   const Risultati R = Calcola(GetParam());
-  const Documento D{R, "", {}, {}, "05/03/2024 17:45", ""};
+  const Documento D{R, "", {}, {}, "05/03/2024 17:45",
+                    {{"d/r.toml", "0a1"}, {"d/p.csv", "2b3"}}};
   const nlohmann::json J = nlohmann::json::parse(Byte([&](auto s) { ScriviJson(R, s); }));
   const std::string Pagina = Byte([&](auto s) { ScriviHtml(D, s); });
   const std::string Gpkg = Byte([&](auto s) { ScriviGeoPackage(D, s); });
@@ -317,6 +318,13 @@ void ConfrontaEquazione(const Equazione& e, const Genere& g, const Riga& csv, co
   EXPECT_EQ(html.at("Giudizio"), csv.at(qui + "_giudizio"));
   EXPECT_EQ(html.at("Giudizio").starts_with("sospetta"), e.W > 3.29);
   EXPECT_EQ(html.at("Giudizio").ends_with("non controllata"), e.Ridondanza < 0.1);
+}
+
+TEST_P(Concordanza, Impronte) {
+  EXPECT_NE(Pagina.find("SHA-256 del file</dt><dd>0a1<"), std::string::npos);
+  EXPECT_NE(Pagina.find("SHA-256 di p.csv</dt><dd>2b3<"), std::string::npos);
+  for (const char* voce : {"file.sha256", "0a1", "file.2", "d/p.csv", "file.2.sha256", "2b3"})
+    EXPECT_NE(Gpkg.find(voce), std::string::npos) << voce;
 }
 
 TEST_P(Concordanza, Osservazioni) {

@@ -17,7 +17,7 @@ int Quante(const std::string& testo, const std::string& pezzo) {
 
 std::string Pagina(const Risultati& r) {
   std::string html;
-  ScriviHtml({r, "", {}, {}, "", ""}, [&](std::string_view pezzo) { html += pezzo; });
+  ScriviHtml({r, "", {}, {}, "", {}}, [&](std::string_view pezzo) { html += pezzo; });
   return html;
 }
 

@@ -9,6 +9,7 @@
 
 #include "host/avvisi.h"
 #include "host/codifica.h"
+#include "host/impronta.h"
 #include "host/lettura_rete.h"
 #include "host/numeri.h"
 #include "host/rapporto.h"
@@ -151,6 +152,23 @@ constexpr CasoGuasto kGuastiToml[] = {
     {"nome = 12", "nome = [\n1.'\u00D5'", "5:3", "virgolette in un punto inatteso"},
     {"epsg", "città", "10:5", "carattere \"à\" (U+00E0) fuori dalle virgolette"},
     {"\"Rete di città\"", "[[}]]", "9:10", "parentesi } che non ne chiude nessuna"},
+    {"formato = 1", "formato = 1\ncurvatura_rifrazione = 0.13", "2:24", "trovato 0.13, serve"},
+    {"  { nome = 12", "  3, { nome = 12", "4:3", "punti n. 2: trovato 3, serve una tabella"},
+    {"  { punto = \"12\"", "  \"12\", { punto = \"12\"", "19:3", "serve una tabella"},
+    {"= 350", "= [1]", "20:34", "direzione: trovato un elenco"},
+    {"\"Rete di città\"", "true", "9:8", "nome: trovato true, serve"},
+};
+// The same on the file that names two tables.
+constexpr CasoGuasto kGuastiTesta[] = {
+    {"\"punti.csv\"", "[]", "rete.toml:2:9", "[[punti]] o il nome di un file CSV"},
+    {"\"punti.csv\"", "7", "rete.toml:2:9", "punti: trovato 7"},
+    {"\"punti.csv\"", "\"\"", "rete.toml:2:9", "il nome di un file CSV"},
+    {"\"punti.csv\"", "\"a\\nb.csv\"", "rete.toml:2:9", "il nome di un file CSV"},
+    {"\"punti.csv\"", "\"manca.csv\"", "rete.toml:2:9", "manca.csv"},
+    {"punti = \"punti.csv\"", "", "rete.toml:1:1", "manca la chiave \"punti\""},
+    {"\"oss.csv\"", "[{ punto = 1 }]", "rete.toml:3:16", "stanno dentro [[stazioni]]"},
+    {"osservazioni = \"oss.csv\"", "", "rete.toml:1:1", "manca la chiave \"stazioni\""},
+    {"[progetto]", "[[stazioni]]\npunto = 12\n[progetto]", "rete.toml:3:16", "o in [[stazioni]]"},
 };
 constexpr CasoGuasto kGuastiPunti[] = {
     {"QUOTA", "est", "punti.csv:1:15", "intestazione: colonna \"est\" ripetuta"},
@@ -174,7 +192,7 @@ void ControllaGuasto(const CasoGuasto& caso, const std::string& toml, const std:
   CartellaProva cartella;
   EXPECT_FALSE(cartella.Leggi(toml, punti, oss));
   const std::string testo = cartella.Messaggi();
-  const std::string file = toml == kTesta ? "" : "rete.toml:";
+  const std::string file = punti.empty() ? "rete.toml:" : "";
   EXPECT_EQ(testo.find(file + std::string(caso.Dove) + ": errore: "), 0u) << caso.A << '\n' << testo;
   EXPECT_NE(testo.find(caso.Parte), std::string::npos) << caso.A << '\n' << testo;
   EXPECT_EQ(cartella.Diario.Errori(), 1u) << testo;
@@ -182,9 +200,10 @@ void ControllaGuasto(const CasoGuasto& caso, const std::string& toml, const std:
 
 TEST(Lettura, OgniGuastoHaPostoEMotivo) {
   for (const auto& c : kGuastiToml) ControllaGuasto(c, Cambia(kRete, c.Da, c.A), "", "");
+  for (const auto& c : kGuastiTesta) ControllaGuasto(c, Cambia(kTesta, c.Da, c.A), kPunti, kOss);
   for (const auto& c : kGuastiPunti) ControllaGuasto(c, kTesta, Cambia(kPunti, c.Da, c.A), kOss);
   for (const auto& c : kGuastiOss) ControllaGuasto(c, kTesta, kPunti, Cambia(kOss, c.Da, c.A));
-  ControllaGuasto({"", "", "3:16", "è una cartella"}, Cambia(kTesta, "oss.csv", "."), kPunti, "");
+  ControllaGuasto({"", "", "rete.toml:3:16", "è una cartella"}, Cambia(kTesta, "oss.csv", "."), kPunti, "");
 }
 
 TEST(Lettura, TuttiGliErroriInUnaPassataNeMostraCinquanta) {
@@ -216,6 +235,18 @@ TEST(Lettura, ByteQualsiasiDannoUnaReteODegliErrori) {
     EXPECT_NE(letta, cartella.Diario.HaErrori()) << testo;
     EXPECT_TRUE(Utf8Valido(cartella.Messaggi())) << testo;
   }
+}
+
+// Of the bytes that were read, the byte order mark with them; the files in the order of their names.
+TEST(Lettura, ImpronteDeiFileLetti) {
+  CartellaProva cartella;
+  cartella.Leggi(kTesta, "\xEF\xBB\xBF" + kPunti, kOss + '\x1A');
+  const auto rete = LeggiRete(cartella.Percorso / "rete.toml", cartella.Diario, true);
+  ASSERT_TRUE(rete) << cartella.Messaggi();
+  const std::vector<std::string> attese = {Impronta(kTesta), Impronta("\xEF\xBB\xBF" + kPunti),
+                                           Impronta(kOss + '\x1A')};
+  EXPECT_EQ(rete->Impronte, attese);
+  EXPECT_TRUE(rete->NomiFile[1].ends_with("punti.csv"));
 }
 
 TEST(Numeri, LettiPerInteroEScrittiSenzaPerdite) {

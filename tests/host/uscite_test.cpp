@@ -48,7 +48,7 @@ const std::map<std::string, Risultati>& Reti() {
 template <class Fa>
 std::string Byte(const Risultati& r, Fa fa) {
   std::string byte;
-  fa(Documento{r, "", {}, {}, "05/03/2024 17:45", ""}, [&](std::string_view b) { byte += b; });
+  fa(Documento{r, "", {}, {}, "05/03/2024 17:45", {}}, [&](std::string_view b) { byte += b; });
   return byte;
 }
 
