@@ -245,7 +245,7 @@ void Esame::Triangoli() {
   if (Chiusi.empty()) return;
   N.Ferrero = std::sqrt(quadrati / (3.0 * static_cast<double>(Chiusi.size()))) / kRadDaGon;
   // Many triangles that all close worse than the options promise are no slips.
-  double sqm = SqmDirezione(R);
+  double sqm = SqmAngolo(R);
   if (Chiusi.size() >= kTriangoliSignificativi)
     sqm = std::max(sqm, kSigmaDaMediana * Mediana(std::move(chiusure)) / kRadiceTre);
   const double limite = VolteSigma(Chiusi.size()) * kRadiceTre * sqm;

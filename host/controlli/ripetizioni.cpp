@@ -21,13 +21,14 @@ std::string Aggiunta(const std::string& testo, const std::string& altro) {
   return testo.empty() ? altro : testo + ", " + altro;
 }
 
-// What two sights of one target differ in beyond 3 sigma sqrt 2, empty if nothing.
+// What two sights of one target differ in beyond 3 sigma of the difference, empty if nothing.
 std::string Differenze(const Rete& rete, const TOssCr& a, const TOssCr& b) {
   std::string testo;
-  const double limite = VolteSigma(rete.Stazioni.size()) * kRadiceDue;
+  const double volte = VolteSigma(rete.Stazioni.size());
+  const double limite = volte * kRadiceDue;
   if (Assegnato(a.Direzione) && Assegnato(b.Direzione)) {
     const double d = std::abs(std::remainder(a.Direzione - b.Direzione, kGiroGon));
-    if (d > limite * SqmDirezione(rete) / kRadDaGon)
+    if (d > volte * SqmAngolo(rete) / kRadDaGon)
       testo = "le direzioni differiscono di " + NumeroFisso(d, 4) + " gon";
   }
   if (Assegnato(a.Zenit) && Assegnato(b.Zenit) && a.AltSegnale == b.AltSegnale) {

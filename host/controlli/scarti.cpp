@@ -76,11 +76,12 @@ class Esame {
   const Rete& R;
   Visuali V;
   Riduzioni K;
-  std::vector<char> Spostati;  // points already named
-  std::vector<Scarto> Scarti;  // of each sight
-  std::vector<double> Zeri;    // of each set-up [rad]
-  double Sigma = 0.0;          // times which a standard deviation may be exceeded
-  double Generale = 0.0;       // limit of sights with an approximate end [m]
+  std::vector<char> Spostati;   // points already named
+  std::vector<char> SoliFissi;  // set-ups on fixed points that see only such
+  std::vector<Scarto> Scarti;   // of each sight
+  std::vector<double> Zeri;     // of each set-up [rad]
+  double Sigma = 0.0;           // times which a standard deviation may be exceeded
+  double Generale = 0.0;        // limit of sights with an approximate end [m]
   int Spiegate = 0;
   Rilievi Trovati;
 };
@@ -133,6 +134,9 @@ void Esame::CalcolaStazione(std::size_t s) {
 
 void Esame::CalcolaScarti() {
   Scarti.assign(V.Tutte.size(), {});
+  SoliFissi.assign(R.Stazioni.size(), 1);
+  for (const Visuale& v : V.Tutte)
+    if (!Fisso(v.Da) || !Fisso(v.A)) SoliFissi[static_cast<std::size_t>(v.Stazione)] = 0;
   Zeri.assign(R.Stazioni.size(), kSenzaValore);
   for (std::size_t s = 0; s < R.Stazioni.size(); ++s) CalcolaStazione(s);
 }
@@ -159,14 +163,8 @@ void Esame::TaraLimiti() {
 // The orientation has an error of its own where few sights give it.
 double Esame::LimiteAngolo(std::size_t i) const {
   const Visuale& v = V.Tutte[i];
-  const double stretto = Sigma * kRadiceDue * SqmDirezione(R);
-  if (Fisso(v.Da) && Fisso(v.A)) {
-    const auto s = static_cast<std::size_t>(v.Stazione);
-    bool soliFissi = true;
-    for (int j = V.Inizio[s]; j < V.Inizio[s + 1]; ++j)
-      soliFissi = soliFissi && Fisso(V.Tutte[static_cast<std::size_t>(j)].A);
-    if (soliFissi) return stretto;
-  }
+  const double stretto = Sigma * SqmAngolo(R);
+  if (SoliFissi[static_cast<std::size_t>(v.Stazione)] != 0) return stretto;
   return std::max(
       {stretto, kAngoloMinimo * kRadDaGon, Generale / std::max(Scarti[i].Lato, kVicini)});
 }

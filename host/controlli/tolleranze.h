@@ -18,9 +18,10 @@ inline double VolteSigma(std::size_t prove) {
 }
 
 inline constexpr double kRadiceDue = 1.4142135623730951;
-inline constexpr double kSqmZenitMinimo = 0.001;   // of a zenith angle, refraction apart [gon]
-inline constexpr double kSqmDistMinimo = 0.001;    // where the options give none [m]
-inline constexpr double kRaggioTerra = 6371000.0;  // [m]
+inline constexpr double kSqmAngoloMinimo = 0.0001;  // [gon]
+inline constexpr double kSqmZenitMinimo = 0.001;    // of a zenith angle, refraction apart [gon]
+inline constexpr double kSqmDistMinimo = 0.001;     // where the options give none [m]
+inline constexpr double kRaggioTerra = 6371000.0;   // [m]
 
 // Standard deviation of a distance by the options [m].
 inline double SqmDistanza(const Rete& rete, double distanza) {
@@ -29,9 +30,9 @@ inline double SqmDistanza(const Rete& rete, double distanza) {
   return std::max(kSqmDistMinimo, o.SqmDistCost + o.SqmDistProp * distanza / kMetriPerChilometro);
 }
 
-// Standard deviations of a direction and of a zenith angle [rad].
-inline double SqmDirezione(const Rete& rete) {
-  return std::max(rete.Opzioni.SqmDir, kSqmZenitMinimo / 10.0) * kRadDaGon;
+// Standard deviations of an angle, the difference of two directions, and of a zenith angle [rad].
+inline double SqmAngolo(const Rete& rete) {
+  return std::max(rete.Opzioni.SqmDir, kSqmAngoloMinimo) * kRadDaGon;
 }
 inline double SqmZenit(const Rete& rete) {
   return std::max(rete.Opzioni.SqmDir, kSqmZenitMinimo) * kRadDaGon;

@@ -19,17 +19,13 @@
 #include "host/lettura_rete.h"
 #include "host/numeri.h"
 #include "host/percorsi.h"
+#include "host/terminale.h"
 #include "host/testi.h"
 
 namespace {
 
 constexpr int kColonna = 14;  // where the text after a label begins
 constexpr std::size_t kNoteMostrate = 200;
-
-void ScriviErrori(const std::vector<std::string>& righe) {
-  FileSicuro errori("/dev/stderr");
-  for (const std::string& riga : righe) errori.Scrivi(riga + "\n");
-}
 
 std::string Riga(std::string_view etichetta, const std::string& testo) {
   std::string riga(etichetta);
@@ -173,7 +169,7 @@ std::string Verdetto(const std::vector<std::string>& ostacoli, std::size_t rilie
 Stato Verifica(const OpzioniVerifica& opzioni) {
   Diagnostica lettura;
   std::optional<Rete> letta = LeggiRete(PercorsoDa(opzioni.File), lettura);
-  if (lettura.Errori() + lettura.Avvisi() > 0) ScriviErrori(lettura.Righe());
+  MostraMessaggi(lettura);
   if (!letta) return kStatoRete;
   Rete& rete = *letta;
 

@@ -84,11 +84,11 @@ struct TStaCr {
 
 // Options of a run.
 struct TOpzCr {
-  double SqmDistCost;           // standard deviation of a distance, constant part [m]
-  double SqmDistProp;           // part proportional to the distance [m/km]
-  double SqmDir;                // standard deviation of a direction [gon]
-  int MaxIter;                  // iteration limit in plan; at least one iteration runs
-  int TipoCalcolo;              // bits of Calcolo
+  double SqmDistCost;  // standard deviation of a distance, constant part [m]
+  double SqmDistProp;  // part proportional to the distance [m/km]
+  double SqmDir;       // standard deviation of a direction, used for an angle as it is [gon]
+  int MaxIter;         // iteration limit in plan; at least one iteration runs
+  int TipoCalcolo;     // bits of Calcolo
   unsigned char Cartografiche;  // nonzero = map coordinates: observations are reduced to the plane
 };
 

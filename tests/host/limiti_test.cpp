@@ -73,8 +73,9 @@ const struct {
     {Chiusure, "A: Bd Cd B: Cd Ad C: Ad Bd", [](Rete& r, double x) { Oss(r, 0, 0).Distanza = 1e4;
      Oss(r, 0, 1).Direzione = 50, Oss(r, 1, 1).Direzione = x, Oss(r, 2, 1).Direzione = 50; },
      100.0053, 100.0055, "\"B\", \"C\": errore di chiusura angolare 0.0055 gon, limite 0.0054 gon"},
+    // 3 mgon: an angle, across zero
     {Ripetute, "A: Bd Bd", [](Rete& r, double x) { Oss(r, 0, 0).Direzione = 399.999,
-     Oss(r, 0, 1).Direzione = x; }, 0.0032, 0.0033, "le direzioni differiscono di 0.0043 gon"},
+     Oss(r, 0, 1).Direzione = x; }, 0.0019, 0.0021, "le direzioni differiscono di 0.0031 gon"},
     // -4e-4 + 1e10 / 2R^2 - 637.1 / R against a third of 5 mm
     {Coordinate, "A: Bs", [](Rete& r, double x) { for (TCoorCr& p : r.Punti) p.Est += 1e5,
      p.Quota = 637.1; Oss(r, 0, 0).Distanza = x; }, 4, 1000, "la distanza cambierebbe di -0.377"},
