@@ -335,7 +335,8 @@ bool Riconosce(std::string_view testo) {
     return TitoloCsv{.Colonna = CercaSinonimo(TitoloSemplice(titolo), kSinonimiCampagna)};
   });
   csv.LeggiIntestazione();
-  return csv.Presente(kCStazione) && csv.Presente(kCPunto);
+  const bool misure = csv.Presente(kCDir) || csv.Presente(kCZen);  // the station may be an option
+  return csv.Presente(kCPunto) && (csv.Presente(kCStazione) || misure);
 }
 
 void Leggi(std::string_view testo, std::string_view file, const OpzioniLettura& opzioni,
