@@ -46,22 +46,30 @@ struct Vero {
   double E, N, H;
 };
 
-// Points by grid cell, for the search of neighbours.
-struct Griglia {
+// The true points and the grid cells that they stand in, for the search of neighbours.
+struct Terreno {
   int Lato;
   std::vector<int> PuntoDaCella;  // -1 = empty
+  std::vector<int> CellaDaPunto;
+  std::vector<Vero> Veri;
+
+  std::size_t Cella(int riga, int colonna) const {
+    return static_cast<std::size_t>(riga) * static_cast<std::size_t>(Lato) +
+           static_cast<std::size_t>(colonna);
+  }
 
   // The nearest points, nearest first; the jitter never moves one past two meshes.
-  std::vector<int> Vicini(const std::vector<Vero>& veri, int punto, int cella) const {
+  std::vector<int> Vicini(int punto) const {
     std::vector<std::pair<double, int>> candidati;
+    const int cella = CellaDaPunto[static_cast<std::size_t>(punto)];
     const int riga = cella / Lato;
     const int colonna = cella % Lato;
     for (int r = std::max(riga - 2, 0); r <= std::min(riga + 2, Lato - 1); ++r)
       for (int c = std::max(colonna - 2, 0); c <= std::min(colonna + 2, Lato - 1); ++c) {
-        const int altro = PuntoDaCella[static_cast<std::size_t>(r * Lato + c)];
+        const int altro = PuntoDaCella[Cella(r, c)];
         if (altro < 0 || altro == punto) continue;
-        const Vero& p = veri[static_cast<std::size_t>(punto)];
-        const Vero& t = veri[static_cast<std::size_t>(altro)];
+        const Vero& p = Veri[static_cast<std::size_t>(punto)];
+        const Vero& t = Veri[static_cast<std::size_t>(altro)];
         candidati.emplace_back(std::hypot(t.E - p.E, t.N - p.N), altro);
       }
     std::ranges::sort(candidati);
@@ -71,6 +79,31 @@ struct Griglia {
     return vicini;
   }
 };
+
+Terreno Spargi(int punti, Caso& caso) {
+  const auto n = static_cast<std::size_t>(punti);
+  Terreno terreno{.Lato = static_cast<int>(std::ceil(std::sqrt(punti))),
+                  .PuntoDaCella = {},
+                  .CellaDaPunto = std::vector<int>(n),
+                  .Veri = std::vector<Vero>(n)};
+  terreno.PuntoDaCella.assign(terreno.Cella(terreno.Lato, 0), -1);
+  std::vector<int> ordine(n);
+  std::iota(ordine.begin(), ordine.end(), 0);
+  caso.Mescola(ordine);
+  for (int c = 0; c < punti; ++c) {
+    const int i = ordine[static_cast<std::size_t>(c)];
+    const int riga = c / terreno.Lato;
+    const int colonna = c % terreno.Lato;
+    const auto sposta = [&] { return kSpostamento * (2.0 * caso.Uniforme() - 1.0); };
+    Vero& v = terreno.Veri[static_cast<std::size_t>(i)];
+    v.E = 10000.0 + kMaglia * (colonna + sposta());
+    v.N = 20000.0 + kMaglia * (riga + sposta());
+    v.H = 300.0 + 40.0 * std::sin(v.E / 1700.0) * std::cos(v.N / 2300.0);
+    terreno.CellaDaPunto[static_cast<std::size_t>(i)] = c;
+    terreno.PuntoDaCella[static_cast<std::size_t>(c)] = i;
+  }
+  return terreno;
+}
 
 TOssCr Osserva(const Vero& p, const Vero& t, int collimato, double orientamento, Caso& caso) {
   const double dE = t.E - p.E;
@@ -103,29 +136,12 @@ ReteSintetica GeneraRete(int punti) {
   rete.CurvaturaRifrazione = {.CorrCurvRifr = 0, .CoeffRifr = 0.13, .RaggioTerra = 6378000.0};
 
   const auto n = static_cast<std::size_t>(punti);
-  Griglia griglia{static_cast<int>(std::ceil(std::sqrt(punti))), {}};
-  griglia.PuntoDaCella.assign(static_cast<std::size_t>(griglia.Lato * griglia.Lato), -1);
-  std::vector<int> ordine(n);
-  std::iota(ordine.begin(), ordine.end(), 0);
-  caso.Mescola(ordine);
-  std::vector<Vero> veri(n);
-  std::vector<int> cella(n);
-  for (int c = 0; c < punti; ++c) {
-    const int i = ordine[static_cast<std::size_t>(c)];
-    const auto sposta = [&] { return kSpostamento * (2.0 * caso.Uniforme() - 1.0); };
-    Vero& v = veri[static_cast<std::size_t>(i)];
-    v.E = 10000.0 + kMaglia * (c % griglia.Lato + sposta());
-    v.N = 20000.0 + kMaglia * (c / griglia.Lato + sposta());
-    v.H = 300.0 + 40.0 * std::sin(v.E / 1700.0) * std::cos(v.N / 2300.0);
-    cella[static_cast<std::size_t>(i)] = c;
-    griglia.PuntoDaCella[static_cast<std::size_t>(c)] = i;
-  }
-
+  const Terreno terreno = Spargi(punti, caso);
   rete.Nomi.reserve(n);
   rete.Osservazioni.reserve(n);
   for (int i = 0; i < punti; ++i) {
     const auto k = static_cast<std::size_t>(i);
-    const Vero& v = veri[k];
+    const Vero& v = terreno.Veri[k];
     const bool fisso = i % kFissiOgni == 0;
     const double rumore = fisso ? 0.0 : kRumoreApprossimate;
     rete.Nomi.push_back("P" + std::to_string(i + 1));
@@ -137,12 +153,15 @@ ReteSintetica GeneraRete(int punti) {
     p.TipoPla = p.TipoAlt = fisso ? kFisso : kIncognito;
     rete.Punti.push_back(p);
 
-    std::vector<int> vicini = griglia.Vicini(veri, i, cella[k]);
+    std::vector<int> vicini = terreno.Vicini(i);
     caso.Mescola(vicini);
     const double orientamento = 2.0 * std::numbers::pi * caso.Uniforme();
     std::vector<TOssCr> osservazioni;
-    for (const int j : vicini)
-      osservazioni.push_back(Osserva(v, veri[static_cast<std::size_t>(j)], j, orientamento, caso));
+    osservazioni.reserve(vicini.size());
+    for (const int j : vicini) {
+      const Vero& t = terreno.Veri[static_cast<std::size_t>(j)];
+      osservazioni.push_back(Osserva(v, t, j, orientamento, caso));
+    }
     rete.Osservazioni.push_back(std::move(osservazioni));
     TStaCr s{};
     s.Punto = i;

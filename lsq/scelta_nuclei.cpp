@@ -107,16 +107,16 @@ void Assicura(std::unique_ptr<T[]>& memoria, std::size_t& capienza, std::size_t 
   capienza = serve;
 }
 
-const std::span<const Nuclei* const> disponibili =
-    Disponibili();  // found when the module is loaded
+// Found when the module is loaded.
+const std::span<const Nuclei* const> kDisponibili = Disponibili();
 
 }  // namespace
 
 const Nuclei kNucleiSemplici{"semplici", EliminaSemplice, InvertiSemplice};
 
-std::span<const Nuclei* const> NucleiDisponibili() { return disponibili; }
+std::span<const Nuclei* const> NucleiDisponibili() { return kDisponibili; }
 
-const Nuclei& NucleiScelti() { return *disponibili.back(); }
+const Nuclei& NucleiScelti() { return *kDisponibili.back(); }
 
 SpazioNuclei LavoroNuclei::Per(int larghezza, int ordine) {
   if (ordine > kOrdineSemplice) {

@@ -15,7 +15,7 @@ constexpr int kInteri[] = {INT_MIN, INT_MAX, -1, 0, 1, 2, 3, 4, 6, 7, 10, 20, 30
 
 void Corrompi(ReteProva& rete, Caso& caso) {
   const auto uno = [&caso](auto& v) -> auto& { return v[caso.Intero(static_cast<int>(v.size()))]; };
-  if (rete.Stazioni.empty()) return;
+  if (rete.Stazioni.empty() || rete.Punti.empty() || rete.Nomi.empty()) return;
   TCoorCr& p = uno(rete.Punti);
   TStaCr& s = uno(rete.Stazioni);
   std::vector<TOssCr>& giro = uno(rete.Osservazioni);

@@ -59,6 +59,7 @@ std::vector<Vettore> Autovettori(std::vector<Vettore> m) {
   std::sort(ordine.begin(), ordine.end(),
             [&](std::size_t a, std::size_t b) { return m[a][a] < m[b][b]; });
   std::vector<Vettore> ordinati;
+  ordinati.reserve(n);
   for (const std::size_t i : ordine) ordinati.push_back(v[i]);
   return ordinati;
 }

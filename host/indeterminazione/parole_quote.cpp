@@ -12,6 +12,7 @@ constexpr std::size_t U(int i) { return static_cast<std::size_t>(i); }
 
 std::string PuntiDiStazioni(const Risultati& r, const std::vector<int>& stazioni) {
   std::vector<int> punti;
+  punti.reserve(stazioni.size());
   for (const int s : stazioni) punti.push_back(r.Stazioni[U(s)].Punto);
   return ElencoPunti(r, punti);
 }

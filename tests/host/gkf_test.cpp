@@ -39,6 +39,11 @@ std::string File(const std::string& rete, const std::string& osservazioni) {
          "</points-observations></network></gama-local>";
 }
 
+std::string Predefiniti(const std::string& attributi) {
+  return "<gama-local><network><points-observations " + attributi +
+         "></points-observations></network></gama-local>";
+}
+
 std::string Numeri(std::initializer_list<std::optional<double>> valori) {
   std::string testo;
   for (const auto& v : valori) testo += " " + (v && Assegnato(*v) ? NumeroBreve(*v) : "-");
@@ -175,6 +180,26 @@ TEST(Gkf, Rifiuti) {
       {File("", "<obs from='A'><drection to='B' val='4'/></obs>"),
        ":2:15: avviso: .*\"direction\""},
       {File("", "<point id='P' w='1'/>\n<point id='Q' adj='xw'/>"), ":3:20: errore: .*adj: parola"},
+      {File("angles='destra'", ""), ":1:30: errore: .*angles: parola sconosciuta.*destra"},
+      {File("", "<point id='P' x='1'/>"), ":2:1: errore: .*y: manca"},
+      {File("", "<point id='P' x='1' y='2'/>\n<point id='P' x='3' y='2'/>"),
+       ":3:18: avviso: .*già data con un altro valore"},
+      {File("", "<vectors><vec/><vec/><vec/></vectors>"), ":2:1: errore: .*vettori.*3 volte"},
+      {File("", "<coordinates><point/></coordinates>"), ":2:1: errore: .*coordinate osservate"},
+      {File("", "<punto/>"), ":2:1: avviso: .*\"punto\" sconosciuto"},
+      {Predefiniti("distance-stdev='2 x'"), ":1:59: errore: .*distance-stdev: non si legge"},
+      {Predefiniti("distance-stdev='1 2 3 4'"), "errore: .*distance-stdev: non si legge"},
+      {Predefiniti("distance-stdev='0 0'"), "errore: .*distance-stdev: non si legge"},
+      {Predefiniti("distance-stdev='2 2 0.5'"), "avviso: .*l'esponente c diventa 1"},
+      {Predefiniti("direction-stdev='-6'"), "errore: .*direction-stdev: .*-6"},
+      {Predefiniti("zenith-angle-stdev='9'"), "avviso: .*si pesano con la distanza"},
+      {"<gama-local/>", ":1:1: errore: .*manca l'elemento <network>"},
+      {"<adjustment/>", ":1:1: errore: .*elemento principale sconosciuto.*adjustment"},
+      {"<gama-local>\n<!-- x", ":2:[0-9]+: errore: .*commento"},
+      {"<gama-local>\n<![CDATA[ x", ":2:[0-9]+: errore: .*CDATA"},
+      {"<gama-local>\n<network a=>", ":2:[0-9]+: errore: .*attributo non valido"},
+      {"<gama-local>\n<network <>", ":2:[0-9]+: errore: .*XML: "},
+      {"<gama-local>\n<?pi", ":[12]:[0-9]+: errore: .*non chiusa"},
       {"<gama-local>\r\n<network>\r\n <obs></network></gama-local>",
        ":3:[0-9]+: errore: XML: un elemento"},
       {"", ":1:1: errore: XML"}};

@@ -85,7 +85,7 @@ template <std::size_t Cifre, char UnitaAngolo, char UnitaLunghezza>
 inline std::string Gsi(const Rilievo& rilievo) {
   std::string testo;
   int blocco = 0;
-  const auto dati = [](std::string cifre) { return Destra(cifre, Cifre, '0') + ' '; };
+  const auto dati = [](const std::string& cifre) { return Destra(cifre, Cifre, '0') + ' '; };
   const auto nome = [&](const std::string& n) {
     if (!testo.empty()) testo += '\n';
     testo += (Cifre == 16 ? "*11" : "11") + Destra(std::to_string(++blocco), 4, '0') + '+' + dati(n);
@@ -225,10 +225,11 @@ inline std::string Gkf(const Rilievo& rilievo) {
       alterna = !alterna;
       testo += "<direction to='" + l.A + "' val='" +
                (alterna ? Fisso(dir, 5) : Gms(dir, 2, "-", "-", ".")) + "'/>";
-      const std::string hp = "' to_dh='" + Fisso(l.Hp, 3) + "'/>";
-      if (l.Completa)
-        testo += "<z-angle to='" + l.A + "' val='" + Fisso(l.Zen, 5) + hp + "<s-distance to='" +
-                 l.A + "' val='" + Fisso(l.Dist, 4) + hp;
+      const auto elemento = [&](const char* tipo, const std::string& valore) {
+        testo += std::string("<") + tipo + " to='" + l.A + "' val='" + valore + "' to_dh='" +
+                 Fisso(l.Hp, 3) + "'/>";
+      };
+      if (l.Completa) elemento("z-angle", Fisso(l.Zen, 5)), elemento("s-distance", Fisso(l.Dist, 4));
       testo += '\n';
     }
     testo += "</obs>\n";
