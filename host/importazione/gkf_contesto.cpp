@@ -18,6 +18,7 @@
 namespace gkf {
 namespace {
 
+constexpr std::size_t kPasso = 1024;  // between places whose columns are kept: a line may be a file
 constexpr RegolaNumero kStdev{"stdev", "", 0.0, kNonDato, true};
 
 // A hyphen between digits parts degrees, minutes and seconds; after an e it belongs to an exponent.
@@ -42,20 +43,23 @@ Luoghi::Luoghi(std::string_view testo, std::string_view file) : Testo(testo), Fi
     const bool solo = testo[i] == '\r' && (i + 1 == testo.size() || testo[i + 1] != '\n');
     if (testo[i] == '\n' || solo) Inizi.push_back(i + 1);
   }
+  Tappe.push_back(0);
+  for (std::size_t i = 0; i + kPasso <= testo.size(); i += kPasso)
+    Tappe.push_back(Tappe.back() + ContaCaratteri(testo.substr(i, kPasso)));
 }
 
-Posizione Luoghi::Dove(std::size_t scarto) {
+int Luoghi::Caratteri(std::size_t scarto) const {
+  const std::size_t tappa = scarto / kPasso;
+  return Tappe[tappa] + ContaCaratteri(Testo.substr(tappa * kPasso, scarto - tappa * kPasso));
+}
+
+Posizione Luoghi::Dove(std::size_t scarto) const {
   scarto = std::min(scarto, Testo.size());
   const auto dopo = std::upper_bound(Inizi.begin(), Inizi.end(), scarto);
-  const auto linea = static_cast<std::size_t>(dopo - Inizi.begin()) - 1;
-  if (linea != Linea || scarto < Ultimo) {
-    Linea = linea;
-    Ultimo = Inizi[linea];
-    Colonna = 1;
-  }
-  Colonna += ContaCaratteri(Testo.substr(Ultimo, scarto - Ultimo));
-  Ultimo = scarto;
-  return {File, static_cast<int>(linea) + 1, Colonna};
+  const std::size_t inizio = *(dopo - 1);
+  const int prima = scarto - inizio < kPasso ? ContaCaratteri(Testo.substr(inizio, scarto - inizio))
+                                             : Caratteri(scarto) - Caratteri(inizio);
+  return {File, static_cast<int>(dopo - Inizi.begin()), prima + 1};
 }
 
 double Angolo::Sqm(double valore) const {

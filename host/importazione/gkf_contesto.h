@@ -23,15 +23,16 @@ namespace gkf {
 class Luoghi {
  public:
   Luoghi(std::string_view testo, std::string_view file);
-  Posizione Dove(std::size_t scarto);  // offset in bytes
+  Posizione Dove(std::size_t scarto) const;  // offset in bytes
 
  private:
+  // Characters in front of an offset.
+  int Caratteri(std::size_t scarto) const;
+
   std::string_view Testo;
   std::string_view File;
   std::vector<std::size_t> Inizi;  // of the lines
-  std::size_t Linea = 0;
-  std::size_t Ultimo = 0;  // offset whose column is known
-  int Colonna = 1;
+  std::vector<int> Tappe;          // characters in front of every kPasso bytes
 };
 
 // An angle of the file, in gon; written in gon or in degrees, minutes and seconds.
