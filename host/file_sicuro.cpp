@@ -45,7 +45,7 @@ int Registra(const std::filesystem::path& file) {
 
 // The descriptor that a path stands for: "-", /dev/stdout and so on; none for any other path.
 int DescrittoreNominato(const std::string& percorso) {
-  if (percorso == "-" || percorso == "/dev/stdout") return kUscitaStandard;
+  if (UscitaStandard(percorso)) return kUscitaStandard;
   if (percorso == "/dev/stderr") return kErroriStandard;
   for (const std::string_view cartella : {"/dev/fd/", "/proc/self/fd/"}) {
     if (!percorso.starts_with(cartella)) continue;
@@ -56,6 +56,10 @@ int DescrittoreNominato(const std::string& percorso) {
 }
 
 }  // namespace
+
+bool UscitaStandard(const std::string& percorso) {
+  return percorso == "-" || percorso == "/dev/stdout";
+}
 
 std::string DestinazioneFinale(const std::string& percorso) {
   std::filesystem::path finale = PercorsoDa(percorso);
@@ -76,11 +80,6 @@ std::string IdentitaFile(const std::string& percorso) {
   std::error_code guasto;
   const auto assoluto = std::filesystem::absolute(PercorsoDa(DestinazioneFinale(percorso)), guasto);
   return NomeUniforme(std::filesystem::weakly_canonical(assoluto, guasto));
-}
-
-bool StessoFile(const std::string& a, const std::string& b) {
-  const std::string chi = IdentitaFile(a);
-  return !chi.empty() && chi == IdentitaFile(b);
 }
 
 void RimuoviTemporanei() {

@@ -43,6 +43,9 @@ class FileSicuro {
   bool Proprio = false;  // the descriptor is to be closed
 };
 
+// Whether a name stands for the standard output.
+bool UscitaStandard(const std::string& percorso);
+
 // The file that a path leads to, links followed also where the last one leads nowhere yet.
 std::string DestinazioneFinale(const std::string& percorso);
 
@@ -50,9 +53,6 @@ std::string DestinazioneFinale(const std::string& percorso);
 // identities are the same file. Empty for devices, pipes and standard outputs, which are nobody's
 // file.
 std::string IdentitaFile(const std::string& percorso);
-
-// Whether two paths lead to the same file, by whatever names: also one that does not exist yet.
-bool StessoFile(const std::string& a, const std::string& b);
 
 // Removes the temporary files of all that are open. For whoever ends the program at once.
 void RimuoviTemporanei();

@@ -96,10 +96,6 @@ void ControllaValori(const Argomenti& argomenti) {
 
 }  // namespace
 
-bool UscitaStandard(const std::string& percorso) {
-  return percorso == "-" || percorso == "/dev/stdout";
-}
-
 bool VuoleDocumento(const std::vector<Destinazione>& destinazioni) {
   return std::ranges::any_of(destinazioni, [](const Destinazione& d) {
     return d.Genere != GenereUscita::Rapporto && d.Genere != GenereUscita::Json;

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "host/file_sicuro.h"
 #include "host/riga_comando.h"
 
 // A file of one network.
@@ -15,8 +16,6 @@ struct Destinazione {
   bool Osservazioni = false;  // of the two tables in CSV, the one of the observations
   std::string Percorso;       // "-" = standard output
 };
-
-bool UscitaStandard(const std::string& percorso);
 
 // The files of one network, in the order in which they are to be reported. An output without a
 // value is called like the network, in its folder or in the one given.

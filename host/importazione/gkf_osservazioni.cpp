@@ -15,23 +15,23 @@
 #include <numbers>
 #include <unordered_map>
 
+#include "host/campi.h"
 #include "host/importazione/angoli.h"
 #include "host/importazione/gkf_contesto.h"
 #include "host/importazione/gkf_formato.h"
 #include "host/numeri.h"
+#include "host/unita.h"
 
 namespace gkf {
 namespace {
 
-constexpr double kOrizzonte = 100.0;  // zenith angle of a horizontal sight [gon]
-constexpr double kMetriPerKm = 1000.0;
 constexpr RegolaNumero kAltezzaDh{"from_dh", "m"};
 constexpr RegolaNumero kVal{"val", "m", 0.0, kNonDato, true};
 
 enum Genere : std::size_t { kDir, kZen, kObliqua, kGeneri };  // of the elements that form a shot
 
-constexpr std::array<std::string_view, 7> kElementi = {
-    "direction", "z-angle", "s-distance", "distance", "angle", "azimuth", "cov-mat"};
+constexpr std::array<std::string_view, 8> kElementi = {
+    "direction", "z-angle", "s-distance", "distance", "angle", "azimuth", "dh", "cov-mat"};
 constexpr std::array<std::string_view, 3> kAttributiObs = {"from", "orientation", "from_dh"};
 constexpr std::array<std::string_view, 7> kAttributi = {"from",    "to",    "val",   "stdev",
                                                         "from_dh", "to_dh", "extern"};
@@ -208,7 +208,8 @@ bool LettoreObs::CompletaDistanza(BattutaLibretto& b, const pugi::xml_node& e,
   } else if (Predefinite.Distanza) {
     modello = &*Predefinite.Distanza;
     b.SqmDistanza =
-        (modello->A + modello->B * std::pow(*distanza / kMetriPerKm, modello->C)) * kMetriPerMm;
+        (modello->A + modello->B * std::pow(*distanza / kMetriPerChilometro, modello->C)) *
+        kMetriPerMm;
   }
   if (b.SqmDistanza) C.SqmLetti.AggiungiDistanza(*distanza, *b.SqmDistanza, modello);
   return true;
@@ -319,6 +320,7 @@ void LettoreObs::LeggiElemento(const pugi::xml_node& e, std::optional<double> va
   if (nome == "s-distance") return LeggiLettura(e, kObliqua, varianza);
   if (angolo) return LeggiAngolo(e, varianza);
   if (nome == "azimuth") return C.NonSupportato(e, "azimut", 1);
+  if (nome == "dh") return C.NonSupportato(e, "dislivelli misurati (<dh>)", 1);
   C.ElementoSconosciuto(e, kElementi);
 }
 

@@ -82,6 +82,7 @@ class LetturaGsi {
   Terna CoordCorrenti;                   // of the current station, as the book gives them
   std::optional<double> UltimoSegnale;   // where target heights hold until the next
   std::optional<Posizione> PrimaOrfana;  // shot before any set-up
+  std::string CodiceConNome;             // of the first block of codes that may open a set-up
   bool HaStazioni = false;               // the file itself has set-ups
   bool StazioneChiesta = false;          // the set-up of the options came into use
 
@@ -136,6 +137,7 @@ void LetturaGsi::BloccoCodice() {
   }
   const std::string codice = NomeGsi(Blocco.Parole().front());
   if (!Opzioni.CodiceStazioneGsi) {
+    if (CodiceConNome.empty() && Blocco.Trova(kCodiceStazione) != nullptr) CodiceConNome = codice;
     Libro.Tralascia("blocchi di codice (WI 41-49)",
                     "senza l'opzione del codice di stazione non hanno un significato noto",
                     Blocco.Riga());
@@ -294,10 +296,13 @@ void LetturaGsi::ContaAltre() {
 void LetturaGsi::ControllaPostazioni() {
   if (StazioneChiesta || !Opzioni.Stazione) {
     if (!PrimaOrfana) return;
-    Diario.Errore(
-        *PrimaOrfana,
-        {.Problema = HaStazioni ? "misure prima della prima stazione" : "il file non ha stazioni",
-         .Suggerimento = "indicare la stazione con --stazione NOME --hs ALTEZZA"});
+    std::string rimedio = "indicare la stazione con --stazione NOME --hs ALTEZZA";
+    if (!CodiceConNome.empty())
+      rimedio += "; se sono i blocchi con il codice " + CodiceConNome +
+                 " ad aprire le stazioni, --gsi-codice-stazione " + CodiceConNome;
+    Diario.Errore(*PrimaOrfana, {.Problema = HaStazioni ? "misure prima della prima stazione"
+                                                        : "il file non ha stazioni",
+                                 .Suggerimento = std::move(rimedio)});
   } else if (HaStazioni) {
     Diario.Avviso(Dati.Dove(1, 1), {.Problema = "la stazione " + Cita(*Opzioni.Stazione) +
                                                 " chiesta con --stazione non è stata usata: il "

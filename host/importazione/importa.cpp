@@ -35,10 +35,6 @@ namespace {
 constexpr std::uintmax_t kMassimoFile = 1U << 28U;  // [bytes]
 constexpr double kPartiApprossimate = 1000.0;       // approximate coordinates are written to 1 mm
 
-bool UscitaStandard(const std::string& percorso) {
-  return percorso == "-" || percorso == "/dev/stdout";
-}
-
 void RifiutaIngressoComeUscita(const OpzioniImporta& o) {
   if (UscitaStandard(o.Uscita)) return;
   const auto rifiuta = [&](const std::string& ingresso) {
@@ -71,7 +67,7 @@ const Lettore* LettoreScelto(const OpzioniImporta& o) {
 void Approssima(Rete& rete, Resoconto& resoconto) {
   resoconto.Approssimate = CalcolaApprossimate(rete);
   const auto arrotonda = [](double& metri) {
-    metri = std::round(metri * kPartiApprossimate) / kPartiApprossimate;
+    metri = std::round(metri * kPartiApprossimate) / kPartiApprossimate + 0.0;  // no -0
   };
   for (const int punto : resoconto.Approssimate.PuntiPla) {
     arrotonda(rete.Punti[static_cast<std::size_t>(punto)].Est);

@@ -159,8 +159,9 @@ class LettoreLibretto {
     return true;
   }
 
-  // What stands behind the note: a page number pasted with the rows, or a row that lost its start.
+  // The note is not carried; what stands behind it: a page number pasted with the rows, or a row that lost its start.
   void DopoLaNota(const RigaLibretto& riga, std::size_t campi, const std::string& record) {
+    ContaNota(riga, campi - 1);
     if (riga.Campi.size() <= campi) return;
     Guasto guasto{
         .Record = record,
@@ -185,14 +186,21 @@ class LettoreLibretto {
       if (!Campo(riga, 4).empty())
         L.DatiProgetto.Nome += ", particelle " + std::string(Campo(riga, 4));
     }
-    if (!Campo(riga, 0).empty())
-      L.Note.push_back("Data del libretto (riga 0): " + std::string(Campo(riga, 0)));
+    Trascrivi("Riga 0 del libretto (data, protocollo, comune, foglio, particelle, tecnico):", riga);
   }
 
   void Precisioni(const RigaLibretto& riga) {
-    std::string nota = "Riga 9 del libretto (le precisioni non diventano s.q.m.):";
+    Trascrivi("Riga 9 del libretto (le precisioni non diventano s.q.m.):", riga);
+  }
+
+  void Trascrivi(std::string nota, const RigaLibretto& riga) {
     for (const CampoLibretto& campo : riga.Campi) nota += " " + campo.Valore + " |";
     L.Note.push_back(std::move(nota));
+  }
+
+  void ContaNota(const RigaLibretto& riga, std::size_t campo) {
+    if (!Campo(riga, campo).empty())
+      L.Tralascia("note di stazioni, battute e coordinate", "la rete non le porta", riga.Linea);
   }
 
   void Commento(const RigaLibretto& riga) {
@@ -320,6 +328,8 @@ class LettoreLibretto {
       return L.Tralascia("righe 8 con coordinate 0, 0", "lo zero sta per una coordinata ignota",
                          riga.Linea);
     }
+    constexpr std::size_t kNotaApprossimate = 4;
+    ContaNota(riga, kNotaApprossimate);
     const bool xEst = *Opzioni.AssiXY == Assi::EstNord;
     PuntoLibretto punto;
     punto.Nome = nome;

@@ -10,6 +10,7 @@
 
 #include "host/codifica.h"
 #include "host/diagnostica.h"
+#include "host/file_sicuro.h"
 #include "host/numeri.h"
 #include "host/testi.h"
 #include "host/versione.h"
@@ -158,6 +159,27 @@ std::string FraseOsservazioni(const Rete& rete) {
          Conta(distanze, "distanza", "distanze");
 }
 
+// Zenith angles that give no heights, for lack of one of the two heights over the points.
+void AggiungiAltezze(std::vector<std::string>& frasi, const Rete& rete) {
+  std::size_t visuali = 0, stazioni = 0;
+  for (std::size_t s = 0; s < rete.Stazioni.size(); ++s) {
+    bool zenit = false;
+    for (const TOssCr& o : rete.Osservazioni[s]) {
+      if (!Assegnato(o.Zenit)) continue;
+      zenit = true;
+      visuali += Assegnato(o.AltSegnale) ? 0 : 1;
+    }
+    stazioni += zenit && !Assegnato(rete.Stazioni[s].AltStrum) ? 1 : 0;
+  }
+  if (visuali > 0)
+    frasi.push_back(Conta(visuali, "visuale", "visuali") +
+                    " con lo zenit ma senza altezza del segnale: fuori dall'altimetria");
+  if (stazioni > 0)
+    frasi.push_back(Conta(stazioni, "stazione", "stazioni") +
+                    " con angoli zenitali ma senza altezza dello strumento: fuori "
+                    "dall'altimetria");
+}
+
 }  // namespace
 
 std::vector<std::string> CheCosaManca(const Rete& rete, const EsitoApprossimate& approssimate) {
@@ -178,6 +200,7 @@ std::vector<std::string> CheCosaManca(const Rete& rete, const EsitoApprossimate&
     if (quote && fissiAlt == 0)
       frasi.emplace_back("nessun punto fisso in altimetria: ne serve almeno uno");
   }
+  if (quote) AggiungiAltezze(frasi, rete);
   if (!approssimate.NonRaggiunti.empty()) {
     frasi.insert(frasi.end(), approssimate.NonRaggiunti.begin(), approssimate.NonRaggiunti.end());
     return frasi;
@@ -250,7 +273,7 @@ std::string TestoFacce(const EsitoFacce& facce) {
 
 std::string SommarioImportazione(const Resoconto& resoconto, const Rete& rete,
                                  const std::string& uscita) {
-  const bool inFile = uscita != "-" && uscita != "/dev/stdout";
+  const bool inFile = !UscitaStandard(uscita);
   std::string testo;
   if (inFile) AggiungiVoce(testo, "Scritto:", {uscita});
   AggiungiVoce(

@@ -184,6 +184,8 @@ TEST(Gkf, Rifiuti) {
       {File("", "<point id='P' x='1'/>"), ":2:1: errore: .*y: manca"},
       {File("", "<point id='P' x='1' y='2'/>\n<point id='P' x='3' y='2'/>"),
        ":3:18: avviso: .*già data con un altro valore"},
+      {File("", "<obs from='A'><dh to='B' val='1'/></obs>"),
+       ":2:15: errore: .*dislivelli misurati"},
       {File("", "<vectors><vec/><vec/><vec/></vectors>"), ":2:1: errore: .*vettori.*3 volte"},
       {File("", "<coordinates><point/></coordinates>"), ":2:1: errore: .*coordinate osservate"},
       {File("", "<punto/>"), ":2:1: avviso: .*\"punto\" sconosciuto"},

@@ -151,6 +151,10 @@ const struct CasoCompleta {
      "\n# Manca ancora:\n#   un solo punto fisso in planimetria: ne servono almeno due\n"
      "#   le coordinate approssimate di 2 punti: \"S\", \"P\"\n"
      "#   la quota approssimata di 3 punti: \"B\", \"S\", \"P\"\n\nformato = 1\n"},
+    {[](O&, L& l) { l.Postazioni[0].Battute[2].Segnale.reset(); }, "",
+     "1 visuale con lo zenit ma senza altezza del segnale: fuori dall'altimetria\n"},
+    {[](O& o, L& l) { l.Postazioni[0].Altezza.reset(), o.TipoCalcolo = kCalcoloAltimetria; }, "",
+     "1 stazione con angoli zenitali ma senza altezza dello strumento: fuori dall'altimetria\n"},
     {[](O& o, L&) { o.Fissi = {"A", "B"}, o.Escludi = {"P"}; }, "",
      "\n]\nPunti:          4: in planimetria 2 fissi, 1 incognito, 1 escluso\n"
      "                in altimetria 1 fisso, 2 incogniti, 1 escluso\nStazioni:       1\n"

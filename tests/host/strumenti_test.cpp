@@ -92,6 +92,9 @@ TEST(Strumenti, DiconoDoveUnLibrettoESbagliato) {
       {gsi, "+00001550", "+00000000", "1:1: avviso",
        "stazione \"A\": altezza strumentale uguale a"},
       {gsi, "A 88..10", "A 87..10", "2:1: errore", "il file non ha stazioni (indicare la stazione"},
+      {"41....+00000002 42....+0000000A\n" + kMisura, "000B", "000C",
+       "2:1: errore", "--hs ALTEZZA; se sono i blocchi con il codice 2 ad aprire le stazioni, "
+                      "--gsi-codice-stazione 2"},
       {kGsi + kMisura + " 84..10+1", "10+1", "10+00001001", "5:1: errore", "coordinate diverse"},
       {kSdr, "00211121", "00711121", "1:41: errore", "unità degli angoli: codice sconosciuto"},
       {kSdr, "00211121", "00311121", "1:41: avviso", "unità 3 letta come mil"},
