@@ -25,10 +25,6 @@ void Aggiungi(std::string& motivi, std::string_view motivo) {
   motivi += motivo;
 }
 
-bool FuoriCentro(int tipo) {
-  return tipo == kFuoriCentro10 || tipo == kFuoriCentro20 || tipo == kFuoriCentro30;
-}
-
 class Esame {
  public:
   Esame(const Rete& rete, Diagnostica& diagnostica)

@@ -12,6 +12,12 @@
 #include "kzt5cmrg/record.h"
 
 inline constexpr double kGiroGon = 400.0;
+inline constexpr double kOrizzonte = 100.0;  // zenith angle of a horizontal sight [gon]
+
+// What a network file may ask for, and what holds where it is silent.
+inline constexpr int kIterazioniMassime = 1000;
+inline constexpr double kCoefficientePredefinito = 0.13;  // of refraction
+inline constexpr double kRaggioPredefinito = 6378000.0;   // of the earth [m]
 
 // Range of a number. No value may reach kNonDato, where the records begin to mean "not given".
 struct RegolaNumero {

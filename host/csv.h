@@ -3,6 +3,7 @@
 // Tables in CSV: the rows of a file under the columns that its first row names.
 
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <optional>
@@ -28,6 +29,8 @@ struct TitoloCsv {
   std::optional<Guasto> Cosa = std::nullopt;
 };
 using RiconosciTitolo = std::function<TitoloCsv(std::string_view titolo)>;
+
+inline constexpr std::uintmax_t kMassimoCsv = std::uintmax_t{1} << 30;  // of a file [bytes]
 
 // Reads a table row by row, in one pass over the text and without copying its fields. Fields may be
 // quoted, with doubled quotes inside; they never span lines. Line ends are LF, CRLF or CR.

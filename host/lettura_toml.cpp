@@ -11,6 +11,7 @@
 
 #include "host/campi.h"
 #include "host/campi_rete.h"
+#include "host/csv.h"
 #include "host/lettura_csv.h"
 #include "host/percorsi.h"
 #include "host/sintassi_toml.h"
@@ -20,10 +21,6 @@
 namespace {
 
 constexpr int kFormato = 1;
-constexpr int kIterazioniMassime = 1000;
-constexpr double kCoefficienteRifrazione = 0.13;
-constexpr double kRaggioTerra = 6378000.0;        // [m]
-constexpr std::uintmax_t kMassimoCsv = 1u << 30;  // [bytes]
 
 constexpr std::array<std::string_view, 2> kChiaviProgetto = {"nome", "epsg"};
 constexpr std::array<std::string_view, 6> kChiaviOpzioni = {
@@ -108,7 +105,7 @@ void LeggiOpzioni(const Tabella& file, const Lettura& l) {
 
 void LeggiCurvatura(const Tabella& file, const Lettura& l) {
   CCalcDsOr& curvatura = l.Rete.CurvaturaRifrazione();
-  curvatura = {0, kCoefficienteRifrazione, kRaggioTerra};
+  curvatura = {0, kCoefficientePredefinito, kRaggioPredefinito};
   const auto tabella =
       Sezione(file, "curvatura_rifrazione", "una tabella [curvatura_rifrazione]", l);
   if (!tabella) return;
@@ -116,8 +113,8 @@ void LeggiCurvatura(const Tabella& file, const Lettura& l) {
   curvatura.CorrCurvRifr = tabella->Vero("attiva").Valore.value_or(false) ? 1 : 0;
   const Letto<double> coefficiente = tabella->Numero(kCoefficiente);
   const Letto<double> raggio = tabella->Numero(kRaggio);
-  curvatura.CoeffRifr = coefficiente.Valore.value_or(kCoefficienteRifrazione);
-  curvatura.RaggioTerra = raggio.Valore.value_or(kRaggioTerra);
+  curvatura.CoeffRifr = coefficiente.Valore.value_or(kCoefficientePredefinito);
+  curvatura.RaggioTerra = raggio.Valore.value_or(kRaggioPredefinito);
   l.Rete.DoveOpzioni().Coefficiente = coefficiente.Dove;
   l.Rete.DoveOpzioni().Raggio = raggio.Dove;
 }

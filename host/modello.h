@@ -19,6 +19,11 @@ constexpr bool Inclinata(int tipo) {
   return tipo == kInclinata || tipo == kInclinataTipo6 || tipo == kInclinataTipo7;
 }
 
+// Whether a distance of the kind was read to a prism beside the point, on the line of the sight.
+constexpr bool FuoriCentro(int tipo) {
+  return tipo == kFuoriCentro10 || tipo == kFuoriCentro20 || tipo == kFuoriCentro30;
+}
+
 // Place of a record in a file: line and column count from 1, 0 = unknown. The column counts
 // characters, not bytes.
 struct Posizione {

@@ -85,6 +85,14 @@ std::string NumeroFisso(double valore, int decimali) {
   return std::string(spazio.data(), esito.ptr);
 }
 
+std::string NumeroCorto(double valore, int decimali) {
+  std::string testo = NumeroFisso(valore, decimali);
+  if (testo.find('.') == std::string::npos) return testo;
+  testo.erase(testo.find_last_not_of('0') + 1);
+  if (testo.ends_with('.')) testo.pop_back();
+  return testo;
+}
+
 std::string NumeroBreve(double valore) {
   std::array<char, kSpazioNumero> spazio;
   const auto esito = std::to_chars(spazio.data(), spazio.data() + spazio.size(), valore);

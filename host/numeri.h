@@ -29,5 +29,8 @@ std::optional<int> LeggiIntero(std::string_view testo);
 // The value with exactly that many decimals (0 to 17).
 std::string NumeroFisso(double valore, int decimali);
 
+// The value with at most that many decimals, without zeros at the end.
+std::string NumeroCorto(double valore, int decimali);
+
 // The shortest text that gives the same value back.
 std::string NumeroBreve(double valore);

@@ -16,6 +16,11 @@ std::string Minuscole(std::string_view testo) {
   return minuscole;
 }
 
+bool TutteCifre(std::string_view testo) {
+  return !testo.empty() &&
+         std::all_of(testo.begin(), testo.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
 bool Righe::Prossima(RigaTesto& riga) {
   while (!Resto.empty()) {
     const std::size_t fine = std::min(Resto.find_first_of("\r\n"), Resto.size());

@@ -18,6 +18,9 @@ constexpr char Minuscola(char c) {
 }
 std::string Minuscole(std::string_view testo);
 
+// Whether a text is made of digits alone, one at least.
+bool TutteCifre(std::string_view testo);
+
 // "1 punto", "3 punti"
 std::string Conta(std::integral auto quanti, std::string_view uno, std::string_view molti) {
   return std::to_string(quanti) + " " + std::string(quanti == 1 ? uno : molti);

@@ -14,17 +14,12 @@ namespace {
 
 constexpr double kGiroRad = 2.0 * std::numbers::pi;
 constexpr double kScalaCentrale = 0.9996;
-constexpr double kRaggioMedio = 6371000.0;                        // [m]
 constexpr double kFalsiEst[] = {1500000.0, 2520000.0, 500000.0};  // of the map zones [m]
 constexpr double kSemiampiezza = 500000.0;                        // of a zone around its own [m]
 constexpr double kMetaZona = 350000.0;  // an Est this near its false origin belongs to the zone [m]
 constexpr double kEstMinimo = 80000.0;  // a smaller one says nothing of the zone [m]
 constexpr double kSbraccio = 0.16;      // prism offset of the instruments of types 6 and 7 [m]
 constexpr double kSenoMinimo = 1e-6;    // a sight along the vertical has no horizontal distance
-
-bool FuoriCentro(int tipo) {
-  return tipo == kFuoriCentro10 || tipo == kFuoriCentro20 || tipo == kFuoriCentro30;
-}
 
 // On the horizontal of the instrument [m]; the constants of types 6 and 7, a few centimetres, are
 // left to the adjustment.

@@ -5,12 +5,12 @@
 // checks that look a network over.
 
 #include <limits>
-#include <numbers>
 #include <vector>
 
 #include "host/modello.h"
+#include "host/unita.h"
 
-inline constexpr double kRadDaGon = std::numbers::pi / 200.0;
+inline constexpr double kRaggioMedio = 6371000.0;  // of the earth [m]
 inline constexpr double kSenzaValore = std::numeric_limits<double>::quiet_NaN();
 
 // A position on the plane [m].

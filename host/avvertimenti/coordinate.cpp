@@ -230,7 +230,7 @@ void Esame::EsaminaQuote() {
     }
   }
   constexpr double kQuotaEsempio = 500.0;  // of a place of middle height [m]
-  const double effetto = massima * kQuotaEsempio / kRaggioTerra;
+  const double effetto = massima * kQuotaEsempio / kRaggioMedio;
   if (dove == nullptr || effetto <= kParteTrascurabile * SqmDistanza(R, massima)) return;
   Trovati.push_back({*dove,
                      {.Record = std::move(record),

@@ -131,7 +131,7 @@ void Esame::ConfrontaDistanze(const Visuale& andata, const Visuale& ritorno) {
                         .Osservazioni[static_cast<std::size_t>(ritorno.Osservazione)];
   const double dh = Assegnato(o.Zenit) ? std::abs(b / std::tan(o.Zenit * kRadDaGon)) : 0.0;
   const double limite =
-      Sigma * kRadiceDue * SqmDistanza(R, a) + kScalaIncerta * a + dh * a / kRaggioTerra;
+      Sigma * kRadiceDue * SqmDistanza(R, a) + kScalaIncerta * a + dh * a / kRaggioMedio;
   if (!(std::abs(a - b) > limite)) return;
   std::string forse = SpiegaDistanza(b, a, limite);
   Trovati.push_back(
@@ -152,7 +152,7 @@ void Esame::ConfrontaDislivelli(const Visuale& andata, const Visuale& ritorno) {
   const double D = std::max(andata.Distanza, ritorno.Distanza);
   const double pendenza = std::abs(a) / std::max(D, 1.0);
   const bool corretta = R.CurvaturaRifrazione.CorrCurvRifr != 0;
-  const double sfera = 2.0 * D * D / (2.0 * kRaggioTerra);
+  const double sfera = 2.0 * D * D / (2.0 * kRaggioMedio);
   const double limite =
       Sigma * kRadiceDue * (D * SqmZenit(R) + kSqmAltezze + pendenza * SqmDistanza(R, D)) +
       (corretta ? kIncertezzaRifrazione : 1.0) * sfera +
@@ -203,7 +203,7 @@ void Esame::EsaminaTriangolo(const Visuale& v, int a, int b, int c) {
   Fatti.emplace(a, std::min(b, c), std::max(b, c));
   const double lato = v.ConDistanza() ? v.Distanza : 0.0;
   Chiusi.push_back({&v, a, b, c, std::abs(somma) - std::numbers::pi,
-                    lato * lato / (kRaggioTerra * kRaggioTerra)});
+                    lato * lato / (kRaggioMedio * kRaggioMedio)});
 }
 
 void Esame::RiferisciTriangolo(const Triangolo& t, double limite) {

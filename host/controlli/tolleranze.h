@@ -8,6 +8,7 @@
 
 #include "host/approssimate/visuali.h"
 #include "host/modello.h"
+#include "host/unita.h"
 
 // How many sigmas a difference must exceed to be reported: three, or in a large network what the
 // largest of so many good ones would be expected to reach.
@@ -21,11 +22,9 @@ inline constexpr double kRadiceDue = 1.4142135623730951;
 inline constexpr double kSqmAngoloMinimo = 0.0001;  // [gon]
 inline constexpr double kSqmZenitMinimo = 0.001;    // of a zenith angle, refraction apart [gon]
 inline constexpr double kSqmDistMinimo = 0.001;     // where the options give none [m]
-inline constexpr double kRaggioTerra = 6371000.0;   // [m]
 
 // Standard deviation of a distance by the options [m].
 inline double SqmDistanza(const Rete& rete, double distanza) {
-  constexpr double kMetriPerChilometro = 1000.0;
   const TOpzCr& o = rete.Opzioni;
   return std::max(kSqmDistMinimo, o.SqmDistCost + o.SqmDistProp * distanza / kMetriPerChilometro);
 }

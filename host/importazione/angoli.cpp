@@ -11,16 +11,12 @@
 
 #include "host/campi.h"
 #include "host/numeri.h"
+#include "host/testi.h"
 
 namespace {
 
 constexpr int kSessanta = 60;
 constexpr double kSecondiPerGon = 3240.0;
-
-bool TutteCifre(std::string_view testo) {
-  return !testo.empty() &&
-         std::all_of(testo.begin(), testo.end(), [](char c) { return c >= '0' && c <= '9'; });
-}
 
 // Takes a sign off the front; true if it is negative.
 bool Segno(std::string_view& testo) {
@@ -101,7 +97,8 @@ std::optional<double> GonDaCifreCompatte(std::string_view cifre, int decimali) {
   if (!TutteCifre(cifre) || cifre.size() < coda + 2 * kDueCifre) return std::nullopt;
   const std::size_t inizioSecondi = cifre.size() - coda - kDueCifre;
   const std::size_t inizioPrimi = inizioSecondi - kDueCifre;
-  const auto gradi = inizioPrimi == 0 ? std::optional(0) : LeggiIntero(cifre.substr(0, inizioPrimi));
+  const auto gradi =
+      inizioPrimi == 0 ? std::optional(0) : LeggiIntero(cifre.substr(0, inizioPrimi));
   const auto primi = LeggiIntero(cifre.substr(inizioPrimi, kDueCifre));
   const NumeroLetto secondi =
       LeggiNumero(std::string(cifre.substr(inizioSecondi, kDueCifre)) + "." +

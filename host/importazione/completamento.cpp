@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "host/approssimate/visuali.h"
+#include "host/campi.h"
 #include "host/importazione/coordinate_csv.h"
 #include "host/importazione/unione.h"
 #include "host/importazione/valori_libretto.h"
@@ -16,8 +17,6 @@
 #include "host/testi.h"
 
 namespace {
-
-constexpr double kOrizzonte = 100.0;  // zenith angle of a horizontal sight [gon]
 
 class Completamento {
  public:

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "host/campi.h"
+#include "host/csv.h"
 #include "host/importazione/titoli_csv.h"
 #include "host/numeri.h"
 #include "host/percorsi.h"
@@ -20,8 +21,7 @@
 
 namespace {
 
-constexpr std::uintmax_t kMassimoCsv = 1u << 30;  // [bytes]
-constexpr double kScartoNotevole = 1.0;           // between the table and the book [m]
+constexpr double kScartoNotevole = 1.0;  // between the table and the book [m]
 constexpr int kDecimaliScarto = 3;
 
 enum Colonna : std::size_t { kCNome, kCEst, kCNord, kCQuota, kCRuolo, kCPla, kCAlt };

@@ -18,13 +18,13 @@
 #include "host/campi.h"
 #include "host/importazione/angoli.h"
 #include "host/numeri.h"
+#include "host/unita.h"
 
 namespace {
 
 constexpr double kMezzoGiro = kGiroGon / 2.0;
 constexpr double kTolleranzaSegnale = 0.0005;  // target heights that count as the same [m]
 constexpr double kLimiteSqm = 3.0;  // standard deviations from which a reading is suspect
-constexpr double kMetriPerKm = 1000.0;
 constexpr int kDecimaliGon = 5;
 
 // A difference of directions brought to half a turn.
@@ -251,7 +251,7 @@ class Riduzione {
     const std::vector<double> distanze = Valori(battute, &BattutaLibretto::Distanza);
     if (distanze.size() < 2) return;
     const auto [minima, massima] = std::minmax_element(distanze.begin(), distanze.end());
-    const double sqm = Sqm.DistCostante + Sqm.DistProporzionale * *massima / kMetriPerKm;
+    const double sqm = Sqm.DistCostante + Sqm.DistProporzionale * *massima / kMetriPerChilometro;
     if (*massima - *minima <= kLimiteSqm * std::sqrt(2.0) * sqm) return;
     Diario.Avviso(battute.back()->Dove,
                   {.Record = NomeOsservazione(postazione.Punto, battute.front()->Punto),

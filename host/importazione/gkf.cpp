@@ -37,11 +37,10 @@ constexpr std::array<std::string_view, 5> kAttributiOsservazioni = {
     "direction-stdev", "angle-stdev", "zenith-angle-stdev", "azimuth-stdev", "distance-stdev"};
 constexpr std::array<std::string_view, 6> kAttributiPunto = {"id", "x", "y", "z", "fix", "adj"};
 
-constexpr std::size_t kInizioCercato = 65536;  // the root stands in the first bytes
-
 bool Riconosce(std::string_view testo) {
   if (!SenzaBianchi(testo, kBianchiEFini).starts_with('<')) return false;
-  return testo.substr(0, kInizioCercato).find("<gama-local") != std::string_view::npos;
+  return testo.substr(0, gkf::kInizioCercato).find("<" + std::string(gkf::kRadice)) !=
+         std::string_view::npos;
 }
 
 // What an axis adds to east and north.

@@ -9,12 +9,11 @@
 namespace {
 
 constexpr std::string_view kBianchi = " \t\r\n";
-constexpr std::size_t kInizioCercato = 65536;  // the root stands in the first bytes
 
 bool Riconosce(std::string_view testo) {
   const std::size_t primo = testo.find_first_not_of(kBianchi);
   if (primo == std::string_view::npos || testo[primo] != '<') return false;
-  return testo.substr(0, kInizioCercato).find(gkf::kRadice) != std::string_view::npos;
+  return testo.substr(0, gkf::kInizioCercato).find(gkf::kRadice) != std::string_view::npos;
 }
 
 void Leggi(std::string_view /*testo*/, std::string_view file, const OpzioniLettura& /*opzioni*/,

@@ -17,6 +17,7 @@ inline constexpr double kGonPerSecondo = 1.0 / 3240.0;  // of a sexagesimal degr
 inline constexpr double kMetriPerMm = 1e-3;
 
 inline constexpr std::string_view kRadice = "gama-local";
+inline constexpr std::size_t kInizioCercato = 65536;  // the root stands in the first bytes
 
 // Target of the instructions, and the words that their contents begin with.
 inline constexpr std::string_view kIstruzione = "compensa";

@@ -12,6 +12,7 @@
 #include "host/importazione/gkf_formato.h"
 #include "host/numeri.h"
 #include "host/testi.h"
+#include "host/unita.h"
 
 namespace gkf {
 namespace {
@@ -19,7 +20,6 @@ namespace {
 // Values nearer than this are the same one, written or rounded in another way [gon, m, m/km].
 constexpr double kRisoluzione = 1e-8;
 constexpr double kAccordoRetta = 2e-6;  // of a standard deviation with the line [m]
-constexpr double kMetriPerKm = 1000.0;
 
 std::int64_t Chiave(double valore) {
   constexpr double kMassima = 9e9;  // far above every standard deviation, and no overflow
@@ -28,13 +28,9 @@ std::int64_t Chiave(double valore) {
 
 double Arrotonda(double valore) { return std::round(valore / kRisoluzione) * kRisoluzione; }
 
-// Up to six decimals, without trailing zeros.
 std::string Scritto(double valore) {
   constexpr int kDecimali = 6;
-  std::string testo = NumeroFisso(valore, kDecimali);
-  testo.erase(testo.find_last_not_of('0') + 1);
-  if (testo.ends_with('.')) testo.pop_back();
-  return testo;
+  return NumeroCorto(valore, kDecimali);
 }
 
 }  // namespace
@@ -59,7 +55,7 @@ void Scarti::AggiungiDistanza(double distanza, double sqm, const ModelloDistanza
     ++NPredefinite;
   } else {
     Conta(Distanze, {sqm, 0.0});
-    Esplicite.emplace_back(distanza / kMetriPerKm, sqm);
+    Esplicite.emplace_back(distanza / kMetriPerChilometro, sqm);
   }
 }
 

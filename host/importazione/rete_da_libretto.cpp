@@ -17,9 +17,6 @@ namespace {
 constexpr double kParteDiGon = 1.0e8;
 constexpr double kParteDiMetro = 1.0e6;
 constexpr double kPartiDiScarto = 1.0e12;  // a standard deviation in arc seconds does not end
-constexpr int kIterazioniMassime = 1000;   // that a network file may ask for
-constexpr double kCoefficienteRifrazione = 0.13;
-constexpr double kRaggioTerra = 6378000.0;  // [m]
 
 // The value with so many parts to the unit, kValoreMancante if there is none.
 double Tondo(const std::optional<double>& valore, double parti) {
@@ -76,7 +73,8 @@ class Traduzione {
 
   void TraduciCurvatura(bool curvatura) {
     CCalcDsOr& c = InCorso.CurvaturaRifrazione();
-    c = L.Opzioni.CurvaturaRifrazione.value_or(CCalcDsOr{0, kCoefficienteRifrazione, kRaggioTerra});
+    c = L.Opzioni.CurvaturaRifrazione.value_or(
+        CCalcDsOr{0, kCoefficientePredefinito, kRaggioPredefinito});
     if (curvatura) c.CorrCurvRifr = 1;
   }
 

@@ -6,6 +6,7 @@
 #include <array>
 
 #include "host/codifica.h"
+#include "host/testi.h"
 
 namespace {
 
@@ -53,11 +54,6 @@ std::string Parole(std::string_view testo) {
     stacco = lettera == '\0';
   }
   return semplice;
-}
-
-bool TutteCifre(std::string_view testo) {
-  return !testo.empty() &&
-         std::all_of(testo.begin(), testo.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
 // 1E+05, 1,00E+05

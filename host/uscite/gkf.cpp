@@ -23,6 +23,7 @@
 
 #include "host/importazione/gkf_formato.h"
 #include "host/numeri.h"
+#include "host/unita.h"
 #include "host/uscite/gkf_registro.h"
 #include "host/uscite/grandezze.h"
 #include "host/versione.h"
@@ -35,15 +36,6 @@ constexpr double kMmDiSigmaZero = 1.0;  // standard deviation of unit weight in 
 constexpr int kDecimaliGon = 8;
 constexpr int kDecimaliMetri = 6;
 constexpr int kDecimaliStdev = 4;
-constexpr double kRadPerGon = std::numbers::pi / 200.0;
-
-// Up to so many decimals, without trailing zeros.
-std::string Decimale(double valore, int decimali) {
-  std::string testo = NumeroFisso(valore, decimali);
-  testo.erase(testo.find_last_not_of('0') + 1);
-  if (testo.ends_with('.')) testo.pop_back();
-  return testo;
-}
 
 // The value that a reader gets back.
 std::string Lecito(std::string_view testo) {
@@ -120,7 +112,7 @@ std::string Scrittore::Nome(int punto) const { return std::string(NomePunto(R, p
 
 std::string Scrittore::StdevAngolo(double sqm) const {
   const double dato = Presente(sqm) ? sqm : ValoreDato(R.Opzioni.SqmDir);
-  return Decimale((dato > 0.0 ? dato : kSqmUnitario) / gkf::kGonPerCc, kDecimaliStdev);
+  return NumeroCorto((dato > 0.0 ? dato : kSqmUnitario) / gkf::kGonPerCc, kDecimaliStdev);
 }
 
 bool Scrittore::Fatta(TipoEquazione tipo) const {
@@ -226,7 +218,7 @@ void Scrittore::ScriviStazione(std::size_t stazione) {
     if (!Presente(e.Usato)) continue;  // the ends coincide
     Vuoto("distance", {{"to", Nome(o.Punto)},
                        {"val", NumeroFisso(e.Usato, kDecimaliMetri)},
-                       {"stdev", Decimale(e.SqmPriori / gkf::kMetriPerMm, kDecimaliMetri)}});
+                       {"stdev", NumeroCorto(e.SqmPriori / gkf::kMetriPerMm, kDecimaliMetri)}});
   }
   Scrivi("</obs>\n");
 }
@@ -243,7 +235,7 @@ void Scrittore::ScriviDislivelli() {
       Vuoto("dh", {{"from", strumento ? Strumenti[i] : Nome(s.Punto)},
                    {"to", Nome(o.Punto)},
                    {"val", NumeroFisso(usato, kDecimaliMetri)},
-                   {"stdev", Decimale(kMmDiSigmaZero / std::sqrt(e.Peso), kDecimaliMetri)}});
+                   {"stdev", NumeroCorto(kMmDiSigmaZero / std::sqrt(e.Peso), kDecimaliMetri)}});
     }
   }
   Scrivi("</height-differences>\n");
@@ -257,10 +249,10 @@ void Scrittore::ScriviLetture(const RisultatoStazione& s) {
   const std::string direzione = StdevAngolo(
       (R.Opzioni.SqmDir > 0.0 ? ValoreDato(R.Opzioni.SqmDir) : kSqmUnitario) / std::numbers::sqrt2);
   const auto distanza = [&](double metri) {
-    constexpr double kMetriPerKm = 1000.0;
     const double mm =
-        (R.Opzioni.SqmDistCost + R.Opzioni.SqmDistProp * metri / kMetriPerKm) / gkf::kMetriPerMm;
-    return mm > 0.0 ? Decimale(mm, kDecimaliMetri) : std::string();
+        (R.Opzioni.SqmDistCost + R.Opzioni.SqmDistProp * metri / kMetriPerChilometro) /
+        gkf::kMetriPerMm;
+    return mm > 0.0 ? NumeroCorto(mm, kDecimaliMetri) : std::string();
   };
   Apri("obs", {{"from", Nome(s.Punto)}, {"from_dh", inQuota ? NumeroBreve(s.AltStrum) : ""}},
        ">\n");
@@ -284,7 +276,7 @@ void Scrittore::ScriviLetture(const RisultatoStazione& s) {
             {{"to", a},
              {"val", NumeroBreve(o.TipoDist == kOrizzontale
                                      ? o.Distanza
-                                     : o.Distanza * std::abs(std::sin(o.Zenit * kRadPerGon)))},
+                                     : o.Distanza * std::abs(std::sin(o.Zenit * kRadDaGon)))},
              {"stdev", distanza(o.Distanza)}});
   }
   Scrivi("</obs>\n");

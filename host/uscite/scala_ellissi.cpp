@@ -10,11 +10,11 @@
 #include <numbers>
 
 #include "host/numeri.h"
+#include "host/unita.h"
 #include "host/uscite/grandezze.h"
 
 namespace {
 
-constexpr double kRadPerGon = std::numbers::pi / 200.0;
 constexpr std::array kTondi = {1.0, 2.0, 5.0, 10.0};
 
 // Mean distance of neighbours among so many points that fill the extent evenly [m].
@@ -104,8 +104,8 @@ int VerticiEllisse(const Risultati& r) {
 std::vector<PuntoPiano> AnelloEllisse(const RisultatoPunto& p, double fattore, int vertici) {
   const double a = p.EllAsseMag * fattore;
   const double b = p.EllAsseMin * fattore;
-  const double seno = std::sin(p.EllAzimut * kRadPerGon);
-  const double coseno = std::cos(p.EllAzimut * kRadPerGon);
+  const double seno = std::sin(p.EllAzimut * kRadDaGon);
+  const double coseno = std::cos(p.EllAzimut * kRadDaGon);
   std::vector<PuntoPiano> anello;
   anello.reserve(static_cast<std::size_t>(vertici));
   for (int i = 0; i < vertici; ++i) {
