@@ -76,7 +76,7 @@ std::string Byte(Fa fa) {
 
 // A decimal comma reads as a point; what does not exist is empty, "-" or null.
 double Numero(const Riga& riga, const std::string& colonna) {
-  std::string testo = riga.at(colonna);
+  const std::string& testo = riga.at(colonna);
   if (testo.empty() || testo == "-") return kAssente;
   const NumeroLetto letto = LeggiNumero(testo, true);
   EXPECT_EQ(letto.Esito, EsitoNumero::Valido) << colonna << ": " << testo;

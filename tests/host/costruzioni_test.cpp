@@ -77,6 +77,7 @@ TEST(Costruzioni, Sovrapponi) {
   const std::vector<Posto> locali{{0, 0}, {100, 0}, {100, 100}, {0, 100}};
   for (const auto& [scala, errore] : {std::pair(1.0, 0.0), {1.02, 0.0}, {1.0, 9.0}}) {
     std::vector<Posto> noti;
+    noti.reserve(locali.size());
     for (const Posto& p : locali) noti.push_back({500 + scala * p.Nord, 800 - scala * p.Est});
     noti[2].Est += errore;
     const auto moto = Sovrapponi(locali, noti, 2.0);

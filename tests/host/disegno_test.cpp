@@ -47,7 +47,7 @@ TEST(Disegno, PostiEllissiEScala) {
        {"viewBox=\"-70.0 -50.0 1000.0 550.0\"",
         "translate(0.0 430.0)scale(1.00000)\"><title>A (fisso): Est 100000.0000, Nord 200000.0000",
         "translate(430.0 0.0)scale(1.00000)\"><title>C (compensato): Est 100430.0000, Nord 200430",
-        "<ellipse rx=\"20.0\" ry=\"40.0\" transform=\"translate(430.0 0.0)rotate(45.00)\">"
+        "<ellipse rx=\"20.0\" ry=\"40.0\" transform=\"translate(430.0 0.0)rotate(45.00)\">",
         "<title>C, ellisse standard: a = 20.0 mm, b = 10.0 mm, azimut di a dal Nord = 50.0 gon",
         "<ellipse rx=\"123.3\" ry=\"246.6\" transform=\"translate(430.0 0.0)rotate(45.00)\">",
         "ellisse 95 %: a = 123.3 mm, b = 61.6 mm", "a posteriori), ingrandita × 2000</li>",
