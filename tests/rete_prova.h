@@ -94,5 +94,5 @@ struct ProvaCalcolo : VistaProva, CalcCmpRigVelid1 {
   using C::Sols, C::Inver, C::CreaEquazAng, C::CreaEquazDis, C::Anomalia, C::ExCentro, C::Gauss;
   using C::Geogra, C::SubEllisse, C::Baarda, C::Cofattore, C::MaxEquaz;
   using C::Angl2, C::CofattoreOsservazione, C::DistanzePresenti, C::ExZet, C::MinQua2;
-  using C::CreaEquazZe, C::StazioneAlt, C::Statistica, C::StatoCalcolo;
+  using C::CreaEquazZe, C::StazioneAlt, C::Statistica, C::StatoCalcolo, C::RisultatiPla;
 };
