@@ -56,8 +56,8 @@ struct Caso {
 
 // A network of a kind that the seed picks: map zone or none, eccentric stations, every kind of
 // distance or none at all, unknown instrument heights, curvature, blunders, or one station alone
-// without redundancy; approximations 0.1 m off. It is determinable in plan; in height one in six
-// is not, mostly for want of equations.
+// without redundancy; approximations 0.1 m off. It is determinable in plan; in height nearly one
+// in four is not, mostly for want of equations.
 ReteProva ReteCasuale(unsigned seme);
 
 // The report as one string, Windows-1252, lines ended by '\n'. A value not given is written as "-".
