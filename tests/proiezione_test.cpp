@@ -67,9 +67,9 @@ TEST(ProiezioneEsatta, Geografiche) {
   EXPECT_LT(std::max(latitudine, longitudine), kGeografiche);
 }
 
-// The scale of a point, and that of a line by Simpson's rule from the scales at its ends and middle.
-// The arc-to-chord correction is bearing of the chord minus bearing of the geodesic, which is
-// azimuth minus convergence.
+// The scale of a point, and that of a line by Simpson's rule from the scales at its ends and in the
+// middle. The arc-to-chord correction is bearing of the chord minus bearing of the geodesic, which
+// is azimuth minus convergence.
 TEST(ProiezioneEsatta, ScalaECorda) {
   const Proiezione esatta;
   double peggioPunto = 0, peggioScala = 0, peggioCorda = 0;

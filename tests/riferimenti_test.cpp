@@ -1,6 +1,6 @@
 // Every network of reti/ gives its reference within the rounding of what the reference prints: six
-// decimals of the metre, six digits of sigma zero, four decimals of the gon. The published ones have
-// standard deviations, the synthetic ones ellipses.
+// decimals of the metre, six digits of sigma zero, four decimals of the gon. The published networks
+// have standard deviations, the synthetic ones ellipses.
 
 #include <gtest/gtest.h>
 
