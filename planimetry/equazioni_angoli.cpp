@@ -1,7 +1,7 @@
 // Observation equations of the angles. The first usable reading of a station is its reference;
 // every later one gives the angle from the reference target R to its target T at the station point
 // P:
-//   v = dA_T - dA_R - l       l = observed - computed angle, brought to half a turn          [rad]
+//   v = l - (dA_T - dA_R)     l = observed - computed angle, brought to half a turn          [rad]
 //   dA_X = (N_X - N_P) / q_X (dE_X - dE_P) - (E_X - E_P) / q_X (dN_X - dN_P)  q_X = s_X^2  [rad/km]
 // with azimuths counted from North towards East. The orientation of the circle cancels out, so the
 // only unknowns are coordinates. (Ghilani, Adjustment Computations, ch. 15; Bomford, Geodesy.)

@@ -1,7 +1,7 @@
 // Observation equations of the distances. A measured distance is brought to the horizontal, to the
 // station centre, to the ellipsoid and to the projection plane; its row on the end points P and T
 // is
-//   v = dE/d (dE_T - dE_P) + dN/d (dN_T - dN_P) - l      l = reduced - computed distance   [km]
+//   v = l - [dE/d (dE_T - dE_P) + dN/d (dN_T - dN_P)]    l = reduced - computed distance   [km]
 // with dE, dN, d of the current coordinates. Its standard deviation is a constant part plus one
 // proportional to the distance. (Ghilani, Adjustment Computations, ch. 14.)
 

@@ -34,6 +34,29 @@ void Carta(R r, double est, double nord) {
   for (TCoorCr& p : r.Punti) p.Est = kNo;
   r.Punti[0].Est = est, r.Punti[0].Nord = nord;
 }
+// D alone, whom nobody sees and who is not used, tells of C: its readings or its distance.
+void SoloDaD(R r, double lettura, double distanza) {
+  SoloA(r, kCalcoloPlanimetria);
+  Oss(r, 0, 1).Punto = -1;
+  r.Stazioni.push_back({{}, 3, 1.5, 1, 0, 0, {}});
+  r.Osservazioni[1].assign(2, {{}, 2, lettura, 100, 1.5, distanza, 0});
+}
+// A sees C twice, with distances that differ, and B once: sigma zero is 1e-6 times the difference
+// over the root of two, with distances good to 1 m.
+void Doppia(R r, double differenza) {
+  SoloA(r, kCalcoloPlanimetria);
+  r.Opzioni = {1, 0, 0.001, 9, kCalcoloPlanimetria, 0};
+  r.Stazioni.push_back({{}, 1, 1.5, 1, 0, 0, {}});
+  r.Osservazioni[0].assign(2, {{}, 2, kNo, 100, 1.5, 1421.3, 0});
+  r.Osservazioni[1].assign(1, {{}, 2, kNo, 100, 1.5, 990.05, 0});
+  Oss(r, 0, 1).Distanza += differenza;
+}
+// A sees B, and C at its side, in one step.
+void Accanto(R r, double distanza) {
+  SoloA(r, kCalcoloPlanimetria);
+  r.Opzioni.MaxIter = 1;
+  r.Punti[2].Est = 1000 + distanza, r.Punti[2].Nord = 1000;
+}
 const std::string kIndeterminato = "    !!! INDETERMINAZIONE !!!!\n\n=";
 const std::string kControllo = "\n*** ERRORE NEL CONTROLLO\n\n  Punto      3  non determinabile in";
 void Sovrapposti(R r) { r.Punti[2].Est = r.Punti[2].Nord = 1000; }
@@ -90,6 +113,14 @@ const struct CasoFlusso {
      }, {"B                   1.006 ", "A                   0.762 "}},
     {"a reading at the limit counts for nothing, but is listed",
      [](R r) { Oss(r, 0, 1).Direzione = kNonDato; }, {"azioni   19\n", "Cor.Azim. = -"}},
+    {"sight of 0.316 m", [](R r) { Accanto(r, 0.316); }, {"DISTANZA FRA 1 e 3       0.316\n"}},
+    {"sight of 0.317 m", [](R r) { Accanto(r, 0.317); }, {"ITERAZIONE N.   1"}, "LA DISTANZA FRA"},
+    {"readings of a station not used", [](R r) { SoloDaD(r, 10, kNo); },
+     {kControllo + " planimetria\n\n\n"}, "altimetria", false},
+    {"distance of a station not used", [](R r) { SoloDaD(r, kNo, 1020); },
+     {kControllo + " planimetria\n\n\n"}, "altimetria", false},
+    {"sigma zero of 0.7e-10", [](R r) { Doppia(r, 1e-4); }, {"COORDINATE COMPENSATE"}, "ELLISSI"},
+    {"sigma zero of 1.4e-10", [](R r) { Doppia(r, 2e-4); }, {"ELLISSI D'ERRORE"}},
     {"demoted", [](R r) { r.Punti[2].Est = kNo; }, {"    -   NoUs.    102.0000    Var.\n"}},
     {"not seen", [](R r) { SenzaB(r, -3); }, {"2000.0000   NoUs.    101.0000   NoUs.\n"}},
     {"stood upon", [](R r) { SenzaB(r, 1); }, {"2000.0000   Fiss.    101.0000   Fiss.\n"}},
@@ -97,6 +128,15 @@ const struct CasoFlusso {
      {"990.0500       103.0000   Comp.\n"}},
     {"no map point", [](R r) { Carta(r, kNo, 0); }, {"ZONA =    0.000000\n\n"}},
     {"meridian", [](R r) { Carta(r, 1500e3, 4640e3); }, {"0.999600\n", " -3\xB0 27'  8\"39\n"}},
+    {"meridian of the east zone", [](R r) { Carta(r, 2520e3, 4640e3); }, {"  2\xB0 32' 51\"60\n"}},
+    {"80 km east of it", [](R r) { Carta(r, 2600e3, 4640e3); }, {"  3\xB0 30' 43\"90\n"}},
+    {"meridian of a zone of UTM", [](R r) { Carta(r, 500e3, 4640e3); }, {"  0\xB0  0'  0\" 0\n"}},
+    {"80 km east tell no zone", [](R r) {
+       Carta(r, 80e3, 4640e3), r.Punti[1].Est = 1500e3, r.Punti[1].Nord = 4640e3;
+     }, {" -3\xB0 27'  8\"39\n"}},
+    {"80.001 km tell that there is none", [](R r) {
+       Carta(r, 80.001e3, 4640e3), r.Punti[1].Est = 1500e3, r.Punti[1].Nord = 4640e3;
+     }, {"  4640000.0000 101.0000\n"}, "\xB0 "},
     {"on the equator", [](R r) { Carta(r, 1500e3, 0); }, {"ZONA =    0.000000\n\n"}},
     {"mean of the scale", [](R r) {
        Carta(r, 1500e3, 4640e3);

@@ -15,6 +15,7 @@ namespace {
 constexpr double kGrado = std::numbers::pi / 180;
 constexpr double kGeografiche = 5e-9;  // [rad]: 3 cm on the ground
 constexpr double kScala = 3e-7, kCorda = 5e-6;  // [gon]; both of lines of 20 km
+constexpr double kScalaPunto = 2.6e-7;
 
 // The projection of a zone: degrees to metres from the central meridian.
 class Proiezione {
@@ -66,12 +67,12 @@ TEST(ProiezioneEsatta, Geografiche) {
   EXPECT_LT(std::max(latitudine, longitudine), kGeografiche);
 }
 
-// The scale of a line by Simpson's rule from the scales at its ends and middle. The arc-to-chord
-// correction is bearing of the chord minus bearing of the geodesic, which is azimuth minus
-// convergence.
+// The scale of a point, and that of a line by Simpson's rule from the scales at its ends and in the
+// middle. The arc-to-chord correction is bearing of the chord minus bearing of the geodesic, which
+// is azimuth minus convergence.
 TEST(ProiezioneEsatta, ScalaECorda) {
   const Proiezione esatta;
-  double peggioScala = 0, peggioCorda = 0;
+  double peggioPunto = 0, peggioScala = 0, peggioCorda = 0;
   for (const double falsoEst : {1500e3, 2520e3})
     PerOgniLuogo(esatta, [&](PJ_COORD inizio, PJ_COORD qui) {
       for (const auto& [dE, dN] : {std::pair(14e3, 14e3), {-14e3, 14e3}, {20e3, 0.0}, {0.0, -20e3}}) {
@@ -81,12 +82,15 @@ TEST(ProiezioneEsatta, ScalaECorda) {
         ReteProva rete{{0.005, 0, 0.001, 5, 3, 1}, {}, {"A", "B"}, {a, b}, {}, {}};
         ProvaCalcolo job(rete);
         job.Input();
-        double scala = 0, corda = 0;
+        double punto = 0, scala = 0, corda = 7;
+        job.Gauss(0, 0, punto, corda);
+        EXPECT_EQ(corda, 0);
         job.Gauss(0, 1, scala, corda);
 
         const PJ_COORD mezzo = esatta.Gradi(est + dE / 2, nord + dN / 2);
         const PJ_COORD fine = esatta.Gradi(est + dE, nord + dN);
         const PJ_FACTORS fattori = esatta.Fattori(inizio);
+        Segna(peggioPunto, punto - fattori.meridional_scale);
         Segna(peggioScala, scala - (fattori.meridional_scale +
                                     4 * esatta.Fattori(mezzo).meridional_scale +
                                     esatta.Fattori(fine).meridional_scale) / 6);
@@ -95,8 +99,10 @@ TEST(ProiezioneEsatta, ScalaECorda) {
         Segna(peggioCorda, corda - attesa / kRadPerGon);
       }
     });
+  RecordProperty("scala_punto", std::to_string(peggioPunto * 1e9) + "e-9");
   RecordProperty("scala", std::to_string(peggioScala * 1e9) + "e-9");
   RecordProperty("corda_gon", std::to_string(peggioCorda * 1e6) + "e-6");
+  EXPECT_LT(peggioPunto, kScalaPunto);
   EXPECT_LT(peggioScala, kScala);
   EXPECT_LT(peggioCorda, kCorda);
 }

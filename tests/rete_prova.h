@@ -54,9 +54,10 @@ struct Caso {
   std::mt19937 Motore;
 };
 
-// A determinable network of a kind that the seed picks: map zone or none, eccentric stations, every
-// kind of distance or none at all, unknown instrument heights, curvature, blunders, or one station
-// alone without redundancy; approximations 0.1 m off.
+// A network of a kind that the seed picks: map zone or none, eccentric stations, every kind of
+// distance or none at all, unknown instrument heights, curvature, blunders, or one station alone
+// without redundancy; approximations 0.1 m off. It is determinable in plan; in height nearly one
+// in four is not, mostly for want of equations.
 ReteProva ReteCasuale(unsigned seme);
 
 // The report as one string, Windows-1252, lines ended by '\n'. A value not given is written as "-".
@@ -93,5 +94,5 @@ struct ProvaCalcolo : VistaProva, CalcCmpRigVelid1 {
   using C::Sols, C::Inver, C::CreaEquazAng, C::CreaEquazDis, C::Anomalia, C::ExCentro, C::Gauss;
   using C::Geogra, C::SubEllisse, C::Baarda, C::Cofattore, C::MaxEquaz;
   using C::Angl2, C::CofattoreOsservazione, C::DistanzePresenti, C::ExZet, C::MinQua2;
-  using C::CreaEquazZe, C::StazioneAlt, C::Statistica, C::StatoCalcolo;
+  using C::CreaEquazZe, C::StazioneAlt, C::Statistica, C::StatoCalcolo, C::RisultatiPla;
 };

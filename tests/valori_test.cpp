@@ -142,6 +142,61 @@ TEST(Valori, Statistica) {
   }
 }
 
+// A distance of 10 m between ends that the coordinates put at almost one place [m]: up to 0.1 mm
+// it tells nothing of where they lie.
+TEST(Valori, EstremiCoincidenti) {
+  const struct {
+    double dE, dN, misurata, termine, suEst, suNord;  // the known term in km
+  } casi[] = {{0, 0, 10, 0, 0, 0},
+              {0, 0, 0, 0, 0, 0},
+              {3e-5, 4e-5, 10, 0, 3e-6, 4e-6},
+              {9e-5, 12e-5, 10, 0.00999985, 0.6, 0.8}};
+  for (const auto& c : casi) {
+    ReteProva rete = CaricaRete("quadrato");
+    rete.Punti[0].Est = rete.Punti[0].Nord = 0;
+    rete.Punti[2].Est = c.dE, rete.Punti[2].Nord = c.dN;
+    rete.Stazioni.resize(1);
+    rete.Osservazioni[0] = {{{}, 2, kNo, 100, 1.5, c.misurata, 0}};
+    ProvaCalcolo job(rete);
+    job.Input();
+    job.AzzeraEquazioni();
+    int righe = 0;
+    job.CreaEquazDis(righe);
+    EXPECT_EQ(righe, 1);
+    EXPECT_NEAR(job.TermineNoto[0], c.termine, 1e-15) << c.dE;
+    EXPECT_NEAR(job.Coeff[0][2], c.suEst, 1e-12) << c.dE;
+    EXPECT_NEAR(job.Coeff[0][3], c.suNord, 1e-12) << c.dE;
+  }
+}
+
+// A sight of 1 km due East, read 0, of a circle turned by so much: the reference shows only what
+// exceeds a whole turn, 10 gon = 157.0796 m; the next sight its difference within half a turn.
+TEST(Valori, RiferimentoOltreIlGiro) {
+  const struct {
+    double orientamento;  // [gon]
+    const char *riferimento, *lineare, *seguente;
+  } casi[] = {{910, " 10.0000", " 157.0796\n", " 10.0000"},
+              {510, "  0.0000", "   0.0000\n", " 10.0000"},
+              {-290, "  0.0000", "   0.0000\n", " 10.0000"},
+              {-310, "-10.0000", "-157.0796\n", "-10.0000"}};
+  const std::string fino = "  2  B               0.0000   ",
+                    poi = "      100.0000     1000.0000    ";
+  for (const auto& c : casi) {
+    SCOPED_TRACE(c.orientamento);
+    ReteProva rete = CaricaRete("quadrato");
+    rete.Punti[1].Nord = 1000;
+    rete.Stazioni.resize(1);
+    rete.Osservazioni[0].assign(2, {{}, 1, 0, kNo, kNo, kNo, 0});
+    ProvaCalcolo job(rete);
+    job.Input();
+    rete.Punti[0].Orientamento = c.orientamento * kRadPerGon;
+    const double w = 0;
+    job.RisultatiPla(&w);
+    EXPECT_TRUE(job.Contiene(fino + c.riferimento + poi + c.lineare + fino + c.seguente + poi))
+        << job.Rapporto.Testo;
+  }
+}
+
 // Two points and one station on one of them, with a sight to the other. Roles before and after.
 TEST(Valori, ChiResta) {
   const TOssCr direzione{{}, 0, 10, kNo, kNo, kNo, 0}, distanza{{}, 0, kNo, 100, kNo, 50, 0};
