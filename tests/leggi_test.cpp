@@ -65,7 +65,7 @@ void Cerchio(R r, double segno, double zero) {
     for (TOssCr& o : giro) cambia(o.Direzione);
 }
 
-void Specchia(R r, Caso&) {
+void Specchia(R r, Caso& /*caso*/) {
   for (TCoorCr& p : r.Punti) p.Est = Dato(p.Est) ? -p.Est : p.Est;
   Cerchio(r, -1, 400);
 }
@@ -87,7 +87,7 @@ void SenzaLunghezzeProprie(R r) {
       if (o.TipoDist == kInclinataTipo6 || o.TipoDist == kInclinataTipo7) o.TipoDist = kInclinata;
 }
 
-void Ingrandisci(R r, Caso&) {
+void Ingrandisci(R r, Caso& /*caso*/) {
   const auto lungo = [](double& v) { v = Dato(v) ? v * kChilometri : v; };
   Muovi(r, 0, 0, kChilometri);
   for (double* v : {&r.Opzioni.SqmDistCost, &r.DsOr.RaggioTerra}) lungo(*v);
@@ -97,7 +97,7 @@ void Ingrandisci(R r, Caso&) {
     for (TOssCr& o : giro) lungo(o.AltSegnale), lungo(o.Distanza);
 }
 
-void MenoPrecise(R r, Caso&) {
+void MenoPrecise(R r, Caso& /*caso*/) {
   for (double* sqm : {&r.Opzioni.SqmDistCost, &r.Opzioni.SqmDistProp, &r.Opzioni.SqmDir})
     *sqm *= kFattore;
 }
@@ -122,7 +122,7 @@ void Rinumera(R r, Caso& caso) {
 }
 
 // One fixed, one unknown and not given.
-void PuntiEstranei(R r, Caso&) {
+void PuntiEstranei(R r, Caso& /*caso*/) {
   const TCoorCr& p = r.Punti[0];
   r.Nomi.resize(r.Punti.size()), r.Nomi.insert(r.Nomi.end(), {"estraneo", "ignoto"});
   r.Punti.push_back({{}, p.Est + 50, p.Nord + 50, 100, 0, kFisso, kFisso, 0, 0, 0});
@@ -151,7 +151,7 @@ void MescolaLetture(R r, Caso& caso) {
 }
 
 // Whole set-ups in plan; readings in height, where a set-up may bring an unknown.
-void Raddoppia(R r, Caso&) {
+void Raddoppia(R r, Caso& /*caso*/) {
   for (auto& giro : r.Osservazioni)
     if (r.Opzioni.TipoCalcolo == kCalcoloAltimetria)
       for (int k = static_cast<int>(giro.size()); k > 0; --k) giro.push_back(TOssCr(giro[k - 1]));

@@ -100,7 +100,7 @@ TEST(Motori, PivotNonPositivo) {
 }
 
 // Cofactors of unknowns that meet in an equation, and the whole report.
-void Confronta(ReteProva rete) {
+void Confronta(const ReteProva& rete) {
   for (const int calcolo : {kCalcoloPlanimetria, kCalcoloAltimetria}) {
     ReteProva una = rete.Con(calcolo), altra = rete.Con(calcolo);
     ProvaCalcolo densa(una, 1 << 20), sparsa(altra, -1);
