@@ -8,6 +8,7 @@
 #include "host/codifica.h"
 #include "host/diagnostica.h"
 #include "host/numeri.h"
+#include "host/testi.h"
 
 namespace {
 
@@ -25,7 +26,7 @@ std::string PuntiIndeterminati(const Risultati& r, const std::vector<int>& punti
   for (std::size_t i = 0; i < std::min(punti.size(), kPuntiNominati); ++i)
     testo += (i == 0 ? "" : ", ") + Cita(Nome(r, punti[i]));
   if (punti.size() > kPuntiNominati)
-    testo += " e altri " + std::to_string(punti.size() - kPuntiNominati);
+    testo += " " + EAltri(punti.size() - kPuntiNominati);
   return testo;
 }
 
@@ -52,8 +53,8 @@ std::string TestoEsito(const Risultati& r, const RisultatoCompensazione& c) {
 }
 
 std::string TestoEquazioniIncognite(const RisultatoCompensazione& c) {
-  return std::to_string(c.Equazioni) + (c.Equazioni == 1 ? " equazione, " : " equazioni, ") +
-         std::to_string(c.Incognite) + (c.Incognite == 1 ? " incognita" : " incognite");
+  return Conta(c.Equazioni, "equazione", "equazioni") + ", " +
+         Conta(c.Incognite, "incognita", "incognite");
 }
 
 std::string TestoEquazione(const Risultati& r, const Equazione& e) {

@@ -13,6 +13,7 @@
 #include "host/codifica.h"
 #include "host/diagnostica.h"
 #include "host/numeri.h"
+#include "host/testi.h"
 
 namespace {
 
@@ -297,7 +298,7 @@ std::string ElencoPunti(const Risultati& r, const std::vector<int>& punti) {
   for (std::size_t i = 0; i < std::min(punti.size(), kNominati); ++i)
     testo += (i == 0 ? "" : ", ") + Nome(r, punti[i]);
   if (punti.size() > kNominati)
-    testo += " (e altri " + std::to_string(punti.size() - kNominati) + ")";
+    testo += " (" + EAltri(punti.size() - kNominati) + ")";
   return testo;
 }
 

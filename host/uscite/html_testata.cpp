@@ -14,6 +14,7 @@
 #include "host/numeri.h"
 #include "host/sommario.h"
 #include "host/statistica.h"
+#include "host/testi.h"
 #include "host/uscite/grandezze.h"
 #include "host/uscite/sistema_riferimento.h"
 #include "host/versione.h"
@@ -115,7 +116,7 @@ struct Conteggi {
   int Sospette = 0, NonControllate = 0;
 };
 
-Conteggi Conta(const Risultati& r, bool planimetria) {
+Conteggi ContaEquazioni(const Risultati& r, bool planimetria) {
   Conteggi c;
   for (const Equazione& e : r.Equazioni) {
     if (InPlanimetria(e) != planimetria) continue;
@@ -160,10 +161,6 @@ std::string TestoSigma(const RisultatoCompensazione& c, bool planimetria, bool p
   return NumeroFisso(c.SigmaZeroRapporto, kDecimaliPla) + " (a priori 1)";
 }
 
-std::string Plurale(int n, std::string_view uno, std::string_view piu) {
-  return std::to_string(n) + " " + std::string(n == 1 ? uno : piu);
-}
-
 void ScriviW(Pagina& p, const Risultati& r, const RisultatoCompensazione& c, const Conteggi& n) {
   if (c.EquazioneWMassimo != kNessuno) {
     const Equazione& e = r.Equazioni[static_cast<std::size_t>(c.EquazioneWMassimo)];
@@ -173,7 +170,7 @@ void ScriviW(Pagina& p, const Risultati& r, const RisultatoCompensazione& c, con
   Voce(p, "Osservazioni non controllate", std::to_string(n.NonControllate) + " (r sotto 0.1)");
   if (c.Ridondanza() > 0 && std::sqrt(c.Ridondanza()) < kWSospetta)
     Voce(p, "Attenzione",
-         "con " + Plurale(c.Ridondanza(), "grado", "gradi") +
+         "con " + Conta(c.Ridondanza(), "grado", "gradi") +
              " di libertà nessun |w| può superare " + NumeroFisso(std::sqrt(c.Ridondanza()), 2) +
              ": la soglia 3.29 non può segnalare errori grossolani");
 }
@@ -181,17 +178,17 @@ void ScriviW(Pagina& p, const Risultati& r, const RisultatoCompensazione& c, con
 void ScriviConteggi(Pagina& p, const RisultatoCompensazione& c, const Conteggi& n,
                     bool planimetria) {
   Voce(p, "Punti",
-       Plurale(c.Fissi, "fisso", "fissi") + ", " + Plurale(c.Incogniti, "incognito", "incogniti") +
-           ", " + Plurale(c.NonUsati, "non usato", "non usati"));
+       Conta(c.Fissi, "fisso", "fissi") + ", " + Conta(c.Incogniti, "incognito", "incogniti") +
+           ", " + Conta(c.NonUsati, "non usato", "non usati"));
   if (c.Compiuta())
     Voce(p, "Osservazioni",
-         planimetria ? Plurale(n.PerTipo[0], "angolo", "angoli") + ", " +
-                           Plurale(n.PerTipo[1], "distanza", "distanze")
-                     : Plurale(n.PerTipo[2], "dislivello", "dislivelli"));
+         planimetria ? Conta(n.PerTipo[0], "angolo", "angoli") + ", " +
+                           Conta(n.PerTipo[1], "distanza", "distanze")
+                     : Conta(n.PerTipo[2], "dislivello", "dislivelli"));
   if (c.Contate())
     Voce(p, "Gradi di libertà",
-         std::to_string(c.Ridondanza()) + " (" + Plurale(c.Equazioni, "equazione", "equazioni") +
-             ", " + Plurale(c.Incognite, "incognita", "incognite") + ")");
+         std::to_string(c.Ridondanza()) + " (" + Conta(c.Equazioni, "equazione", "equazioni") +
+             ", " + Conta(c.Incognite, "incognita", "incognite") + ")");
   if (!planimetria) {
     if (c.Compiuta()) Voce(p, "Iterazioni", "nessuna: le equazioni sono lineari");
     return;
@@ -226,7 +223,7 @@ void ScriviMoti(Pagina& p, const RisultatoCompensazione& c) {
 
 void ScriviScheda(Pagina& p, const Risultati& r, bool planimetria) {
   const RisultatoCompensazione& c = planimetria ? r.Planimetria : r.Altimetria;
-  const Conteggi conteggi = Conta(r, planimetria);
+  const Conteggi conteggi = ContaEquazioni(r, planimetria);
   const TestGlobale prova = planimetria ? Prova(r) : TestGlobale{};
   const Stato stato = StatoDi(c, prova, conteggi, planimetria);
   p << "<section class=\"scheda " << AspettoDi(stato).Classe

@@ -117,7 +117,7 @@ std::string TestoApprossimate(const EsitoApprossimate& esito) {
     for (std::size_t i = 0; i < std::min(righe.size(), kNoteMostrate); ++i)
       testo += "  " + righe[i] + "\n";
     if (righe.size() > kNoteMostrate)
-      testo += "  e altre " + std::to_string(righe.size() - kNoteMostrate) + "\n";
+      testo += "  " + EAltri(righe.size() - kNoteMostrate, Genere::Femminile) + "\n";
   };
   if (!esito.Note.empty()) {
     testo += "\nCoordinate approssimate che verrebbero calcolate\n";
