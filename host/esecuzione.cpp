@@ -94,6 +94,15 @@ EsitoApprossimate Approssima(Rete& rete, const std::string& file, bool quieto) {
   return approssimate;
 }
 
+// Also a quiet run says which points that it was asked for are not in its results.
+void SegnalaNonCalcolati(const std::string& file, const Risultati& r) {
+  for (const auto& [nome, c] :
+       {std::pair("planimetria: ", &r.Planimetria), std::pair("altimetria: ", &r.Altimetria)})
+    if (!c->PuntiNonCalcolati.empty())
+      ScriviErrore(file, nome + TestoNonCalcolati(r, *c) +
+                             " (compensa verifica dice che cosa manca)");
+}
+
 void ScriviSommario(const Risultati& risultati, const std::vector<std::string>& scritti) {
   const bool colori = ColoriSu(kErroriStandard);
   std::string sommario;
@@ -130,6 +139,7 @@ Stato CompensaRete(const Argomenti& a, const std::string& file, EsitoRete& esito
   const Risultati risultati = CompensaConMessaggi(*rete, rapporto, a.Quieto, messaggi);
   Accoda(messaggi, std::move(approssimate.NonRaggiunti));
   Riassumi(risultati, esito);
+  SegnalaNonCalcolati(file, risultati);
 
   std::string testo;
   if (documentata) testo = DaWindows1252(rapporto.Byte());

@@ -125,13 +125,17 @@ ordered_json DiMoto(const Risultati& r, const MotoLibero& m) {
 ordered_json DiCompensazione(const Risultati& r, const RisultatoCompensazione& c) {
   ordered_json iterazioni = ordered_json::array();
   for (const Iterazione& i : c.Iterazioni) iterazioni.push_back(DiIterazione(r, i));
-  ordered_json indeterminati = ordered_json::array();
-  for (const int punto : c.PuntiNonDeterminabili) indeterminati.push_back(NomeDi(r, punto));
+  const auto nomi = [&](const std::vector<int>& punti) {
+    ordered_json elenco = ordered_json::array();
+    for (const int punto : punti) elenco.push_back(NomeDi(r, punto));
+    return elenco;
+  };
   ordered_json moti = ordered_json::array();
   for (const MotoLibero& m : c.MotiLiberi) moti.push_back(DiMoto(r, m));
   return {{"richiesta", c.Fine != Esito::NonRichiesta},
           {"esito", NomeEsito(c.Fine)},
-          {"punti_non_determinabili", std::move(indeterminati)},
+          {"punti_non_determinabili", nomi(c.PuntiNonDeterminabili)},
+          {"punti_non_calcolati", nomi(c.PuntiNonCalcolati)},
           {"punti_fissi", c.Fissi},
           {"punti_incogniti", c.Incogniti},
           {"punti_non_usati", c.NonUsati},

@@ -140,11 +140,14 @@ struct RisultatoCompensazione {
   int EquazioneWMassimo = kNessuno;     // in Risultati::Equazioni
   std::vector<MotoLibero> MotiLiberi;   // what the observations do not fix; the first 100
   int GradiLiberi = 0;                  // independent free motions, with those that are not listed
+  std::vector<int> PuntiNonCalcolati;   // unknown by the file, left out for lack of coordinates
 
   // Only where the equations were counted.
   int Ridondanza() const { return Equazioni - Incognite; }
   bool Contate() const { return Equazioni != kNessuno; }
   bool Compiuta() const { return Fine == Esito::Riuscita || Fine == Esito::NonConvergente; }
+  // Whether points were asked for and none of them was adjusted.
+  bool NienteCalcolato() const { return !PuntiNonCalcolati.empty() && Incogniti == 0; }
 };
 
 struct Risultati {
@@ -171,8 +174,8 @@ struct Ellisse {
 };
 Ellisse CalcolaEllisse(double varEst, double varNord, double covarianza);
 
-// Whether all adjustments that were asked for have succeeded, and with observations that fix the
-// network.
+// Whether all adjustments that were asked for have succeeded, with observations that fix the
+// network and with every point that the file wants.
 bool TutteRiuscite(const Risultati& risultati);
 
 // The value of a record, kAssente if it was not given.

@@ -21,7 +21,7 @@ std::string_view Nome(const Risultati& r, int punto) {
   return r.Punti[static_cast<std::size_t>(punto)].Nome;
 }
 
-std::string PuntiIndeterminati(const Risultati& r, const std::vector<int>& punti) {
+std::string PuntiNominati(const Risultati& r, const std::vector<int>& punti) {
   std::string testo;
   for (std::size_t i = 0; i < std::min(punti.size(), kPuntiNominati); ++i)
     testo += (i == 0 ? "" : ", ") + Cita(Nome(r, punti[i]));
@@ -32,16 +32,24 @@ std::string PuntiIndeterminati(const Risultati& r, const std::vector<int>& punti
 
 }  // namespace
 
+std::string TestoNonCalcolati(const Risultati& r, const RisultatoCompensazione& c) {
+  return Conta(c.PuntiNonCalcolati.size(), "punto incognito non calcolato",
+               "punti incogniti non calcolati") +
+         ": " + PuntiNominati(r, c.PuntiNonCalcolati);
+}
+
 std::string TestoEsito(const Risultati& r, const RisultatoCompensazione& c) {
   switch (c.Fine) {
     case Esito::NonRichiesta: return "non richiesta";
     case Esito::Riuscita:
-      return c.GradiLiberi == 0 ? "riuscita" : "non determinabile, risultati da non usare";
+      if (c.GradiLiberi > 0) return "non determinabile, risultati da non usare";
+      if (c.PuntiNonCalcolati.empty()) return "riuscita";
+      return (c.NienteCalcolato() ? "non riuscita, " : "incompleta, ") + TestoNonCalcolati(r, c);
     case Esito::NonConvergente: return "non convergente";
     case Esito::NonDeterminabile:
       return (c.PuntiNonDeterminabili.size() == 1 ? "punto non determinabile: "
                                                   : "punti non determinabili: ") +
-             PuntiIndeterminati(r, c.PuntiNonDeterminabili);
+             PuntiNominati(r, c.PuntiNonDeterminabili);
     case Esito::NonEseguita: return "non eseguita";
     case Esito::PuntiFissiInsufficienti:
       return "interrotta, meno di due punti fissi (" + std::to_string(c.Fissi) + ")";

@@ -23,6 +23,10 @@ std::vector<std::string> RigheMotiLiberi(const Risultati& risultati);
 // How an adjustment ended, in words.
 std::string TestoEsito(const Risultati& risultati, const RisultatoCompensazione& compensazione);
 
+// "12 punti incogniti non calcolati: "T0", "T1" …".
+std::string TestoNonCalcolati(const Risultati& risultati,
+                              const RisultatoCompensazione& compensazione);
+
 // "5 equazioni, 2 incognite".
 std::string TestoEquazioniIncognite(const RisultatoCompensazione& compensazione);
 

@@ -24,8 +24,8 @@ std::string Conta(std::integral auto quanti, std::string_view uno, std::string_v
   return std::to_string(quanti) + " " + std::string(quanti == 1 ? uno : molti);
 }
 
-// What ends a list that is cut: "e un altro", "e altri 3"; of things of feminine gender "e un'altra",
-// "e altre 3".
+// What ends a list that is cut: "e un altro", "e altri 3"; of things of feminine gender
+// "e un'altra", "e altre 3".
 enum class Genere { Maschile, Femminile };
 std::string EAltri(std::size_t quanti, Genere genere = Genere::Maschile);
 

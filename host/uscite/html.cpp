@@ -81,8 +81,8 @@ void ScriviElenco(Pagina& p, std::string_view titolo, const std::vector<std::str
 void ScriviRapporto(Pagina& p, std::string_view rapporto) {
   p << "<section id=\"rapporto\">\n<h2>Rapporto completo</h2>\n";
   if (rapporto.size() > kRapportoMassimo) {
-    p << "<p>Il rapporto di questa rete è troppo lungo per questa pagina: è nel file di "
-         "testo.</p>\n";
+    p << "<p>Il rapporto di questa rete è troppo lungo per questa pagina: in un file di testo "
+         "si ottiene con l'opzione -o.</p>\n";
   } else {
     p << "<pre tabindex=\"0\" aria-label=\"Rapporto completo\">";
     constexpr std::size_t kPezzo = std::size_t{1} << 16;
@@ -125,7 +125,7 @@ void ScriviHtml(const Documento& documento, const std::function<void(std::string
   ScriviInizio(p, documento);
   ScriviTestata(p, documento);
   p << kIndice << "<main>\n";
-  ScriviEsito(p, r);
+  ScriviEsito(p, documento);
   p << "<section id=\"rete\">\n<h2>Disegno della rete</h2>\n";
   ScriviDisegno(p, r);
   p << "</section>\n<section id=\"tabelle\">\n<h2>Tabelle</h2>\n";

@@ -114,6 +114,7 @@ bool InPlanimetria(const Equazione& e) { return e.Tipo != TipoEquazione::Dislive
 struct Conteggi {
   std::array<int, 3> PerTipo{};
   int Sospette = 0, NonControllate = 0;
+  int Avvisi = 0;  // warnings that concern the adjustment
 };
 
 Conteggi ContaEquazioni(const Risultati& r, bool planimetria) {
@@ -201,12 +202,33 @@ void ScriviConteggi(Pagina& p, const RisultatoCompensazione& c, const Conteggi& 
   Voce(p, "Iterazioni", testo);
 }
 
+// A warning that names one of the two adjustments concerns that one, any other concerns both.
+bool Riguarda(const std::string& avviso, bool planimetria) {
+  constexpr std::string_view kParola = ": avviso: ";  // after the name of a file, any name
+  const std::size_t parola = avviso.find(kParola);
+  const std::size_t inizio = parola == std::string::npos ? 0 : parola + kParola.size();
+  const auto nomina = [&](std::string_view che) {
+    return avviso.find(che, inizio) != std::string::npos;
+  };
+  const bool pla = nomina("planimetria");
+  const bool alt = nomina("altimetria") || nomina(" senza quota: ");
+  return pla == alt || (planimetria ? pla : alt);
+}
+
+int ContaAvvisi(const std::vector<std::string>& messaggi, bool planimetria) {
+  return static_cast<int>(std::ranges::count_if(
+      messaggi, [&](const std::string& avviso) { return Riguarda(avviso, planimetria); }));
+}
+
+// Green is what leaves nothing to look at.
 Stato StatoDi(const RisultatoCompensazione& c, const TestGlobale& t, const Conteggi& n,
               bool planimetria) {
   if (c.Fine == Esito::NonRichiesta) return Stato::Nessuno;
-  if (!c.Compiuta() || c.Fine == Esito::NonConvergente || c.GradiLiberi > 0) return Stato::Male;
-  const bool bene =
-      n.Sospette == 0 && c.Ridondanza() > 0 && (!planimetria || !t.Possibile || t.Superato);
+  if (!c.Compiuta() || c.Fine == Esito::NonConvergente || c.GradiLiberi > 0 || c.NienteCalcolato())
+    return Stato::Male;
+  const bool bene = n.Sospette == 0 && n.NonControllate == 0 && n.Avvisi == 0 &&
+                    c.PuntiNonCalcolati.empty() && c.Ridondanza() > 0 &&
+                    (!planimetria || !t.Possibile || t.Superato);
   return bene ? Stato::Bene : Stato::Attenzione;
 }
 
@@ -221,16 +243,18 @@ void ScriviMoti(Pagina& p, const RisultatoCompensazione& c) {
     p << "<p>E altri: in tutto " << std::to_string(c.GradiLiberi) << " moti indipendenti.</p>\n";
 }
 
-void ScriviScheda(Pagina& p, const Risultati& r, bool planimetria) {
+void ScriviScheda(Pagina& p, const Documento& documento, bool planimetria) {
+  const Risultati& r = documento.Esiti;
   const RisultatoCompensazione& c = planimetria ? r.Planimetria : r.Altimetria;
-  const Conteggi conteggi = ContaEquazioni(r, planimetria);
+  Conteggi conteggi = ContaEquazioni(r, planimetria);
+  conteggi.Avvisi = ContaAvvisi(documento.Messaggi, planimetria);
   const TestGlobale prova = planimetria ? Prova(r) : TestGlobale{};
   const Stato stato = StatoDi(c, prova, conteggi, planimetria);
   p << "<section class=\"scheda " << AspettoDi(stato).Classe
     << "\">\n<h3><span class=\"icona\" aria-hidden=\"true\">" << AspettoDi(stato).Icona
     << "</span> " << (planimetria ? "Planimetria: " : "Altimetria: ");
   p.Testo(TestoEsito(r, c));
-  if (c.Fine == Esito::Riuscita && stato == Stato::Attenzione) p << ", da controllare";
+  if (stato == Stato::Attenzione && c.PuntiNonCalcolati.empty()) p << ", da controllare";
   p << "</h3>\n";
   if (c.Fine == Esito::NonRichiesta) {
     p << "</section>\n";
@@ -250,6 +274,9 @@ void ScriviScheda(Pagina& p, const Risultati& r, bool planimetria) {
     ScriviW(p, r, c, conteggi);
   }
   ScriviConteggi(p, c, conteggi, planimetria);
+  if (conteggi.Avvisi > 0)
+    p << "<div><dt>Avvisi</dt><dd><a href=\"#messaggi\">"
+      << Conta(conteggi.Avvisi, "avviso", "avvisi") << "</a> da leggere</dd></div>\n";
   p << "</dl>\n</section>\n";
 }
 
@@ -278,11 +305,11 @@ void ScriviTestata(Pagina& p, const Documento& documento) {
   p << "</dl>\n</header>\n";
 }
 
-void ScriviEsito(Pagina& p, const Risultati& r) {
+void ScriviEsito(Pagina& p, const Documento& documento) {
   p << "<section id=\"esito\">\n<h2>Esito</h2>\n<div class=\"schede\">\n";
-  ScriviScheda(p, r, true);
-  ScriviScheda(p, r, false);
+  ScriviScheda(p, documento, true);
+  ScriviScheda(p, documento, false);
   p << "</div>\n</section>\n<section id=\"opzioni\">\n<h2>Opzioni e convenzioni</h2>\n";
-  ScriviOpzioni(p, r);
+  ScriviOpzioni(p, documento.Esiti);
   p << kConvenzioni << "</section>\n";
 }

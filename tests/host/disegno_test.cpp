@@ -15,9 +15,9 @@ int Quante(const std::string& testo, const std::string& pezzo) {
   return n;
 }
 
-std::string Pagina(const Risultati& r) {
+std::string Pagina(const Risultati& r, std::vector<std::string> avvisi = {}) {
   std::string html;
-  ScriviHtml({r, "", {}, {}, "", {}}, [&](std::string_view pezzo) { html += pezzo; });
+  ScriviHtml({r, "", std::move(avvisi), {}, "", {}}, [&](std::string_view pezzo) { html += pezzo; });
   return html;
 }
 
@@ -111,6 +111,35 @@ TEST(PaginaAMano, CorrezioniETestGlobale) {
   for (const auto& [sigma, esito] : casi) {
     r.Planimetria.SigmaZeroRapporto = sigma;
     EXPECT_EQ(Quante(Pagina(r), esito), 1) << sigma;
+  }
+}
+
+// Green only where nothing is left to look at.
+TEST(PaginaAMano, ColoreDellEsito) {
+  using Mano = void (*)(Risultati&);
+  const Mano niente = [](Risultati&) {};
+  const std::tuple<const char*, const char*, Mano> casi[] = {
+      {"bene\">", "", niente},
+      {"bene\">", "planimetria.toml:1:1: avviso: \"A\": escluso dall'altimetria", niente},
+      {"attenzione\">", "r.toml: avviso: planimetria: ridondanza 1", niente},
+      {"attenzione\">", "r.toml: avviso: il nome", niente},
+      {"attenzione\">", "", [](Risultati& r) { r.Equazioni[0].Ridondanza = 0.05; }},
+      {"attenzione\">", "", [](Risultati& r) { r.Equazioni[0].W = 3.3; }},
+      {"attenzione\">", "", [](Risultati& r) { r.Planimetria.SigmaZeroRapporto = 2; }},
+      {"attenzione\">", "", [](Risultati& r) { r.Planimetria.PuntiNonCalcolati = {2}; }},
+      {"male\">", "", [](Risultati& r) {
+         r.Planimetria.PuntiNonCalcolati = {2}, r.Planimetria.Incogniti = 0;
+       }}};
+  for (const auto& [classe, avviso, cambia] : casi) {
+    Risultati r = Triangolo();
+    r.Planimetria.Incogniti = 1;
+    r.Stazioni = {{.Punto = 0, .Osservazioni = {{.Punto = 1}, {.Punto = 2}}}};
+    r.Equazioni = {{.Stazione = 0, .Osservazione = 1, .Riferimento = 0, .SqmPriori = 0.001,
+                    .Ridondanza = 0.5}};
+    cambia(r);
+    std::vector<std::string> avvisi;
+    if (*avviso != 0) avvisi = {avviso};
+    EXPECT_EQ(Quante(Pagina(r, avvisi), std::string("scheda ") + classe), 1) << classe << avviso;
   }
 }
 
