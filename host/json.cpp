@@ -111,15 +111,19 @@ ordered_json DiIterazione(const Risultati& r, const Iterazione& i) {
 ordered_json DiMoto(const Risultati& r, const MotoLibero& m) {
   ordered_json punti = ordered_json::array();
   for (const int punto : m.Punti) punti.push_back(NomeDi(r, punto));
-  ordered_json centro = nullptr;
-  if (Presente(m.CentroEst))
-    centro = {{"est", Numero(m.CentroEst)},
-              {"nord", Numero(m.CentroNord)},
-              {"punto", NomeDi(r, m.Centro)}};
-  return {{"tipo", NomeTipo(m.Tipo)},   {"gradi", m.Gradi},
-          {"punti", std::move(punti)},  {"stazioni", m.Stazioni},
-          {"azimut", Numero(m.Azimut)}, {"centro", std::move(centro)},
-          {"sqm", Numero(m.Sqm)},       {"parole", m.Parole}};
+  const auto centro = [&](const CentroMoto& c) -> ordered_json {
+    if (!Presente(c.Est)) return nullptr;
+    return {{"est", Numero(c.Est)}, {"nord", Numero(c.Nord)}, {"punto", NomeDi(r, c.Punto)}};
+  };
+  return {{"tipo", NomeTipo(m.Tipo)},
+          {"gradi", m.Gradi},
+          {"punti", std::move(punti)},
+          {"stazioni", m.Stazioni},
+          {"azimut", Numero(m.Azimut)},
+          {"centro", centro(m.Centro)},
+          {"centro_dilatazione", centro(m.CentroScala)},
+          {"sqm", Numero(m.Sqm)},
+          {"parole", m.Parole}};
 }
 
 ordered_json DiCompensazione(const Risultati& r, const RisultatoCompensazione& c) {

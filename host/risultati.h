@@ -52,11 +52,16 @@ enum class TipoMoto {
   Traslazione,           // points together, as one body, from here on
   Rotazione,
   Dilatazione,           // its shape stays, its size does not
-  RotazioneDilatazione,  // both about one centre, separately or together
+  RotazioneDilatazione,  // both, separately or together
   Rototraslazione,       // shifts in every direction, rotation and perhaps scale
   Composto,              // points together, each its own way
   Quote,                 // heights together
   Strumento,             // instrument heights, alone or with heights
+};
+
+struct CentroMoto {
+  double Est = kAssente, Nord = kAssente;
+  int Punto = kNessuno;  // that stands there
 };
 
 struct MotoLibero {
@@ -65,8 +70,8 @@ struct MotoLibero {
   std::vector<int> Punti;       // that move
   std::vector<int> Stazioni;    // whose instrument height moves
   double Azimut = kAssente;     // of a motion along one line, 0 to 200
-  double CentroEst = kAssente, CentroNord = kAssente;  // of rotation or scale
-  int Centro = kNessuno;        // point that stands there
+  CentroMoto Centro;            // of rotation or scale
+  CentroMoto CentroScala;       // of the scale where it is another than that of the rotation
   double Sqm = kAssente;        // a priori, of a motion that is not quite free [m]
   std::string Parole;           // what moves how and what is missing, UTF-8
 };
