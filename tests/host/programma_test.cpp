@@ -102,6 +102,8 @@ const struct CasoStato {
      "--coordinate libretto_punti_fissi.csv --epsg 3003 --cartografiche --curvatura -o d/r.toml; "
      "head -n 1 d/r.toml; diff d/r.toml libretto_di_campagna.toml | grep -c '^> [^#]'",
      0, " il 01/01/1970 con i dati di:\n4\n", ""},
+    {"$C importa libretto_di_campagna.gsi --coordinate libretto_punti_fissi.csv --epsg 7792 -o l", 0,
+     "", "progetto, epsg: 7792 (RDN2008 / UTM zone 33N) ha un falso Est di 500000 m, ma"},
     {"$C verifica libretto_di_campagna.toml", 0, "\nVerdetto:     la rete si può compensare\n", ""},
     {"$C zeman.toml -q -o r.txt --csv d && ! grep '[0-9],[0-9]' d/* && "
      "$C zeman.toml -q -o r.txt --csv d --decimali virgola && ! grep -F . d/* && echo due",
