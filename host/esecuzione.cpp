@@ -89,8 +89,8 @@ Risultati CompensaConMessaggi(Rete& rete, Rapporto& rapporto, bool quieto,
 EsitoApprossimate Approssima(Rete& rete, const std::string& file, bool quieto) {
   EsitoApprossimate approssimate = CalcolaApprossimate(rete);
   if (quieto) return approssimate;
-  for (const std::string& nota : approssimate.Note) ScriviNota(file, nota);
-  for (const std::string& punto : approssimate.NonRaggiunti) ScriviAvviso(file, punto);
+  for (const std::string& nota : PrimeRighe(approssimate.Note)) ScriviNota(file, nota);
+  for (const std::string& punto : PrimeRighe(approssimate.NonRaggiunti)) ScriviAvviso(file, punto);
   return approssimate;
 }
 

@@ -5,6 +5,7 @@
 
 #include <nlohmann/json.hpp>
 #include <string>
+#include <utility>
 
 #include "host/campi.h"
 #include "host/versione.h"
@@ -241,7 +242,7 @@ void ScriviElenco(const Scrivi& scrivi, std::string_view rientro, const Elementi
 
 }  // namespace
 
-void ScriviJson(const Risultati& r, const Scrivi& scrivi) {
+void ScriviJson(const Risultati& r, const Scrivi& scrivi, const MessaggiJson& messaggi) {
   const ordered_json epsg =
       r.DatiProgetto.Epsg ? ordered_json(*r.DatiProgetto.Epsg) : ordered_json(nullptr);
   const ordered_json testata = {
@@ -258,7 +259,14 @@ void ScriviJson(const Risultati& r, const Scrivi& scrivi) {
   std::string inizio = "{\n";
   for (const auto& [chiave, valore] : testata.items())
     inizio += "  " + Testo(chiave) + ": " + Testo(valore) + ",\n";
-  scrivi(inizio + "  \"punti\": [");
+  scrivi(inizio);
+  for (const auto& [chiave, righe] :
+       {std::pair("avvisi", messaggi.Avvisi), std::pair("note", messaggi.Note)}) {
+    scrivi("  \"" + std::string(chiave) + "\": [");
+    ScriviElenco(scrivi, "    ", righe, [](const std::string& riga) { return Testo(riga); });
+    scrivi(righe.empty() ? "],\n" : "\n  ],\n");
+  }
+  scrivi("  \"punti\": [");
   ScriviElenco(scrivi, "    ", r.Punti, [](const RisultatoPunto& p) { return Testo(DiPunto(p)); });
   scrivi("\n  ],\n  \"stazioni\": [");
   ScriviElenco(scrivi, "    ", r.Stazioni, [&](const RisultatoStazione& s) {

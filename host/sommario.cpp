@@ -16,6 +16,7 @@ constexpr std::string_view kCancellaRiga = "\r\x1b[K";
 constexpr std::size_t kPuntiNominati = 5;
 constexpr int kColonnaEtichetta = 13;
 constexpr std::size_t kMotiMostrati = 10;  // of an adjustment
+constexpr std::size_t kRigheMostrate = 20;
 
 std::string_view Nome(const Risultati& r, int punto) {
   return r.Punti[static_cast<std::size_t>(punto)].Nome;
@@ -160,6 +161,15 @@ std::vector<std::string> RigheMotiLiberi(const Risultati& r) {
                " moti indipendenti: gli altri sono in --json e --html");
   }
   return righe;
+}
+
+std::vector<std::string> PrimeRighe(const std::vector<std::string>& righe) {
+  if (righe.size() <= kRigheMostrate + 1) return righe;
+  std::vector<std::string> prime(righe.begin(),
+                                 righe.begin() + static_cast<std::ptrdiff_t>(kRigheMostrate));
+  prime.push_back(EAltri(righe.size() - kRigheMostrate, Genere::Femminile) +
+                  " righe come queste, tutte nella pagina (--html) e nei risultati JSON (--json)");
+  return prime;
 }
 
 void RigaAvanzamento::Mostra(const Iterazione& iterazione) {

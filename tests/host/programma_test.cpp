@@ -75,6 +75,9 @@ const struct CasoStato {
      "l           incompleta ", "l: errore: altimetria: 1 punto incognito non calcolato: \"M\""},
     {"sed '/\"N\", est/a{ nome = \"M\" },' stazione_libera.toml > l; $C verifica l", 1,
      "in parte, senza 1 punto incognito in planimetria e 1 punto incognito in altimetria", ""},
+    {"sed -E 's/^([^;]*);.*;incognito;/\\1;;;;incognito;/' zeman_punti.csv > d/zeman_punti.csv; "
+     "cp zeman.toml zeman_oss* d; cd d; $C zeman.toml -o --json; grep -c '^ *\"punto .* appros' *.json",
+     0, "80\n", "e altre 60 righe come queste, tutte nella pagina"},
     {"$C zeman.toml stazione_libera.toml --html r.html", 2, "", "serve una cartella"},
     {"$C zeman.toml ./zeman.toml", 2, "", "data due volte"},
     {"ln zeman_punti.csv a.punti.csv; cp stazione_libera.toml a.toml; $C a.toml zeman.toml --csv",
