@@ -93,6 +93,11 @@ TEST(Disegno, Visuali) {
     EXPECT_EQ(Quante(html, classi + "\" d=\"M" + linea + "\"><title>" + parole), 1) << parole;
     EXPECT_EQ(Quante(html, "translate(430.0 430.0)scale(1.00000)\"><use href=\"#w"),
               Quante(classi, "1") + Quante(classi, "2"));
+    const bool freccia = Quante(classi, "vv") + Quante(classi, "vn") == 0;
+    const std::string verso = parole[0] == 'A' ? "translate(550.4 430.0)scale(1.00000)rotate(0.0)"
+                                               : "translate(309.6 430.0)scale(1.00000)rotate(180.0)";
+    EXPECT_EQ(Quante(html, verso + "\"><use class=\"fr fr"), freccia) << parole;
+    EXPECT_EQ(Quante(html, "#fr\""), 1 + freccia) << parole;
   }
 }
 
