@@ -99,8 +99,8 @@ void SegnalaNonCalcolati(const std::string& file, const Risultati& r) {
   for (const auto& [nome, c] :
        {std::pair("planimetria: ", &r.Planimetria), std::pair("altimetria: ", &r.Altimetria)})
     if (!c->PuntiNonCalcolati.empty())
-      ScriviErrore(file, nome + TestoNonCalcolati(r, *c) +
-                             " (compensa verifica dice che cosa manca)");
+      ScriviErrore(file,
+                   nome + TestoNonCalcolati(r, *c) + " (compensa verifica dice che cosa manca)");
 }
 
 void ScriviSommario(const Risultati& risultati, const std::vector<std::string>& scritti) {

@@ -92,8 +92,8 @@ void Esame::EsaminaZona(const PianoNoto& piano, const std::string& nome) {
     return;
   }
   // Said already of the options where they apply to map coordinates.
-  const bool scambiati = std::ranges::any_of(
-      kZone, [&](const Zona& zona) { return Maggioranza(Quanti(zona, true)); });
+  const bool scambiati =
+      std::ranges::any_of(kZone, [&](const Zona& zona) { return Maggioranza(Quanti(zona, true)); });
   if (R.Opzioni.Cartografiche != 0 || scambiati) return;
   Segnala(inizio + ", ma con esso le coordinate della rete non stanno in Italia" + esempio,
           "se sono locali va tolto epsg; se sono state accorciate, vanno scritte intere");
@@ -103,13 +103,15 @@ Rilievi Esame::Esegui(int codice) {
   const std::string nome = std::to_string(codice);
   switch (GenereDi(codice)) {
     case GenereCodice::NonPiano:
-      Segnala(nome + " non è il codice di un sistema di coordinate piane: nel GeoPackage la rete "
-                     "resta senza sistema di riferimento",
+      Segnala(nome +
+                  " non è il codice di un sistema di coordinate piane: nel GeoPackage la rete "
+                  "resta senza sistema di riferimento",
               "serve il codice delle coordinate piane, per esempio 3003 o 7791");
       break;
     case GenereCodice::Ignoto:
-      Segnala(nome + " non è tra i codici che il programma conosce: passa ai risultati com'è, e "
-                     "non si può confrontare con le coordinate",
+      Segnala(nome +
+                  " non è tra i codici che il programma conosce: passa ai risultati com'è, e "
+                  "non si può confrontare con le coordinate",
               "controllare che sia quello giusto");
       break;
     case GenereCodice::Piano:

@@ -256,9 +256,9 @@ void Esame::Triangoli() {
       RiferisciTriangolo(t, limite + t.Eccesso);
   if (aperti > kTriangoliMostrati)
     Trovati.back().Cosa.Suggerimento =
-        EAltri(aperti - kTriangoliMostrati) +
-        (aperti == kTriangoliMostrati + 1 ? " triangolo che non chiude"
-                                          : " triangoli che non chiudono");
+        EAltri(aperti - kTriangoliMostrati) + (aperti == kTriangoliMostrati + 1
+                                                   ? " triangolo che non chiude"
+                                                   : " triangoli che non chiudono");
 }
 
 }  // namespace

@@ -25,7 +25,7 @@ constexpr double kVolteMediana = 6.0;  // misses beyond this many medians are re
 constexpr std::size_t kVisualiMolte = 1000;
 constexpr double kParteCoda = 0.005;
 constexpr double kVolteCoda = 3.0;
-constexpr double kCodaMassima = 10.0;   // times the limit that the median gives
+constexpr double kCodaMassima = 10.0;  // times the limit that the median gives
 // Where drifts meet, single sights exceed even the limit of their neighbourhood: by less than this
 // in 97 of a hundred good networks of 800 points.
 constexpr double kVolteCalcolate = 5.0;
@@ -86,12 +86,12 @@ class Esame {
   const Rete& R;
   Visuali V;
   Riduzioni K;
-  std::vector<char> Spostati;   // points already named
-  std::vector<char> SoliFissi;  // set-ups on fixed points that see only such
-  std::vector<Scarto> Scarti;   // of each sight
-  std::vector<double> Zeri;     // of each set-up [rad]
-  double Sigma = 0.0;           // times which a standard deviation may be exceeded
-  double Comune = 0.0;          // limit of sights with an approximate end [m]
+  std::vector<char> Spostati;    // points already named
+  std::vector<char> SoliFissi;   // set-ups on fixed points that see only such
+  std::vector<Scarto> Scarti;    // of each sight
+  std::vector<double> Zeri;      // of each set-up [rad]
+  double Sigma = 0.0;            // times which a standard deviation may be exceeded
+  double Comune = 0.0;           // limit of sights with an approximate end [m]
   std::vector<double> Vicinati;  // the same of the neighbourhood of each computed point, else 0
   int Spiegate = 0;
   Rilievi Trovati;

@@ -27,8 +27,7 @@ std::string Elenco(const std::vector<std::string_view>& nomi) {
   std::string elenco;
   for (std::size_t i = 0; i < std::min(nomi.size(), kNomiElencati); ++i)
     elenco += (i == 0 ? "" : ", ") + Cita(nomi[i]);
-  if (nomi.size() > kNomiElencati)
-    elenco += " " + EAltri(nomi.size() - kNomiElencati);
+  if (nomi.size() > kNomiElencati) elenco += " " + EAltri(nomi.size() - kNomiElencati);
   return elenco;
 }
 

@@ -101,8 +101,8 @@ std::string PercheOvunque(const Risultati& r, const SistemaLibero& s, int nodo) 
 // What a body can do, from its similarities.
 struct Capacita {
   int Traslazioni = 0;
-  bool Ruota = false, Dilata = false;  // both also if only together
-  bool Spirale = false;                // only together
+  bool Ruota = false, Dilata = false;          // both also if only together
+  bool Spirale = false;                        // only together
   Similitudine Traslazione, Rotazione, Scala;  // one of each kind; of a spiral the rotation
 };
 
@@ -316,8 +316,7 @@ std::string ElencoPunti(const Risultati& r, const std::vector<int>& punti) {
   std::string testo;
   for (std::size_t i = 0; i < std::min(punti.size(), kNominati); ++i)
     testo += (i == 0 ? "" : ", ") + Nome(r, punti[i]);
-  if (punti.size() > kNominati)
-    testo += " (" + EAltri(punti.size() - kNominati) + ")";
+  if (punti.size() > kNominati) testo += " (" + EAltri(punti.size() - kNominati) + ")";
   return testo;
 }
 

@@ -171,8 +171,8 @@ void ScriviW(Pagina& p, const Risultati& r, const RisultatoCompensazione& c, con
   Voce(p, "Osservazioni non controllate", std::to_string(n.NonControllate) + " (r sotto 0.1)");
   if (c.Ridondanza() > 0 && std::sqrt(c.Ridondanza()) < kWSospetta)
     Voce(p, "Attenzione",
-         "con " + Conta(c.Ridondanza(), "grado", "gradi") +
-             " di libertà nessun |w| può superare " + NumeroFisso(std::sqrt(c.Ridondanza()), 2) +
+         "con " + Conta(c.Ridondanza(), "grado", "gradi") + " di libertà nessun |w| può superare " +
+             NumeroFisso(std::sqrt(c.Ridondanza()), 2) +
              ": la soglia 3.29 non può segnalare errori grossolani");
 }
 
@@ -202,16 +202,22 @@ void ScriviConteggi(Pagina& p, const RisultatoCompensazione& c, const Conteggi& 
   Voce(p, "Iterazioni", testo);
 }
 
-// A warning that names one of the two adjustments concerns that one, any other concerns both.
+// What a warning says where it concerns one of the two adjustments only.
+constexpr std::array<std::string_view, 5> kDiPlanimetria = {
+    "planimetria", "angolo in ", "distanza da ", "direzione ", "coordinate approssimate a "};
+constexpr std::array<std::string_view, 3> kDiAltimetria = {"altimetria", "dislivello da ",
+                                                           " senza quota: "};
+
+// A warning that speaks of neither concerns both.
 bool Riguarda(const std::string& avviso, bool planimetria) {
   constexpr std::string_view kParola = ": avviso: ";  // after the name of a file, any name
   const std::size_t parola = avviso.find(kParola);
   const std::size_t inizio = parola == std::string::npos ? 0 : parola + kParola.size();
-  const auto nomina = [&](std::string_view che) {
+  const auto nominata = [&](std::string_view che) {
     return avviso.find(che, inizio) != std::string::npos;
   };
-  const bool pla = nomina("planimetria");
-  const bool alt = nomina("altimetria") || nomina(" senza quota: ");
+  const bool pla = std::ranges::any_of(kDiPlanimetria, nominata);
+  const bool alt = std::ranges::any_of(kDiAltimetria, nominata);
   return pla == alt || (planimetria ? pla : alt);
 }
 

@@ -218,8 +218,8 @@ Stato Verifica(const OpzioniVerifica& opzioni) {
   testo += Riga("Chiusure", TestoChiusure(chiusure));
   testo += TestoApprossimate(approssimate);
   if (!rilievi.empty()) testo += "\nRilievi\n" + TestoRilievi(rete, rilievi);
-  testo += "\n" + Verdetto(ostacoli, connessione,
-                           rilievi.size() + approssimate.NonRaggiunti.size());
+  testo +=
+      "\n" + Verdetto(ostacoli, connessione, rilievi.size() + approssimate.NonRaggiunti.size());
   FileSicuro uscita("-");
   uscita.Scrivi(testo);
   uscita.Conferma();

@@ -126,6 +126,8 @@ TEST(PaginaAMano, ColoreDellEsito) {
   const std::tuple<const char*, const char*, Mano> casi[] = {
       {"bene\">", "", niente},
       {"bene\">", "planimetria.toml:1:1: avviso: \"A\": escluso dall'altimetria", niente},
+      {"bene\">", "dislivello da \"A\" a \"B\": W 5", niente},
+      {"attenzione\">", "angolo in \"A\" da \"B\" a \"C\": W 5", niente},
       {"attenzione\">", "r.toml: avviso: planimetria: ridondanza 1", niente},
       {"attenzione\">", "r.toml: avviso: il nome", niente},
       {"attenzione\">", "", [](Risultati& r) { r.Equazioni[0].Ridondanza = 0.05; }},
