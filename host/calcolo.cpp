@@ -27,6 +27,18 @@ std::uint64_t ByteNormale(std::uint64_t incognite) {
          sizeof(double);
 }
 
+// The job leaves out an unknown point without coordinates and goes on with the others.
+void NotaNonCalcolati(Risultati& r) {
+  const auto nota = [&](RisultatoCompensazione& c, int RuoliPunto::*quale) {
+    if (c.Fine == Esito::NonRichiesta) return;
+    for (std::size_t i = 0; i < r.Punti.size(); ++i)
+      if (r.Punti[i].RuoliIniziali.*quale == kIncognito && r.Punti[i].Ruoli.*quale == kNonUsato)
+        c.PuntiNonCalcolati.push_back(static_cast<int>(i));
+  };
+  nota(r.Planimetria, &RuoliPunto::Pla);
+  nota(r.Altimetria, &RuoliPunto::Alt);
+}
+
 }  // namespace
 
 Risultati Compensa(Rete& rete, CFileOutTmp& rapporto, const Ascolto& ascolto) {
@@ -39,6 +51,7 @@ Risultati Compensa(Rete& rete, CFileOutTmp& rapporto, const Ascolto& ascolto) {
   osservatore.Osserva(calcolo);
   if (ascolto.Classificati) ascolto.Classificati();
   osservatore.Concludi(calcolo.Esegui());
+  NotaNonCalcolati(risultati);
   SpiegaIndeterminazione(risultati);
   return risultati;
 }

@@ -89,9 +89,18 @@ Risultati CompensaConMessaggi(Rete& rete, Rapporto& rapporto, bool quieto,
 EsitoApprossimate Approssima(Rete& rete, const std::string& file, bool quieto) {
   EsitoApprossimate approssimate = CalcolaApprossimate(rete);
   if (quieto) return approssimate;
-  for (const std::string& nota : approssimate.Note) ScriviNota(file, nota);
-  for (const std::string& punto : approssimate.NonRaggiunti) ScriviAvviso(file, punto);
+  for (const std::string& nota : PrimeRighe(approssimate.Note)) ScriviNota(file, nota);
+  for (const std::string& punto : PrimeRighe(approssimate.NonRaggiunti)) ScriviAvviso(file, punto);
   return approssimate;
+}
+
+// Also a quiet run says which points that it was asked for are not in its results.
+void SegnalaNonCalcolati(const std::string& file, const Risultati& r) {
+  for (const auto& [nome, c] :
+       {std::pair("planimetria: ", &r.Planimetria), std::pair("altimetria: ", &r.Altimetria)})
+    if (!c->PuntiNonCalcolati.empty())
+      ScriviErrore(file,
+                   nome + TestoNonCalcolati(r, *c) + " (compensa verifica dice che cosa manca)");
 }
 
 void ScriviSommario(const Risultati& risultati, const std::vector<std::string>& scritti) {
@@ -130,6 +139,7 @@ Stato CompensaRete(const Argomenti& a, const std::string& file, EsitoRete& esito
   const Risultati risultati = CompensaConMessaggi(*rete, rapporto, a.Quieto, messaggi);
   Accoda(messaggi, std::move(approssimate.NonRaggiunti));
   Riassumi(risultati, esito);
+  SegnalaNonCalcolati(file, risultati);
 
   std::string testo;
   if (documentata) testo = DaWindows1252(rapporto.Byte());

@@ -5,6 +5,7 @@
 
 #include <nlohmann/json.hpp>
 #include <string>
+#include <utility>
 
 #include "host/campi.h"
 #include "host/versione.h"
@@ -111,27 +112,35 @@ ordered_json DiIterazione(const Risultati& r, const Iterazione& i) {
 ordered_json DiMoto(const Risultati& r, const MotoLibero& m) {
   ordered_json punti = ordered_json::array();
   for (const int punto : m.Punti) punti.push_back(NomeDi(r, punto));
-  ordered_json centro = nullptr;
-  if (Presente(m.CentroEst))
-    centro = {{"est", Numero(m.CentroEst)},
-              {"nord", Numero(m.CentroNord)},
-              {"punto", NomeDi(r, m.Centro)}};
-  return {{"tipo", NomeTipo(m.Tipo)},   {"gradi", m.Gradi},
-          {"punti", std::move(punti)},  {"stazioni", m.Stazioni},
-          {"azimut", Numero(m.Azimut)}, {"centro", std::move(centro)},
-          {"sqm", Numero(m.Sqm)},       {"parole", m.Parole}};
+  const auto centro = [&](const CentroMoto& c) -> ordered_json {
+    if (!Presente(c.Est)) return nullptr;
+    return {{"est", Numero(c.Est)}, {"nord", Numero(c.Nord)}, {"punto", NomeDi(r, c.Punto)}};
+  };
+  return {{"tipo", NomeTipo(m.Tipo)},
+          {"gradi", m.Gradi},
+          {"punti", std::move(punti)},
+          {"stazioni", m.Stazioni},
+          {"azimut", Numero(m.Azimut)},
+          {"centro", centro(m.Centro)},
+          {"centro_dilatazione", centro(m.CentroScala)},
+          {"sqm", Numero(m.Sqm)},
+          {"parole", m.Parole}};
 }
 
 ordered_json DiCompensazione(const Risultati& r, const RisultatoCompensazione& c) {
   ordered_json iterazioni = ordered_json::array();
   for (const Iterazione& i : c.Iterazioni) iterazioni.push_back(DiIterazione(r, i));
-  ordered_json indeterminati = ordered_json::array();
-  for (const int punto : c.PuntiNonDeterminabili) indeterminati.push_back(NomeDi(r, punto));
+  const auto nomi = [&](const std::vector<int>& punti) {
+    ordered_json elenco = ordered_json::array();
+    for (const int punto : punti) elenco.push_back(NomeDi(r, punto));
+    return elenco;
+  };
   ordered_json moti = ordered_json::array();
   for (const MotoLibero& m : c.MotiLiberi) moti.push_back(DiMoto(r, m));
   return {{"richiesta", c.Fine != Esito::NonRichiesta},
           {"esito", NomeEsito(c.Fine)},
-          {"punti_non_determinabili", std::move(indeterminati)},
+          {"punti_non_determinabili", nomi(c.PuntiNonDeterminabili)},
+          {"punti_non_calcolati", nomi(c.PuntiNonCalcolati)},
           {"punti_fissi", c.Fissi},
           {"punti_incogniti", c.Incogniti},
           {"punti_non_usati", c.NonUsati},
@@ -233,7 +242,7 @@ void ScriviElenco(const Scrivi& scrivi, std::string_view rientro, const Elementi
 
 }  // namespace
 
-void ScriviJson(const Risultati& r, const Scrivi& scrivi) {
+void ScriviJson(const Risultati& r, const Scrivi& scrivi, const MessaggiJson& messaggi) {
   const ordered_json epsg =
       r.DatiProgetto.Epsg ? ordered_json(*r.DatiProgetto.Epsg) : ordered_json(nullptr);
   const ordered_json testata = {
@@ -250,7 +259,14 @@ void ScriviJson(const Risultati& r, const Scrivi& scrivi) {
   std::string inizio = "{\n";
   for (const auto& [chiave, valore] : testata.items())
     inizio += "  " + Testo(chiave) + ": " + Testo(valore) + ",\n";
-  scrivi(inizio + "  \"punti\": [");
+  scrivi(inizio);
+  for (const auto& [chiave, righe] :
+       {std::pair("avvisi", messaggi.Avvisi), std::pair("note", messaggi.Note)}) {
+    scrivi("  \"" + std::string(chiave) + "\": [");
+    ScriviElenco(scrivi, "    ", righe, [](const std::string& riga) { return Testo(riga); });
+    scrivi(righe.empty() ? "],\n" : "\n  ],\n");
+  }
+  scrivi("  \"punti\": [");
   ScriviElenco(scrivi, "    ", r.Punti, [](const RisultatoPunto& p) { return Testo(DiPunto(p)); });
   scrivi("\n  ],\n  \"stazioni\": [");
   ScriviElenco(scrivi, "    ", r.Stazioni, [&](const RisultatoStazione& s) {

@@ -83,8 +83,10 @@ void LeggiProgetto(const Tabella& file, const Lettura& l) {
   if (progetto->Nodo("nome") != nullptr) {
     l.Rete.DatiProgetto().Nome = progetto->Nome("nome").Valore.value_or("");
   }
-  l.Rete.DatiProgetto().Epsg =
-      progetto->Intero("epsg", 1, std::numeric_limits<int>::max(), "un intero positivo").Valore;
+  const Letto<int> epsg =
+      progetto->Intero("epsg", 1, std::numeric_limits<int>::max(), "un intero positivo");
+  l.Rete.DatiProgetto().Epsg = epsg.Valore;
+  l.Rete.DoveOpzioni().Epsg = epsg.Dove;
 }
 
 void LeggiOpzioni(const Tabella& file, const Lettura& l) {

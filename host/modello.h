@@ -48,6 +48,7 @@ struct RuoliPunto {
 struct PosizioniOpzioni {
   Posizione SqmDirezione, SqmDistCostante, SqmDistProporzionale, Cartografiche;
   Posizione Coefficiente, Raggio;  // of the curvature and refraction
+  Posizione Epsg;                  // of the project
 };
 
 // The network read from a file. Records address each other by index; texts and vectors of the
@@ -71,6 +72,8 @@ struct Rete {
       Osservazioni;  // of each station: TStaCr::Osservazioni points here
 
   std::vector<RuoliPunto> RuoliIniziali;  // of the points
+  // Points whose plane coordinates were computed, not given: 1; empty before that.
+  std::vector<char> PiantaCalcolata;
 
   std::deque<std::string> NomiFile;   // the files read, as a message names them
   std::vector<std::string> Impronte;  // SHA-256 of what was read of each; empty if not asked for

@@ -14,7 +14,8 @@ constexpr VoceStato kStati[] = {
     {kStatoRiuscito, "tutte le compensazioni richieste sono riuscite"},
     {kStatoNonCompensata,
      "rete non determinabile, oppure una compensazione si è interrotta o non è arrivata a "
-     "convergenza (il rapporto dice perché)"},
+     "convergenza (il rapporto dice perché), o qualche punto incognito è rimasto senza coordinate "
+     "(un errore lo nomina)"},
     {kStatoUso, "uso sbagliato della riga di comando"},
     {kStatoRete, "file della rete o libretto sbagliato o non leggibile"},
     {kStatoUscita, "uscita che non si può scrivere, o memoria insufficiente"},

@@ -79,7 +79,8 @@ Ellisse CalcolaEllisse(double varEst, double varNord, double covarianza) {
 
 bool TutteRiuscite(const Risultati& risultati) {
   const auto bene = [](const RisultatoCompensazione& c) {
-    return c.Fine == Esito::NonRichiesta || (c.Fine == Esito::Riuscita && c.GradiLiberi == 0);
+    return c.Fine == Esito::NonRichiesta ||
+           (c.Fine == Esito::Riuscita && c.GradiLiberi == 0 && c.PuntiNonCalcolati.empty());
   };
   return bene(risultati.Planimetria) && bene(risultati.Altimetria);
 }

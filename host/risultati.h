@@ -52,11 +52,16 @@ enum class TipoMoto {
   Traslazione,           // points together, as one body, from here on
   Rotazione,
   Dilatazione,           // its shape stays, its size does not
-  RotazioneDilatazione,  // both about one centre, separately or together
+  RotazioneDilatazione,  // both, separately or together
   Rototraslazione,       // shifts in every direction, rotation and perhaps scale
   Composto,              // points together, each its own way
   Quote,                 // heights together
   Strumento,             // instrument heights, alone or with heights
+};
+
+struct CentroMoto {
+  double Est = kAssente, Nord = kAssente;
+  int Punto = kNessuno;  // that stands there
 };
 
 struct MotoLibero {
@@ -65,8 +70,8 @@ struct MotoLibero {
   std::vector<int> Punti;       // that move
   std::vector<int> Stazioni;    // whose instrument height moves
   double Azimut = kAssente;     // of a motion along one line, 0 to 200
-  double CentroEst = kAssente, CentroNord = kAssente;  // of rotation or scale
-  int Centro = kNessuno;        // point that stands there
+  CentroMoto Centro;            // of rotation or scale
+  CentroMoto CentroScala;       // of the scale where it is another than that of the rotation
   double Sqm = kAssente;        // a priori, of a motion that is not quite free [m]
   std::string Parole;           // what moves how and what is missing, UTF-8
 };
@@ -140,11 +145,14 @@ struct RisultatoCompensazione {
   int EquazioneWMassimo = kNessuno;     // in Risultati::Equazioni
   std::vector<MotoLibero> MotiLiberi;   // what the observations do not fix; the first 100
   int GradiLiberi = 0;                  // independent free motions, with those that are not listed
+  std::vector<int> PuntiNonCalcolati;   // unknown by the file, left out for lack of coordinates
 
   // Only where the equations were counted.
   int Ridondanza() const { return Equazioni - Incognite; }
   bool Contate() const { return Equazioni != kNessuno; }
   bool Compiuta() const { return Fine == Esito::Riuscita || Fine == Esito::NonConvergente; }
+  // Whether points were asked for and none of them was adjusted.
+  bool NienteCalcolato() const { return !PuntiNonCalcolati.empty() && Incogniti == 0; }
 };
 
 struct Risultati {
@@ -171,8 +179,8 @@ struct Ellisse {
 };
 Ellisse CalcolaEllisse(double varEst, double varNord, double covarianza);
 
-// Whether all adjustments that were asked for have succeeded, and with observations that fix the
-// network.
+// Whether all adjustments that were asked for have succeeded, with observations that fix the
+// network and with every point that the file wants.
 bool TutteRiuscite(const Risultati& risultati);
 
 // The value of a record, kAssente if it was not given.

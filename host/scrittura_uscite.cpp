@@ -31,7 +31,8 @@ void Versa(const Destinazione& dove, const Documento& documento, const Rapporto&
     case GenereUscita::Dxf: return ScriviDxf(documento, scrivi);
     case GenereUscita::GeoPackage: return ScriviGeoPackage(documento, scrivi);
     case GenereUscita::Gkf: return ScriviGkf(documento, scrivi);
-    case GenereUscita::Json: return ScriviJson(documento.Esiti, scrivi);
+    case GenereUscita::Json:
+      return ScriviJson(documento.Esiti, scrivi, {documento.Messaggi, documento.Note});
   }
 }
 

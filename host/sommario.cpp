@@ -8,6 +8,7 @@
 #include "host/codifica.h"
 #include "host/diagnostica.h"
 #include "host/numeri.h"
+#include "host/testi.h"
 
 namespace {
 
@@ -15,32 +16,40 @@ constexpr std::string_view kCancellaRiga = "\r\x1b[K";
 constexpr std::size_t kPuntiNominati = 5;
 constexpr int kColonnaEtichetta = 13;
 constexpr std::size_t kMotiMostrati = 10;  // of an adjustment
+constexpr std::size_t kRigheMostrate = 20;
 
 std::string_view Nome(const Risultati& r, int punto) {
   return r.Punti[static_cast<std::size_t>(punto)].Nome;
 }
 
-std::string PuntiIndeterminati(const Risultati& r, const std::vector<int>& punti) {
+std::string PuntiNominati(const Risultati& r, const std::vector<int>& punti) {
   std::string testo;
   for (std::size_t i = 0; i < std::min(punti.size(), kPuntiNominati); ++i)
     testo += (i == 0 ? "" : ", ") + Cita(Nome(r, punti[i]));
-  if (punti.size() > kPuntiNominati)
-    testo += " e altri " + std::to_string(punti.size() - kPuntiNominati);
+  if (punti.size() > kPuntiNominati) testo += " " + EAltri(punti.size() - kPuntiNominati);
   return testo;
 }
 
 }  // namespace
 
+std::string TestoNonCalcolati(const Risultati& r, const RisultatoCompensazione& c) {
+  return Conta(c.PuntiNonCalcolati.size(), "punto incognito non calcolato",
+               "punti incogniti non calcolati") +
+         ": " + PuntiNominati(r, c.PuntiNonCalcolati);
+}
+
 std::string TestoEsito(const Risultati& r, const RisultatoCompensazione& c) {
   switch (c.Fine) {
     case Esito::NonRichiesta: return "non richiesta";
     case Esito::Riuscita:
-      return c.GradiLiberi == 0 ? "riuscita" : "non determinabile, risultati da non usare";
+      if (c.GradiLiberi > 0) return "non determinabile, risultati da non usare";
+      if (c.PuntiNonCalcolati.empty()) return "riuscita";
+      return (c.NienteCalcolato() ? "non riuscita, " : "incompleta, ") + TestoNonCalcolati(r, c);
     case Esito::NonConvergente: return "non convergente";
     case Esito::NonDeterminabile:
       return (c.PuntiNonDeterminabili.size() == 1 ? "punto non determinabile: "
                                                   : "punti non determinabili: ") +
-             PuntiIndeterminati(r, c.PuntiNonDeterminabili);
+             PuntiNominati(r, c.PuntiNonDeterminabili);
     case Esito::NonEseguita: return "non eseguita";
     case Esito::PuntiFissiInsufficienti:
       return "interrotta, meno di due punti fissi (" + std::to_string(c.Fissi) + ")";
@@ -52,8 +61,8 @@ std::string TestoEsito(const Risultati& r, const RisultatoCompensazione& c) {
 }
 
 std::string TestoEquazioniIncognite(const RisultatoCompensazione& c) {
-  return std::to_string(c.Equazioni) + (c.Equazioni == 1 ? " equazione, " : " equazioni, ") +
-         std::to_string(c.Incognite) + (c.Incognite == 1 ? " incognita" : " incognite");
+  return Conta(c.Equazioni, "equazione", "equazioni") + ", " +
+         Conta(c.Incognite, "incognita", "incognite");
 }
 
 std::string TestoEquazione(const Risultati& r, const Equazione& e) {
@@ -151,6 +160,15 @@ std::vector<std::string> RigheMotiLiberi(const Risultati& r) {
                " moti indipendenti: gli altri sono in --json e --html");
   }
   return righe;
+}
+
+std::vector<std::string> PrimeRighe(const std::vector<std::string>& righe) {
+  if (righe.size() <= kRigheMostrate + 1) return righe;
+  std::vector<std::string> prime(righe.begin(),
+                                 righe.begin() + static_cast<std::ptrdiff_t>(kRigheMostrate));
+  prime.push_back(EAltri(righe.size() - kRigheMostrate, Genere::Femminile) +
+                  " righe come queste, tutte nella pagina (--html) e nei risultati JSON (--json)");
+  return prime;
 }
 
 void RigaAvanzamento::Mostra(const Iterazione& iterazione) {

@@ -20,8 +20,16 @@ std::array<std::string, 5> RigheSommario(const Risultati& risultati);
 // ones, likewise.
 std::vector<std::string> RigheMotiLiberi(const Risultati& risultati);
 
+// Lines about single points, of which a large network has thousands: all of a few, else the first
+// ones and a last line that says where the others are.
+std::vector<std::string> PrimeRighe(const std::vector<std::string>& righe);
+
 // How an adjustment ended, in words.
 std::string TestoEsito(const Risultati& risultati, const RisultatoCompensazione& compensazione);
+
+// "12 punti incogniti non calcolati: "T0", "T1" …".
+std::string TestoNonCalcolati(const Risultati& risultati,
+                              const RisultatoCompensazione& compensazione);
 
 // "5 equazioni, 2 incognite".
 std::string TestoEquazioniIncognite(const RisultatoCompensazione& compensazione);

@@ -25,7 +25,10 @@ std::string Parola(const EsitoRete& rete, const Compensazione& c) {
   if (!c) return rete.Fine == kStatoRiuscito ? Nessuno() : "errore";
   switch (c->Fine) {
     case Esito::NonRichiesta: return Nessuno();
-    case Esito::Riuscita: return c->GradiLiberi == 0 ? "riuscita" : "non determinabile";
+    case Esito::Riuscita:
+      if (c->GradiLiberi > 0) return "non determinabile";
+      if (c->PuntiNonCalcolati.empty()) return "riuscita";
+      return c->NienteCalcolato() ? "non riuscita" : "incompleta";
     case Esito::NonConvergente: return "non convergente";
     case Esito::NonDeterminabile: return "non determinabile";
     case Esito::NonEseguita: return "non eseguita";

@@ -25,7 +25,9 @@ constexpr std::string_view kNota = "nota";
 
 // Longer texts before those that they contain.
 constexpr std::pair<std::string_view, std::string_view> kEsiti[] = {
+    {"non riuscita", kRosso},
     {"riuscita", kVerde},
+    {"incompleta", kGiallo},
     {"non convergente", kRosso},
     {"punti non determinabili", kRosso},
     {"punto non determinabile", kRosso},
@@ -97,6 +99,10 @@ void ScriviErrori(std::string_view testo) {
 
 void ScriviErrore(std::string_view testo) {
   ScriviMessaggio(kNomeProgramma, kErrore, kRosso, testo);
+}
+
+void ScriviErrore(std::string_view file, std::string_view testo) {
+  ScriviMessaggio(file, kErrore, kRosso, testo);
 }
 
 void ScriviAvviso(std::string_view file, std::string_view testo) {

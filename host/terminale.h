@@ -28,7 +28,8 @@ void ScriviErrori(std::string_view testo);
 // "compensa: errore: <testo>"
 void ScriviErrore(std::string_view testo);
 
-// "<file>: avviso: <testo>" and "<file>: nota: <testo>"
+// "<file>: errore: <testo>", "<file>: avviso: <testo>" and "<file>: nota: <testo>"
+void ScriviErrore(std::string_view file, std::string_view testo);
 void ScriviAvviso(std::string_view file, std::string_view testo);
 void ScriviNota(std::string_view file, std::string_view testo);
 

@@ -21,6 +21,12 @@ bool TutteCifre(std::string_view testo) {
          std::all_of(testo.begin(), testo.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
+std::string EAltri(std::size_t quanti, Genere genere) {
+  const bool maschile = genere == Genere::Maschile;
+  if (quanti == 1) return maschile ? "e un altro" : "e un'altra";
+  return (maschile ? "e altri " : "e altre ") + std::to_string(quanti);
+}
+
 bool Righe::Prossima(RigaTesto& riga) {
   while (!Resto.empty()) {
     const std::size_t fine = std::min(Resto.find_first_of("\r\n"), Resto.size());

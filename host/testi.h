@@ -3,6 +3,7 @@
 // Small things that every reader and every account does with texts: lines, blanks, counts in words.
 
 #include <concepts>
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -25,6 +26,11 @@ bool TutteCifre(std::string_view testo);
 std::string Conta(std::integral auto quanti, std::string_view uno, std::string_view molti) {
   return std::to_string(quanti) + " " + std::string(quanti == 1 ? uno : molti);
 }
+
+// What ends a list that is cut: "e un altro", "e altri 3"; of things of feminine gender
+// "e un'altra", "e altre 3".
+enum class Genere { Maschile, Femminile };
+std::string EAltri(std::size_t quanti, Genere genere = Genere::Maschile);
 
 struct RigaTesto {
   std::string_view Testo;  // without its end

@@ -37,6 +37,7 @@ void PropagaPianta(Rete& rete, EsitoApprossimate& esito) {
     TCoorCr& record = rete.Punti[p];
     if (!Assegnato(record.Est)) record.Est = trovato->Luogo.Est;
     if (!Assegnato(record.Nord)) record.Nord = trovato->Luogo.Nord;
+    rete.PiantaCalcolata[p] = 1;
     esito.PuntiPla.push_back(punto);
     esito.Note.push_back(NotaPunto(rete, punto, *trovato));
   }
@@ -46,6 +47,7 @@ void PropagaPianta(Rete& rete, EsitoApprossimate& esito) {
 
 EsitoApprossimate CalcolaApprossimate(Rete& rete) {
   EsitoApprossimate esito;
+  rete.PiantaCalcolata.assign(rete.Punti.size(), 0);
   if (rete.Opzioni.TipoCalcolo == 0) return esito;
   PropagaPianta(rete, esito);
   if ((rete.Opzioni.TipoCalcolo & kCalcoloAltimetria) != 0) PropagaQuote(rete, esito);

@@ -18,6 +18,7 @@ struct EsitoApprossimate {
 
 // Fills in Est and Nord of the points that take part in plan (unknown, not excluded) and lack one
 // of them, and Quota of those that take part in height, where the adjustments that the options ask
-// for need them. Given coordinates are never changed, nor used if their point is excluded. The
-// network must not have been adjusted yet: coordinates in metres.
+// for need them; Rete::PiantaCalcolata tells which points got theirs in plan. Given coordinates are
+// never changed, nor used if their point is excluded. The network must not have been adjusted yet:
+// coordinates in metres.
 EsitoApprossimate CalcolaApprossimate(Rete& rete);

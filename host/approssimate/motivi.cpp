@@ -7,6 +7,7 @@
 
 #include "host/diagnostica.h"
 #include "host/numeri.h"
+#include "host/testi.h"
 
 namespace {
 
@@ -85,8 +86,7 @@ std::string Elenco(const Rete& rete, const std::vector<int>& punti) {
   std::string testo;
   for (std::size_t i = 0; i < std::min(punti.size(), kNominati); ++i)
     testo += (i == 0 ? "" : ", ") + Cita(Nome(rete, punti[i]));
-  if (punti.size() == kNominati + 1) return testo + " e un altro";
-  if (punti.size() > kNominati) testo += " e altri " + std::to_string(punti.size() - kNominati);
+  if (punti.size() > kNominati) testo += " " + EAltri(punti.size() - kNominati);
   return testo;
 }
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "host/avvertimenti/dopo.h"
+#include "host/avvertimenti/epsg.h"
 #include "host/avvertimenti/prima.h"
 
 namespace {
@@ -35,6 +36,7 @@ Rilievi ControllaPlausibilita(const Rete& rete) {
   if (pianta && diTutta.empty()) Accoda(trovati, ControllaScarti(rete));
   Accoda(trovati, std::move(diTutta));
   Accoda(trovati, ControllaOpzioni(rete));
+  Accoda(trovati, ControllaEpsg(rete));
   return trovati;
 }
 

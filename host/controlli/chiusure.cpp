@@ -18,6 +18,7 @@
 #include "host/controlli/spiegazioni.h"
 #include "host/controlli/tolleranze.h"
 #include "host/numeri.h"
+#include "host/testi.h"
 
 namespace {
 
@@ -255,7 +256,9 @@ void Esame::Triangoli() {
       RiferisciTriangolo(t, limite + t.Eccesso);
   if (aperti > kTriangoliMostrati)
     Trovati.back().Cosa.Suggerimento =
-        "e altri " + std::to_string(aperti - kTriangoliMostrati) + " triangoli che non chiudono";
+        EAltri(aperti - kTriangoliMostrati) + (aperti == kTriangoliMostrati + 1
+                                                   ? " triangolo che non chiude"
+                                                   : " triangoli che non chiudono");
 }
 
 }  // namespace

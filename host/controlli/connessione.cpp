@@ -110,6 +110,7 @@ void Esame::Raccogli(Gruppi& gruppi, const std::vector<char>& usati, Calcolo qua
         quale == kCalcoloPlanimetria ? R.RuoliIniziali[i].Pla : R.RuoliIniziali[i].Alt;
     const int p = static_cast<int>(i);
     const bool conValore = quale == kCalcoloPlanimetria ? Pianta(p) : Quota(p);
+    c.Mancanti += !conValore && ruolo == kIncognito ? 1 : 0;
     if (!conValore || (ruolo == kFisso && usati[i] == 0)) continue;
     ruolo == kFisso ? ++c.Fissi : ++c.Incogniti;
     perRadice[static_cast<std::size_t>(gruppi.Trova(p))].push_back(p);
@@ -122,6 +123,10 @@ void Esame::Raccogli(Gruppi& gruppi, const std::vector<char>& usati, Calcolo qua
 
 void Esame::Ostacola(Collegamento& c, int fissiPerGruppo, const char* che) {
   const bool pla = fissiPerGruppo > 1;
+  if (c.Incogniti == 0 && c.Mancanti > 0)
+    c.Ostacoli.push_back(std::string(che) + ": nessun punto incognito ha " +
+                         (pla ? "coordinate, e le misure non bastano a calcolarle"
+                              : "una quota, e le misure non bastano a calcolarla"));
   if (c.Fissi < fissiPerGruppo)
     c.Ostacoli.push_back(std::string(che) + ": punti fissi usati " + std::to_string(c.Fissi) +
                          ", ne " + (pla ? "servono almeno 2" : "serve almeno 1"));

@@ -12,6 +12,7 @@ struct Collegamento {
   bool Richiesto = false;
   std::vector<std::vector<int>> Gruppi;  // points tied to each other, the largest group first
   int Fissi = 0, Incogniti = 0;          // points that take part
+  int Mancanti = 0;                      // unknown points that do not, without coordinates
   int Equazioni = 0, Incognite = 0;
   std::vector<std::string> Ostacoli;  // why it cannot run as the network stands
   int GradiLiberta() const { return Equazioni - Incognite; }

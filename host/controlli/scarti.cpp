@@ -1,7 +1,9 @@
 // Readings against coordinates. Every sight misses by a length: across it the angle between reading
 // and orientation times the computed distance, along it measured minus computed distance. The
 // median of these lengths tells what the approximate coordinates of a network are worth, and a
-// sight or a point that misses by many times that is named.
+// sight or a point that misses by many times that is named. Coordinates that were computed from the
+// readings drift: where chains of sights meet that have come a long way, a whole neighbourhood
+// misses, and its own median counts; what both ends of a line say alike is no slip of either.
 
 #include <algorithm>
 #include <cmath>
@@ -23,7 +25,11 @@ constexpr double kVolteMediana = 6.0;  // misses beyond this many medians are re
 constexpr std::size_t kVisualiMolte = 1000;
 constexpr double kParteCoda = 0.005;
 constexpr double kVolteCoda = 3.0;
-constexpr double kCodaMassima = 10.0;   // times the limit that the median gives
+constexpr double kCodaMassima = 10.0;  // times the limit that the median gives
+// Where drifts meet, single sights exceed even the limit of their neighbourhood: by less than this
+// in 97 of a hundred good networks of 800 points.
+constexpr double kVolteCalcolate = 5.0;
+constexpr double kSimile = 0.5;         // part of a miss by which a like one may differ
 constexpr double kScartoMinimo = 0.05;  // of a sight with an approximate end [m]
 constexpr double kAngoloMinimo = 0.05;  // and of its direction [gon]
 constexpr double kScalaIncerta = 4e-6;  // of a distance reduced to the map
@@ -63,6 +69,10 @@ class Esame {
   void CalcolaStazione(std::size_t s);
   Scarto Misura(const Visuale& v) const;
   void TaraLimiti();
+  void TaraVicinati();
+  bool Calcolato(int punto) const;
+  double Generale(const Visuale& v) const;
+  bool Confermata(std::size_t i, double Scarto::*scarto) const;
   double LimiteAngolo(std::size_t i) const;
   double LimiteDistanza(std::size_t i) const;
   bool DirezioneDiscorde(std::size_t i) const;
@@ -76,12 +86,13 @@ class Esame {
   const Rete& R;
   Visuali V;
   Riduzioni K;
-  std::vector<char> Spostati;   // points already named
-  std::vector<char> SoliFissi;  // set-ups on fixed points that see only such
-  std::vector<Scarto> Scarti;   // of each sight
-  std::vector<double> Zeri;     // of each set-up [rad]
-  double Sigma = 0.0;           // times which a standard deviation may be exceeded
-  double Generale = 0.0;        // limit of sights with an approximate end [m]
+  std::vector<char> Spostati;    // points already named
+  std::vector<char> SoliFissi;   // set-ups on fixed points that see only such
+  std::vector<Scarto> Scarti;    // of each sight
+  std::vector<double> Zeri;      // of each set-up [rad]
+  double Sigma = 0.0;            // times which a standard deviation may be exceeded
+  double Comune = 0.0;           // limit of sights with an approximate end [m]
+  std::vector<double> Vicinati;  // the same of the neighbourhood of each computed point, else 0
   int Spiegate = 0;
   Rilievi Trovati;
 };
@@ -156,8 +167,73 @@ void Esame::TaraLimiti() {
     coda = kVolteCoda * *posto;
   }
   const double mediana = lunghezze.empty() ? 0.0 : Mediana(std::move(lunghezze));
-  Generale = std::max(kScartoMinimo, kVolteMediana * Sigma * mediana);
-  Generale = std::max(Generale, std::min(coda, kCodaMassima * Generale));
+  Comune = std::max(kScartoMinimo, kVolteMediana * Sigma * mediana);
+  Comune = std::max(Comune, std::min(coda, kCodaMassima * Comune));
+  TaraVicinati();
+}
+
+// Of each point the median miss of its sights, then of these the median over the point and those
+// that it sees or that see it.
+void Esame::TaraVicinati() {
+  Vicinati.assign(R.Punti.size(), 0.0);
+  if (R.PiantaCalcolata.empty()) return;
+  std::vector<std::vector<double>> scarti(R.Punti.size());
+  for (std::size_t i = 0; i < Scarti.size(); ++i)
+    for (const double x : {Scarti[i].Trasversale, Scarti[i].Longitudinale})
+      for (const int p : {V.Tutte[i].Da, V.Tutte[i].A})
+        if (x == x) scarti[static_cast<std::size_t>(p)].push_back(std::abs(x));
+  std::vector<double> mediane(R.Punti.size(), kSenzaValore);
+  std::vector<std::vector<double>> vicini(R.Punti.size());
+  for (std::size_t p = 0; p < scarti.size(); ++p) {
+    if (scarti[p].empty()) continue;
+    mediane[p] = Mediana(std::move(scarti[p]));
+    vicini[p].push_back(mediane[p]);
+  }
+  for (const Visuale& v : V.Tutte)
+    for (const auto& [p, altro] : {std::pair(v.Da, v.A), std::pair(v.A, v.Da)})
+      if (const double m = mediane[static_cast<std::size_t>(altro)]; m == m)
+        vicini[static_cast<std::size_t>(p)].push_back(m);
+  for (std::size_t p = 0; p < vicini.size(); ++p)
+    if (R.PiantaCalcolata[p] != 0 && !vicini[p].empty())
+      Vicinati[p] = kVolteMediana * Sigma * Mediana(std::move(vicini[p]));
+}
+
+bool Esame::Calcolato(int punto) const {
+  return !R.PiantaCalcolata.empty() && R.PiantaCalcolata[static_cast<std::size_t>(punto)] != 0;
+}
+
+double Esame::Generale(const Visuale& v) const {
+  if (!Calcolato(v.Da) && !Calcolato(v.A)) return Comune;
+  return kVolteCalcolate * std::max({Comune, Vicinati[static_cast<std::size_t>(v.Da)],
+                                     Vicinati[static_cast<std::size_t>(v.A)]});
+}
+
+// Whether the reading back from the other end misses alike: then it is the computed coordinates
+// that are wrong, not both readings.
+bool Esame::Confermata(std::size_t i, double Scarto::*scarto) const {
+  const Visuale& v = V.Tutte[i];
+  if (!Calcolato(v.Da) && !Calcolato(v.A)) return false;
+  const double questo = Scarti[i].*scarto;
+  const auto simile = [&](int j) {
+    const Visuale& altra = V.Tutte[static_cast<std::size_t>(j)];
+    return altra.Da == v.A && altra.A == v.Da &&
+           std::abs(Scarti[static_cast<std::size_t>(j)].*scarto - questo) <
+               kSimile * std::abs(questo);
+  };
+  // The shorter way to the sights back: one of the two ends may have a great many.
+  const std::vector<int>& versoDa = V.VistoDa[static_cast<std::size_t>(v.Da)];
+  const std::vector<int>& daA = V.Postazioni[static_cast<std::size_t>(v.A)];
+  std::size_t viste = 0;
+  for (const int s : daA)
+    viste += static_cast<std::size_t>(V.Inizio[static_cast<std::size_t>(s) + 1] -
+                                      V.Inizio[static_cast<std::size_t>(s)]);
+  if (versoDa.size() < viste) return std::ranges::any_of(versoDa, simile);
+  return std::ranges::any_of(daA, [&](int s) {
+    for (int j = V.Inizio[static_cast<std::size_t>(s)];
+         j < V.Inizio[static_cast<std::size_t>(s) + 1]; ++j)
+      if (simile(j)) return true;
+    return false;
+  });
 }
 
 // The orientation has an error of its own where few sights give it.
@@ -166,22 +242,23 @@ double Esame::LimiteAngolo(std::size_t i) const {
   const double stretto = Sigma * SqmAngolo(R);
   if (SoliFissi[static_cast<std::size_t>(v.Stazione)] != 0) return stretto;
   return std::max(
-      {stretto, kAngoloMinimo * kRadDaGon, Generale / std::max(Scarti[i].Lato, kVicini)});
+      {stretto, kAngoloMinimo * kRadDaGon, Generale(v) / std::max(Scarti[i].Lato, kVicini)});
 }
 
 double Esame::LimiteDistanza(std::size_t i) const {
   const Visuale& v = V.Tutte[i];
   const double stretto =
       Sigma * kRadiceDue * SqmDistanza(R, Scarti[i].Lato) + kScalaIncerta * Scarti[i].Lato;
-  return Fisso(v.Da) && Fisso(v.A) ? stretto : std::max(stretto, Generale);
+  return Fisso(v.Da) && Fisso(v.A) ? stretto : std::max(stretto, Generale(v));
 }
 
 bool Esame::DirezioneDiscorde(std::size_t i) const {
-  return std::abs(Scarti[i].Angolo) > LimiteAngolo(i);
+  return std::abs(Scarti[i].Angolo) > LimiteAngolo(i) && !Confermata(i, &Scarto::Angolo);
 }
 
 bool Esame::DistanzaDiscorde(std::size_t i) const {
-  return std::abs(Scarti[i].Longitudinale) > LimiteDistanza(i);
+  return std::abs(Scarti[i].Longitudinale) > LimiteDistanza(i) &&
+         !Confermata(i, &Scarto::Longitudinale);
 }
 
 // Whether the point fits its distances with East and North exchanged.
@@ -260,7 +337,7 @@ std::string Esame::AltroPunto(std::size_t i) const {
     if (punto == v.A || punto == v.Da || !ConPianta(punto)) continue;
     const Posto lato = Luogo(punto) - Luogo(v.Da);
     const double D = Lunghezza(lato);
-    const double limite = std::max(2.0 * Generale, kScartoMinimo + 1e-3 * D);
+    const double limite = std::max(2.0 * Comune, kScartoMinimo + 1e-3 * D);
     if (std::abs(D - v.Distanza) > limite) continue;
     if (std::abs(MezzoGiro(Azimut(lato) - v.DirezioneCentro - zero)) * D > limite) continue;
     if (trovato >= 0) return {};

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "host/approssimate/approssimate.h"
+#include "host/avvertimenti/epsg.h"
 #include "host/data_ora.h"
 #include "host/diagnostica.h"
 #include "host/errori.h"
@@ -191,7 +192,9 @@ std::optional<Rete> PreparaRete(const OpzioniImporta& opzioni, Libretto& librett
   if (opzioni.Coordinate) resoconto.File.push_back({*opzioni.Coordinate, "coordinate"});
   std::optional<Rete> rete =
       ReteDaLibretto(libretto, resoconto.Sqm, opzioni.Curvatura, diagnostica);
-  if (rete && !opzioni.SenzaApprossimate) Approssima(*rete, resoconto);
+  if (!rete) return rete;
+  if (!opzioni.SenzaApprossimate) Approssima(*rete, resoconto);
+  for (Rilievo& r : ControllaEpsg(*rete)) diagnostica.Avviso(r.Dove, std::move(r.Cosa));
   return rete;
 }
 

@@ -28,8 +28,7 @@ std::string Elenco(const std::vector<std::string_view>& nomi) {
   std::string elenco;
   for (std::size_t i = 0; i < std::min(nomi.size(), kNomiElencati); ++i)
     elenco += (i == 0 ? "" : ", ") + Cita(nomi[i]);
-  if (nomi.size() > kNomiElencati)
-    elenco += " e altri " + std::to_string(nomi.size() - kNomiElencati);
+  if (nomi.size() > kNomiElencati) elenco += " " + EAltri(nomi.size() - kNomiElencati);
   return elenco;
 }
 
@@ -258,7 +257,7 @@ std::string TestoFacce(const EsitoFacce& facce) {
     testo += riga(c.Stazione, c.Punto, angolo(c.Collimazione), angolo(c.Indice));
   }
   if (facce.Coppie.size() > kCoppieElencate)
-    testo += "  e altre " + std::to_string(facce.Coppie.size() - kCoppieElencate) + "\n";
+    testo += "  " + EAltri(facce.Coppie.size() - kCoppieElencate, Genere::Femminile) + "\n";
   const auto valore = [](const Riassunto& r, double v) {
     return r.Quanti > 0 ? ConSegno(v) : std::string("-");
   };

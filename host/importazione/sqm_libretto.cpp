@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "host/numeri.h"
+#include "host/testi.h"
 
 namespace {
 
@@ -49,8 +50,7 @@ double PiuFrequente(const Conteggio& conteggio, std::string_view campo, std::str
     elenco += (i == 0 ? "" : ", ") + NumeroBreve(ordine[i].first) + " (" +
               std::to_string(ordine[i].second) + ")";
   }
-  if (ordine.size() > kValoriElencati)
-    elenco += " e altri " + std::to_string(ordine.size() - kValoriElencati);
+  if (ordine.size() > kValoriElencati) elenco += " " + EAltri(ordine.size() - kValoriElencati);
   diario.Avviso(
       DelLibretto(libretto),
       {.Record = "scarti quadratici medi",

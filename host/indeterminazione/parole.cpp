@@ -1,7 +1,10 @@
 // Sentences on motions in plan. Of the motions of a body, reduced so that one row has the rotation,
 // one the scale, and the others are translations, the rows that exist name the motion; where
-// nothing shifts, rotation w and scale s have the centre in which
+// nothing shifts, the rotation w and the scale s of a row have the centre in which
 //   t + s r + w J r = 0     r = (E, N), J r = (N, -E).
+// Rotation and scale that are free each by itself have each a centre of its own, which need not be
+// the same: a body that two sights from one station hold can grow from that station, but turn only
+// about the point where the perpendiculars to the sights meet.
 
 #include "host/indeterminazione/parole.h"
 
@@ -13,6 +16,7 @@
 #include "host/codifica.h"
 #include "host/diagnostica.h"
 #include "host/numeri.h"
+#include "host/testi.h"
 
 namespace {
 
@@ -97,9 +101,9 @@ std::string PercheOvunque(const Risultati& r, const SistemaLibero& s, int nodo) 
 // What a body can do, from its similarities.
 struct Capacita {
   int Traslazioni = 0;
-  bool Ruota = false, Dilata = false;  // both also if only together
-  bool Spirale = false;                // only together
-  Similitudine Traslazione, Centrale;  // one of each kind
+  bool Ruota = false, Dilata = false;          // both also if only together
+  bool Spirale = false;                        // only together
+  Similitudine Traslazione, Rotazione, Scala;  // one of each kind; of a spiral the rotation
 };
 
 // Rows of the four numbers rotation, scale, shifts, by the radius of the body.
@@ -128,12 +132,14 @@ Capacita Analizza(const MotoInsieme& insieme, double raggio, double nulla) {
   };
   c.Ruota = elimina(0);
   c.Dilata = elimina(1);
-  if (fatte > 0) {
-    const auto& riga = righe.front();
-    c.Centrale = {riga[2], riga[3], riga[0] / raggio, riga[1] / raggio};
-    c.Spirale = c.Ruota && !c.Dilata && std::abs(riga[1]) > nulla * std::abs(riga[0]);
-    c.Dilata = c.Dilata || c.Spirale;
-  }
+  const auto similitudine = [&](const std::array<double, 4>& riga) -> Similitudine {
+    return {riga[2], riga[3], riga[0] / raggio, riga[1] / raggio};
+  };
+  if (c.Ruota) c.Rotazione = similitudine(righe.front());
+  if (c.Dilata) c.Scala = similitudine(righe[fatte - 1]);
+  c.Spirale =
+      c.Ruota && !c.Dilata && std::abs(righe.front()[1]) > nulla * std::abs(righe.front()[0]);
+  c.Dilata = c.Dilata || c.Spirale;
   c.Traslazioni = static_cast<int>(righe.size() - fatte);
   if (c.Traslazioni > 0) c.Traslazione = {righe.back()[2], righe.back()[3], 0.0, 0.0};
   return c;
@@ -162,9 +168,10 @@ class Frase {
 
  private:
   bool Debole() const { return Presente(Moto.Sqm); }
-  void NominaCentro(Posto centro);
+  CentroMoto Nomina(Posto centro) const;
+  void NominaCentri();
   bool TuttaLaRete() const;
-  std::string Attorno(const char* preposizione) const;
+  std::string Presso(const char* preposizione, const CentroMoto& centro) const;
   std::string Soggetto() const;
   std::string Verbo() const;
   std::string Rimedio() const;
@@ -179,11 +186,10 @@ class Frase {
   double Raggio = 1.0;
 };
 
-// The nearest point that stands still, if it is at the centre.
-void Frase::NominaCentro(Posto centro) {
+// The centre with the nearest point that stands still, if one is there.
+CentroMoto Frase::Nomina(Posto centro) const {
   const Posto assoluto = centro + I.Centro + S.Origine;
-  Moto.CentroEst = assoluto.Est;
-  Moto.CentroNord = assoluto.Nord;
+  CentroMoto nominato{assoluto.Est, assoluto.Nord, kNessuno};
   double vicino = (Debole() ? kNullaDebole : kNulla) * Raggio;
   for (std::size_t i = 0; i < R.Punti.size(); ++i) {
     const RisultatoPunto& p = R.Punti[i];
@@ -193,8 +199,18 @@ void Frase::NominaCentro(Posto centro) {
     const double distanza = Lunghezza(luogo - I.Centro - centro);
     if (!(distanza < vicino)) continue;
     vicino = distanza;
-    Moto.Centro = static_cast<int>(i);
+    nominato.Punto = static_cast<int>(i);
   }
+  return nominato;
+}
+
+void Frase::NominaCentri() {
+  const Posto primo = CentroDi(C.Ruota ? C.Rotazione : C.Scala);
+  Moto.Centro = Nomina(primo);
+  if (!C.Ruota || !C.Dilata || C.Spirale) return;
+  const Posto secondo = CentroDi(C.Scala);
+  const double stesso = kNulla * (Raggio + Lunghezza(primo) + Lunghezza(secondo));
+  if (Lunghezza(secondo - primo) > stesso) Moto.CentroScala = Nomina(secondo);
 }
 
 // Whether every unknown point that something observes moves.
@@ -205,10 +221,10 @@ bool Frase::TuttaLaRete() const {
   return I.Nodi.size() + altri == U(S.Nodi()) && I.Nodi.size() > 1;
 }
 
-std::string Frase::Attorno(const char* preposizione) const {
-  if (Moto.Centro != kNessuno) return std::string(preposizione) + " " + Nome(R, Moto.Centro);
-  return std::string(preposizione) + " un punto in (" + NumeroFisso(Moto.CentroEst, 1) + ", " +
-         NumeroFisso(Moto.CentroNord, 1) + ")";
+std::string Frase::Presso(const char* preposizione, const CentroMoto& centro) const {
+  if (centro.Punto != kNessuno) return std::string(preposizione) + " " + Nome(R, centro.Punto);
+  return std::string(preposizione) + " un punto in (" + NumeroFisso(centro.Est, 1) + ", " +
+         NumeroFisso(centro.Nord, 1) + ")";
 }
 
 std::string Frase::Soggetto() const {
@@ -225,8 +241,12 @@ std::string Frase::Verbo() const {
                            : C.Ruota           ? "ruotare"
                                                : "dilatarsi";
   if (C.Traslazioni == 0) {
-    if (C.Spirale) return " di muoversi" + insieme + " a spirale " + Attorno("attorno a");
-    return " di " + giri + insieme + " " + Attorno(C.Ruota ? "attorno a" : "da");
+    if (C.Spirale)
+      return " di muoversi" + insieme + " a spirale " + Presso("attorno a", Moto.Centro);
+    if (Presente(Moto.CentroScala.Est))
+      return " di ruotare" + insieme + " " + Presso("attorno a", Moto.Centro) + " e di dilatarsi " +
+             Presso("da", Moto.CentroScala);
+    return " di " + giri + insieme + " " + Presso(C.Ruota ? "attorno a" : "da", Moto.Centro);
   }
   if (Moto.Punti.size() == 1) return C.Traslazioni == 1 ? " " + lungo : " in ogni direzione";
   if (!C.Ruota && !C.Dilata)
@@ -279,7 +299,7 @@ MotoLibero Frase::Componi() {
   Moto.Gradi = static_cast<int>(I.Similitudini.size());
   if (C.Traslazioni == 1)
     Moto.Azimut = AzimutRetta(C.Traslazione.TraslEst, C.Traslazione.TraslNord);
-  if (C.Traslazioni == 0) NominaCentro(CentroDi(C.Centrale));
+  if (C.Traslazioni == 0) NominaCentri();
   Moto.Tipo = C.Traslazioni > 0
                   ? (C.Ruota || C.Dilata ? TipoMoto::Rototraslazione : TipoMoto::Traslazione)
               : C.Ruota && C.Dilata ? TipoMoto::RotazioneDilatazione
@@ -296,8 +316,7 @@ std::string ElencoPunti(const Risultati& r, const std::vector<int>& punti) {
   std::string testo;
   for (std::size_t i = 0; i < std::min(punti.size(), kNominati); ++i)
     testo += (i == 0 ? "" : ", ") + Nome(r, punti[i]);
-  if (punti.size() > kNominati)
-    testo += " (e altri " + std::to_string(punti.size() - kNominati) + ")";
+  if (punti.size() > kNominati) testo += " (" + EAltri(punti.size() - kNominati) + ")";
   return testo;
 }
 

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <numbers>
 #include <string>
 
 #include "host/numeri.h"
@@ -19,6 +20,7 @@
 
 namespace {
 
+constexpr double kMezzoGiroGradi = 180.0;
 constexpr double kRaggioSimbolo = 6.0, kRaggioStazione = 9.0;  // [pixel]
 // Beyond these numbers the page would become slow: sights are then drawn as a few paths without
 // text of their own, points without names and ellipses.
@@ -58,6 +60,7 @@ class Disegno {
   void ScriviVisuali();
   void ScriviVisuale(const VisualeUnica& v);
   void ScriviVisualiInsieme();
+  void ScriviFreccia(const VisualeUnica& v);
   void ScriviEllissi(std::string_view strato, double fattore, std::string_view nome);
   void ScriviPunti();
   void ScriviEtichette();
@@ -140,12 +143,29 @@ void Disegno::ScriviVisualiInsieme() {
     P << "<path class=\"" << stile << "\" d=\"" << tratti << "\"/>\n";
 }
 
+// On a sight that was observed from one end only, towards the other one; beyond the middle, where
+// the mark of a large w is.
+void Disegno::ScriviFreccia(const VisualeUnica& v) {
+  if (v.Reciproca() || !Usata(v)) return;
+  constexpr double kPosto = 0.64;       // part of the sight
+  constexpr double kLatoMinimo = 48.0;  // a shorter sight has no room between its symbols [pixel]
+  const RisultatoPunto &a = Punto(v.Da), &b = Punto(v.A);
+  const double x = Q.X(a.Est), y = Q.Y(a.Nord), dx = Q.X(b.Est) - x, dy = Q.Y(b.Nord) - y;
+  if (std::hypot(dx, dy) < kLatoMinimo * E.Riduzione * Q.MetriPerPixel) return;
+  const double gradi = std::atan2(dy, dx) / std::numbers::pi * kMezzoGiroGradi;
+  P << "<g class=\"p\" transform=\"" << InPixel(x + kPosto * dx, y + kPosto * dy, E.Riduzione)
+    << "rotate(" << NumeroFisso(gradi, 1) << ")\"><use class=\"fr fr"
+    << std::to_string(static_cast<int>(ClasseDi(v.WMassimo))) << "\" href=\"#fr\"/></g>\n";
+}
+
 void Disegno::ScriviVisuali() {
   P << "<g class=\"visuali\">\n";
-  if (ConVisualiSingole())
+  if (ConVisualiSingole()) {
     for (const VisualeUnica& v : E.Visuali) ScriviVisuale(v);
-  else
+    for (const VisualeUnica& v : E.Visuali) ScriviFreccia(v);
+  } else {
     ScriviVisualiInsieme();
+  }
   P << "<g class=\"segni\">\n";
   for (const VisualeUnica& v : E.Visuali) {
     const ClasseW classe = ClasseDi(v.WMassimo);
@@ -261,7 +281,10 @@ void Disegno::ScriviLegenda() {
   voce("<path class=\"v v0\" d=\"M-20 0H20\"/>", "direzione e distanza");
   voce("<path class=\"v v0 vd\" d=\"M-20 0H20\"/>", "sola direzione");
   voce("<path class=\"v v0 vs\" d=\"M-20 0H20\"/>", "sola distanza");
-  voce("<path class=\"v v0 vv\" d=\"M-20 0H20\"/>", "nei due versi");
+  voce("<path class=\"v v0 vv\" d=\"M-20 0H20\"/>", "osservata nei due versi");
+  if (ConVisualiSingole())
+    voce("<path class=\"v v0\" d=\"M-20 0H20\"/><use class=\"fr\" href=\"#fr\"/>",
+         "osservata in un verso solo, dalla stazione al punto");
   voce("<path class=\"v vn\" d=\"M-20 0H20\"/>", "non usata");
   voce("<path class=\"v v0\" d=\"M-20 0H20\"/>", "|w| massimo sotto 2");
   voce("<path class=\"v v1\" d=\"M-20 0H20\"/><use href=\"#w1\"/>", "|w| da 2 a 3.29");
@@ -285,7 +308,8 @@ void Disegno::ScriviNote() {
       << std::to_string(E.Lontani) << ".</p>\n";
   if (!ConVisualiSingole())
     P << "<p>Le visuali sono " << std::to_string(E.Visuali.size())
-      << ": sono disegnate tutte, ma senza la scritta che compare sotto il puntatore.</p>\n";
+      << ": sono disegnate tutte, ma senza frecce e senza la scritta che compare sotto il "
+         "puntatore.</p>\n";
   if (E.Punti.size() > kPuntiCompleti)
     P << "<p>I punti sono " << std::to_string(E.Punti.size())
       << ": sono disegnati senza nomi e senza ellissi; gli uni e le altre sono nelle "
@@ -300,6 +324,7 @@ void Disegno::ScriviNote() {
 constexpr std::string_view kDefinizioni =
     "<defs><path id=\"pf\" d=\"M0 -6.5L6 4.5H-6Z\"/><circle id=\"pc\" r=\"4.5\"/>"
     "<circle id=\"pi\" r=\"4.5\"/><path id=\"pn\" d=\"M-4.5 -4.5L4.5 4.5M-4.5 4.5L4.5 -4.5\"/>"
+    "<path id=\"fr\" d=\"M7 0L-5 4.5L-2.5 0L-5 -4.5Z\"/>"
     "<circle id=\"ps\" r=\"8.5\"/><path id=\"w1\" d=\"M0 -6L6 0L0 6L-6 0Z\"/>"
     "<g id=\"w2\"><path d=\"M0 -8L8 0L0 8L-8 0Z\"/><path d=\"M0 -4V1M0 3V4.5\"/></g></defs>\n";
 

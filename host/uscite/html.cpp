@@ -81,8 +81,8 @@ void ScriviElenco(Pagina& p, std::string_view titolo, const std::vector<std::str
 void ScriviRapporto(Pagina& p, std::string_view rapporto) {
   p << "<section id=\"rapporto\">\n<h2>Rapporto completo</h2>\n";
   if (rapporto.size() > kRapportoMassimo) {
-    p << "<p>Il rapporto di questa rete è troppo lungo per questa pagina: è nel file di "
-         "testo.</p>\n";
+    p << "<p>Il rapporto di questa rete è troppo lungo per questa pagina: in un file di testo "
+         "si ottiene con l'opzione -o.</p>\n";
   } else {
     p << "<pre tabindex=\"0\" aria-label=\"Rapporto completo\">";
     constexpr std::size_t kPezzo = std::size_t{1} << 16;
@@ -100,20 +100,22 @@ void ScriviRapporto(Pagina& p, std::string_view rapporto) {
 
 // In JSON a "<" stands only inside a text, where it may be written by its code: no tag can end the
 // block.
-void ScriviDati(Pagina& p, const Risultati& r) {
+void ScriviDati(Pagina& p, const Documento& documento) {
+  const Risultati& r = documento.Esiti;
   if (r.Equazioni.size() > kEquazioniDati) {
     p << "<p>I dati per altri programmi non sono in questa pagina, perché la rete è grande: si "
          "ottengono in un file JSON con l'opzione --json.</p>\n";
     return;
   }
   p << "<script type=\"application/json\" id=\"dati\">\n";
-  ScriviJson(r, [&](std::string_view pezzo) {
+  const auto scrivi = [&](std::string_view pezzo) {
     for (std::size_t fine; (fine = pezzo.find('<')) != std::string_view::npos;) {
       p << pezzo.substr(0, fine) << "\\u003c";
       pezzo.remove_prefix(fine + 1);
     }
     p << pezzo;
-  });
+  };
+  ScriviJson(r, scrivi, {documento.Messaggi, documento.Note});
   p << "</script>\n";
 }
 
@@ -125,7 +127,7 @@ void ScriviHtml(const Documento& documento, const std::function<void(std::string
   ScriviInizio(p, documento);
   ScriviTestata(p, documento);
   p << kIndice << "<main>\n";
-  ScriviEsito(p, r);
+  ScriviEsito(p, documento);
   p << "<section id=\"rete\">\n<h2>Disegno della rete</h2>\n";
   ScriviDisegno(p, r);
   p << "</section>\n<section id=\"tabelle\">\n<h2>Tabelle</h2>\n";
@@ -136,7 +138,7 @@ void ScriviHtml(const Documento& documento, const std::function<void(std::string
   p << "</section>\n" << kGlossario << kFirma;
   ScriviRapporto(p, documento.Rapporto);
   p << "</main>\n";
-  ScriviDati(p, r);
+  ScriviDati(p, documento);
   p << "<script>" << kScript << "</script>\n</body>\n</html>\n";
   p.Concludi();
 }

@@ -54,6 +54,8 @@ stroke-linejoin:round}
 .v1{stroke:var(--segno)}.v2{stroke:var(--rosso)}.vn{stroke:var(--tenue);stroke-width:1px;
 stroke-dasharray:2 6}
 path.v:hover{stroke-width:4px}
+.fr{fill:var(--blu);stroke:var(--fondo);stroke-width:.8px;pointer-events:none}
+.fr1{fill:var(--segno)}.fr2{fill:var(--rosso)}
 .ell ellipse,.l1{fill:none;stroke:var(--verde);stroke-width:1.5px;
 vector-effect:non-scaling-stroke}
 .ell95 ellipse,.l95{fill:none;stroke:var(--verde);stroke-width:1.5px;stroke-dasharray:6 3;

@@ -9,6 +9,6 @@
 extern const std::string_view kStile;
 extern const std::string_view kScript;
 inline constexpr std::string_view kImprontaStile =
-    "IxJKmVr5SDntu7iIDj6k6D4uWtUVN1zRy/Cdj+8ldNs=";
+    "WRbDnWiUCX843rfggrfzP3YUHK0n35dEfn4zhdXPwvg=";
 inline constexpr std::string_view kImprontaScript =
     "kH82peqsH3HqHb4mBudM/c/NVml3GlwVl3Jyjd7YNDY=";

@@ -14,6 +14,7 @@
 #include "host/numeri.h"
 #include "host/sommario.h"
 #include "host/statistica.h"
+#include "host/testi.h"
 #include "host/uscite/grandezze.h"
 #include "host/uscite/sistema_riferimento.h"
 #include "host/versione.h"
@@ -113,9 +114,10 @@ bool InPlanimetria(const Equazione& e) { return e.Tipo != TipoEquazione::Dislive
 struct Conteggi {
   std::array<int, 3> PerTipo{};
   int Sospette = 0, NonControllate = 0;
+  int Avvisi = 0;  // warnings that concern the adjustment
 };
 
-Conteggi Conta(const Risultati& r, bool planimetria) {
+Conteggi ContaEquazioni(const Risultati& r, bool planimetria) {
   Conteggi c;
   for (const Equazione& e : r.Equazioni) {
     if (InPlanimetria(e) != planimetria) continue;
@@ -160,10 +162,6 @@ std::string TestoSigma(const RisultatoCompensazione& c, bool planimetria, bool p
   return NumeroFisso(c.SigmaZeroRapporto, kDecimaliPla) + " (a priori 1)";
 }
 
-std::string Plurale(int n, std::string_view uno, std::string_view piu) {
-  return std::to_string(n) + " " + std::string(n == 1 ? uno : piu);
-}
-
 void ScriviW(Pagina& p, const Risultati& r, const RisultatoCompensazione& c, const Conteggi& n) {
   if (c.EquazioneWMassimo != kNessuno) {
     const Equazione& e = r.Equazioni[static_cast<std::size_t>(c.EquazioneWMassimo)];
@@ -173,25 +171,25 @@ void ScriviW(Pagina& p, const Risultati& r, const RisultatoCompensazione& c, con
   Voce(p, "Osservazioni non controllate", std::to_string(n.NonControllate) + " (r sotto 0.1)");
   if (c.Ridondanza() > 0 && std::sqrt(c.Ridondanza()) < kWSospetta)
     Voce(p, "Attenzione",
-         "con " + Plurale(c.Ridondanza(), "grado", "gradi") +
-             " di libertà nessun |w| può superare " + NumeroFisso(std::sqrt(c.Ridondanza()), 2) +
+         "con " + Conta(c.Ridondanza(), "grado", "gradi") + " di libertà nessun |w| può superare " +
+             NumeroFisso(std::sqrt(c.Ridondanza()), 2) +
              ": la soglia 3.29 non può segnalare errori grossolani");
 }
 
 void ScriviConteggi(Pagina& p, const RisultatoCompensazione& c, const Conteggi& n,
                     bool planimetria) {
   Voce(p, "Punti",
-       Plurale(c.Fissi, "fisso", "fissi") + ", " + Plurale(c.Incogniti, "incognito", "incogniti") +
-           ", " + Plurale(c.NonUsati, "non usato", "non usati"));
+       Conta(c.Fissi, "fisso", "fissi") + ", " + Conta(c.Incogniti, "incognito", "incogniti") +
+           ", " + Conta(c.NonUsati, "non usato", "non usati"));
   if (c.Compiuta())
     Voce(p, "Osservazioni",
-         planimetria ? Plurale(n.PerTipo[0], "angolo", "angoli") + ", " +
-                           Plurale(n.PerTipo[1], "distanza", "distanze")
-                     : Plurale(n.PerTipo[2], "dislivello", "dislivelli"));
+         planimetria ? Conta(n.PerTipo[0], "angolo", "angoli") + ", " +
+                           Conta(n.PerTipo[1], "distanza", "distanze")
+                     : Conta(n.PerTipo[2], "dislivello", "dislivelli"));
   if (c.Contate())
     Voce(p, "Gradi di libertà",
-         std::to_string(c.Ridondanza()) + " (" + Plurale(c.Equazioni, "equazione", "equazioni") +
-             ", " + Plurale(c.Incognite, "incognita", "incognite") + ")");
+         std::to_string(c.Ridondanza()) + " (" + Conta(c.Equazioni, "equazione", "equazioni") +
+             ", " + Conta(c.Incognite, "incognita", "incognite") + ")");
   if (!planimetria) {
     if (c.Compiuta()) Voce(p, "Iterazioni", "nessuna: le equazioni sono lineari");
     return;
@@ -204,12 +202,39 @@ void ScriviConteggi(Pagina& p, const RisultatoCompensazione& c, const Conteggi& 
   Voce(p, "Iterazioni", testo);
 }
 
+// What a warning says where it concerns one of the two adjustments only.
+constexpr std::array<std::string_view, 5> kDiPlanimetria = {
+    "planimetria", "angolo in ", "distanza da ", "direzione ", "coordinate approssimate a "};
+constexpr std::array<std::string_view, 3> kDiAltimetria = {"altimetria", "dislivello da ",
+                                                           " senza quota: "};
+
+// A warning that speaks of neither concerns both.
+bool Riguarda(const std::string& avviso, bool planimetria) {
+  constexpr std::string_view kParola = ": avviso: ";  // after the name of a file, any name
+  const std::size_t parola = avviso.find(kParola);
+  const std::size_t inizio = parola == std::string::npos ? 0 : parola + kParola.size();
+  const auto nominata = [&](std::string_view che) {
+    return avviso.find(che, inizio) != std::string::npos;
+  };
+  const bool pla = std::ranges::any_of(kDiPlanimetria, nominata);
+  const bool alt = std::ranges::any_of(kDiAltimetria, nominata);
+  return pla == alt || (planimetria ? pla : alt);
+}
+
+int ContaAvvisi(const std::vector<std::string>& messaggi, bool planimetria) {
+  return static_cast<int>(std::ranges::count_if(
+      messaggi, [&](const std::string& avviso) { return Riguarda(avviso, planimetria); }));
+}
+
+// Green is what leaves nothing to look at.
 Stato StatoDi(const RisultatoCompensazione& c, const TestGlobale& t, const Conteggi& n,
               bool planimetria) {
   if (c.Fine == Esito::NonRichiesta) return Stato::Nessuno;
-  if (!c.Compiuta() || c.Fine == Esito::NonConvergente || c.GradiLiberi > 0) return Stato::Male;
-  const bool bene =
-      n.Sospette == 0 && c.Ridondanza() > 0 && (!planimetria || !t.Possibile || t.Superato);
+  if (!c.Compiuta() || c.Fine == Esito::NonConvergente || c.GradiLiberi > 0 || c.NienteCalcolato())
+    return Stato::Male;
+  const bool bene = n.Sospette == 0 && n.NonControllate == 0 && n.Avvisi == 0 &&
+                    c.PuntiNonCalcolati.empty() && c.Ridondanza() > 0 &&
+                    (!planimetria || !t.Possibile || t.Superato);
   return bene ? Stato::Bene : Stato::Attenzione;
 }
 
@@ -224,16 +249,18 @@ void ScriviMoti(Pagina& p, const RisultatoCompensazione& c) {
     p << "<p>E altri: in tutto " << std::to_string(c.GradiLiberi) << " moti indipendenti.</p>\n";
 }
 
-void ScriviScheda(Pagina& p, const Risultati& r, bool planimetria) {
+void ScriviScheda(Pagina& p, const Documento& documento, bool planimetria) {
+  const Risultati& r = documento.Esiti;
   const RisultatoCompensazione& c = planimetria ? r.Planimetria : r.Altimetria;
-  const Conteggi conteggi = Conta(r, planimetria);
+  Conteggi conteggi = ContaEquazioni(r, planimetria);
+  conteggi.Avvisi = ContaAvvisi(documento.Messaggi, planimetria);
   const TestGlobale prova = planimetria ? Prova(r) : TestGlobale{};
   const Stato stato = StatoDi(c, prova, conteggi, planimetria);
   p << "<section class=\"scheda " << AspettoDi(stato).Classe
     << "\">\n<h3><span class=\"icona\" aria-hidden=\"true\">" << AspettoDi(stato).Icona
     << "</span> " << (planimetria ? "Planimetria: " : "Altimetria: ");
   p.Testo(TestoEsito(r, c));
-  if (c.Fine == Esito::Riuscita && stato == Stato::Attenzione) p << ", da controllare";
+  if (stato == Stato::Attenzione && c.PuntiNonCalcolati.empty()) p << ", da controllare";
   p << "</h3>\n";
   if (c.Fine == Esito::NonRichiesta) {
     p << "</section>\n";
@@ -253,6 +280,9 @@ void ScriviScheda(Pagina& p, const Risultati& r, bool planimetria) {
     ScriviW(p, r, c, conteggi);
   }
   ScriviConteggi(p, c, conteggi, planimetria);
+  if (conteggi.Avvisi > 0)
+    p << "<div><dt>Avvisi</dt><dd><a href=\"#messaggi\">"
+      << Conta(conteggi.Avvisi, "avviso", "avvisi") << "</a> da leggere</dd></div>\n";
   p << "</dl>\n</section>\n";
 }
 
@@ -281,11 +311,11 @@ void ScriviTestata(Pagina& p, const Documento& documento) {
   p << "</dl>\n</header>\n";
 }
 
-void ScriviEsito(Pagina& p, const Risultati& r) {
+void ScriviEsito(Pagina& p, const Documento& documento) {
   p << "<section id=\"esito\">\n<h2>Esito</h2>\n<div class=\"schede\">\n";
-  ScriviScheda(p, r, true);
-  ScriviScheda(p, r, false);
+  ScriviScheda(p, documento, true);
+  ScriviScheda(p, documento, false);
   p << "</div>\n</section>\n<section id=\"opzioni\">\n<h2>Opzioni e convenzioni</h2>\n";
-  ScriviOpzioni(p, r);
+  ScriviOpzioni(p, documento.Esiti);
   p << kConvenzioni << "</section>\n";
 }

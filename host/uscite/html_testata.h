@@ -9,4 +9,4 @@
 std::string TitoloDocumento(const Documento& documento);
 
 void ScriviTestata(Pagina& pagina, const Documento& documento);
-void ScriviEsito(Pagina& pagina, const Risultati& risultati);
+void ScriviEsito(Pagina& pagina, const Documento& documento);

@@ -35,7 +35,12 @@ constexpr std::string_view kIgm95 =
     R"(DATUM["Istituto_Geografico_Militaire_1995",SPHEROID["GRS 1980",6378137,298.257222101,)"
     R"(AUTHORITY["EPSG","7019"]],AUTHORITY["EPSG","6670"]])";
 
-constexpr std::array<Geografico, 5> kGeografici{{{4265, "Monte Mario", kMonteMario},
+constexpr std::string_view kWgs84 =
+    R"(DATUM["WGS_1984",SPHEROID["WGS 84",6378137,298.257223563,AUTHORITY["EPSG","7030"]],)"
+    R"(AUTHORITY["EPSG","6326"]])";
+
+constexpr std::array<Geografico, 6> kGeografici{{{4326, "WGS 84", kWgs84},
+                                                 {4265, "Monte Mario", kMonteMario},
                                                  {4230, "ED50", kEd50},
                                                  {6706, "RDN2008", kRdn2008},
                                                  {4258, "ETRS89", kEtrs89},
@@ -60,7 +65,7 @@ constexpr int kFalsoEstEst = 2520000;
 constexpr int kGaussBoagaOvest = 3003;
 constexpr int kGaussBoagaEst = 3004;
 
-constexpr std::array<Piano, 19> kPiani{{
+constexpr std::array<Piano, 23> kPiani{{
     {kGaussBoagaOvest, "Monte Mario / Italy zone 1", 4265, 9, kScalaUtm, kFalsoEstOvest},
     {kGaussBoagaEst, "Monte Mario / Italy zone 2", 4265, 15, kScalaUtm, kFalsoEstEst},
     {23032, "ED50 / UTM zone 32N", 4230, 9, kScalaUtm, kFalsoEstUtm},
@@ -78,6 +83,10 @@ constexpr std::array<Piano, 19> kPiani{{
     {6876, "RDN2008 / Zone 12 (N-E)", 6706, 12, 1, 3000000, Assi::NordEst},
     {25832, "ETRS89 / UTM zone 32N", 4258, 9, kScalaUtm, kFalsoEstUtm},
     {25833, "ETRS89 / UTM zone 33N", 4258, 15, kScalaUtm, kFalsoEstUtm},
+    {25834, "ETRS89 / UTM zone 34N", 4258, 21, kScalaUtm, kFalsoEstUtm},
+    {32632, "WGS 84 / UTM zone 32N", 4326, 9, kScalaUtm, kFalsoEstUtm},
+    {32633, "WGS 84 / UTM zone 33N", 4326, 15, kScalaUtm, kFalsoEstUtm},
+    {32634, "WGS 84 / UTM zone 34N", 4326, 21, kScalaUtm, kFalsoEstUtm},
     {3064, "IGM95 / UTM zone 32N", 4670, 9, kScalaUtm, kFalsoEstUtm},
     {3065, "IGM95 / UTM zone 33N", 4670, 15, kScalaUtm, kFalsoEstUtm},
 }};
@@ -119,11 +128,17 @@ std::string Wkt(const Piano& piano) {
   return wkt + Autorita(piano.Codice) + "]";
 }
 
+// Null for a code outside the table.
+const Piano* Cerca(int codice) {
+  for (const Piano& piano : kPiani)
+    if (piano.Codice == codice) return &piano;
+  return nullptr;
+}
+
 // falsoEst is the one that the coordinates show, 0 if they show none.
 SistemaRiferimento DiCodice(int codice, double falsoEst, std::string nota) {
-  const auto piano = std::find_if(kPiani.begin(), kPiani.end(),
-                                  [&](const Piano& x) { return x.Codice == codice; });
-  if (piano == kPiani.end()) return {codice, "EPSG:" + std::to_string(codice), "", std::move(nota)};
+  const Piano* piano = Cerca(codice);
+  if (piano == nullptr) return {codice, "EPSG:" + std::to_string(codice), "", std::move(nota)};
   if (falsoEst > 0.0 && falsoEst != piano->FalsoEst)
     nota += "; attenzione: le coordinate hanno un falso Est di " + NumeroBreve(falsoEst) +
             " m, il codice di " + std::to_string(piano->FalsoEst) + " m";
@@ -153,10 +168,21 @@ SistemaRiferimento DaFalsoEst(double falsoEst) {
 
 }  // namespace
 
+GenereCodice GenereDi(int epsg) {
+  if (epsg <= 0 || std::find(kNonPiani.begin(), kNonPiani.end(), epsg) != kNonPiani.end())
+    return GenereCodice::NonPiano;
+  return Cerca(epsg) == nullptr ? GenereCodice::Ignoto : GenereCodice::Piano;
+}
+
+PianoNoto PianoDi(int epsg) {
+  const Piano* piano = Cerca(epsg);
+  return {piano->Nome, static_cast<double>(piano->FalsoEst)};
+}
+
 SistemaRiferimento RiconosciSistema(const Risultati& r) {
   const std::optional<int> dato = r.DatiProgetto.Epsg;
   if (!dato) return DaFalsoEst(r.FalsoEst);
-  if (*dato > 0 && std::find(kNonPiani.begin(), kNonPiani.end(), *dato) == kNonPiani.end())
+  if (GenereDi(*dato) != GenereCodice::NonPiano)
     return DiCodice(*dato, r.FalsoEst, "codice dato dal file della rete");
   return {0, std::string(kNomeIgnoto), "",
           "il codice EPSG " + std::to_string(*dato) +

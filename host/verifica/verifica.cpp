@@ -8,6 +8,7 @@
 #include <iterator>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "host/approssimate/approssimate.h"
 #include "host/approssimate/visuali.h"
@@ -90,12 +91,19 @@ std::string Osservazioni(const Rete& rete) {
   return tipi.empty() ? testo : testo + " (" + tipi + ")";
 }
 
+std::string TestoMancanti(const Collegamento& c) {
+  return Conta(c.Mancanti, "punto incognito", "punti incogniti");
+}
+
 std::string TestoCollegamento(const Collegamento& c) {
   if (!c.Richiesto) return "non richiesta";
   if (c.Gruppi.empty()) return "nessun punto vi entra";
-  std::string testo = c.Gruppi.size() == 1
-                          ? "tutti i punti collegati"
-                          : std::to_string(c.Gruppi.size()) + " gruppi di punti separati";
+  std::string testo;
+  if (c.Mancanti > 0)
+    testo = TestoMancanti(c) + (c.Mancanti == 1 ? " non vi entra, " : " non vi entrano, ");
+  testo += c.Gruppi.size() > 1 ? std::to_string(c.Gruppi.size()) + " gruppi di punti separati"
+           : c.Mancanti > 0    ? "gli altri collegati"
+                               : "tutti i punti collegati";
   return testo + "; " + Conta(c.Equazioni, "equazione", "equazioni") + ", " +
          Conta(c.Incognite, "incognita", "incognite") + ", " +
          Conta(c.GradiLiberta(), "grado", "gradi") + " di libertà";
@@ -117,7 +125,7 @@ std::string TestoApprossimate(const EsitoApprossimate& esito) {
     for (std::size_t i = 0; i < std::min(righe.size(), kNoteMostrate); ++i)
       testo += "  " + righe[i] + "\n";
     if (righe.size() > kNoteMostrate)
-      testo += "  e altre " + std::to_string(righe.size() - kNoteMostrate) + "\n";
+      testo += "  " + EAltri(righe.size() - kNoteMostrate, Genere::Femminile) + "\n";
   };
   if (!esito.Note.empty()) {
     testo += "\nCoordinate approssimate che verrebbero calcolate\n";
@@ -150,16 +158,27 @@ void Accoda(Rilievi& tutti, Rilievi altri) {
   std::move(altri.begin(), altri.end(), std::back_inserter(tutti));
 }
 
-std::string Verdetto(const std::vector<std::string>& ostacoli, std::size_t rilievi) {
+// "12 punti incogniti in planimetria e 3 punti incogniti in altimetria"
+std::string Esclusi(const Connessione& connessione) {
   std::string testo;
+  for (const auto& [nome, c] : {std::pair(" in planimetria", &connessione.Pla),
+                                std::pair(" in altimetria", &connessione.Alt)})
+    if (c->Mancanti > 0) testo += (testo.empty() ? "" : " e ") + TestoMancanti(*c) + nome;
+  return testo;
+}
+
+std::string Verdetto(const std::vector<std::string>& ostacoli, const Connessione& connessione,
+                     std::size_t rilievi) {
+  std::string testo = "la rete non si può compensare così com'è";
   if (ostacoli.empty()) {
-    testo = "la rete si può compensare";
+    const std::string esclusi = Esclusi(connessione);
+    testo = esclusi.empty() ? "la rete si può compensare"
+                            : "la rete si compensa solo in parte, senza " + esclusi;
     if (rilievi > 0)
       testo += rilievi == 1 ? "; un rilievo da guardare prima"
                             : "; " + std::to_string(rilievi) + " rilievi da guardare prima";
-    return Riga("Verdetto", testo);
   }
-  testo = Riga("Verdetto", "la rete non si può compensare così com'è");
+  testo = Riga("Verdetto", testo);
   for (const std::string& o : ostacoli) testo += std::string(kColonna, ' ') + o + "\n";
   return testo;
 }
@@ -199,9 +218,11 @@ Stato Verifica(const OpzioniVerifica& opzioni) {
   testo += Riga("Chiusure", TestoChiusure(chiusure));
   testo += TestoApprossimate(approssimate);
   if (!rilievi.empty()) testo += "\nRilievi\n" + TestoRilievi(rete, rilievi);
-  testo += "\n" + Verdetto(ostacoli, rilievi.size());
+  testo +=
+      "\n" + Verdetto(ostacoli, connessione, rilievi.size() + approssimate.NonRaggiunti.size());
   FileSicuro uscita("-");
   uscita.Scrivi(testo);
   uscita.Conferma();
-  return ostacoli.empty() ? kStatoRiuscito : kStatoNonCompensata;
+  const bool intera = connessione.Pla.Mancanti + connessione.Alt.Mancanti == 0;
+  return ostacoli.empty() && intera ? kStatoRiuscito : kStatoNonCompensata;
 }

@@ -114,6 +114,16 @@ const Svista kPrima[] = {
      2, "punto \"P104\": Est e Nord sembrano scambiati: est 5131871.452"},
     {kCarta, [](Rete& r) { r.Punti[3].Est += 1e6; },
      2, "punto \"P104\": est 2569849.360: non è nel fuso Gauss-Boaga Ovest"},
+    {kCarta, [](Rete& r) { r.DatiProgetto.Epsg = 7791; },
+     1, "epsg: 7791 (RDN2008 / UTM zone 32N) ha un falso Est di 500000 m, ma le coordinate sono"},
+    {kCarta, [](Rete& r) { r.DatiProgetto.Epsg = 7794, r.Opzioni.Cartografiche = 0;
+     OgniPunto(r, [](auto& p) { p.Est += 5.5e6; }); }, 0, ""},
+    {kCarta, [](Rete& r) { r.DatiProgetto.Epsg = 32632, r.Opzioni.Cartografiche = 0;
+     OgniPunto(r, [](auto& p) { p.Est += 1.5e6; }); }, 1, "(per il fuso 12 epsg = 7795)"},
+    {kCarta, [](Rete& r) { r.DatiProgetto.Epsg = 3004; }, 1, "(per Gauss-Boaga Ovest epsg = 3003)"},
+    {kCarta, [](Rete& r) { r.DatiProgetto.Epsg = 4326; }, 1, "4326 non è il codice di un sistema"},
+    {kCarta, [](Rete& r) { r.DatiProgetto.Epsg = 99999; }, 1, "99999 non è tra i codici che"},
+    {kLocale, [](Rete& r) { r.DatiProgetto.Epsg = 32633; }, 1, "stanno in Italia (punto \"P101"},
     {kCarta, [](Rete& r) { r.Punti[3].Nord -= 4e6; },
      2, "punto \"P104\": nord 1131871.452, fuori da 3.9"},
     {kCarta, [](Rete& r) { r.Opzioni.TipoCalcolo = 1;

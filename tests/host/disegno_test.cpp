@@ -15,9 +15,9 @@ int Quante(const std::string& testo, const std::string& pezzo) {
   return n;
 }
 
-std::string Pagina(const Risultati& r) {
+std::string Pagina(const Risultati& r, std::vector<std::string> avvisi = {}) {
   std::string html;
-  ScriviHtml({r, "", {}, {}, "", {}}, [&](std::string_view pezzo) { html += pezzo; });
+  ScriviHtml({r, "", std::move(avvisi), {}, "", {}}, [&](std::string_view pezzo) { html += pezzo; });
   return html;
 }
 
@@ -93,6 +93,11 @@ TEST(Disegno, Visuali) {
     EXPECT_EQ(Quante(html, classi + "\" d=\"M" + linea + "\"><title>" + parole), 1) << parole;
     EXPECT_EQ(Quante(html, "translate(430.0 430.0)scale(1.00000)\"><use href=\"#w"),
               Quante(classi, "1") + Quante(classi, "2"));
+    const bool freccia = Quante(classi, "vv") + Quante(classi, "vn") == 0;
+    const std::string verso = parole[0] == 'A' ? "translate(550.4 430.0)scale(1.00000)rotate(0.0)"
+                                               : "translate(309.6 430.0)scale(1.00000)rotate(180.0)";
+    EXPECT_EQ(Quante(html, verso + "\"><use class=\"fr fr"), freccia) << parole;
+    EXPECT_EQ(Quante(html, "#fr\""), 1 + freccia) << parole;
   }
 }
 
@@ -114,6 +119,37 @@ TEST(PaginaAMano, CorrezioniETestGlobale) {
   }
 }
 
+// Green only where nothing is left to look at.
+TEST(PaginaAMano, ColoreDellEsito) {
+  using Mano = void (*)(Risultati&);
+  const Mano niente = [](Risultati&) {};
+  const std::tuple<const char*, const char*, Mano> casi[] = {
+      {"bene\">", "", niente},
+      {"bene\">", "planimetria.toml:1:1: avviso: \"A\": escluso dall'altimetria", niente},
+      {"bene\">", "dislivello da \"A\" a \"B\": W 5", niente},
+      {"attenzione\">", "angolo in \"A\" da \"B\" a \"C\": W 5", niente},
+      {"attenzione\">", "r.toml: avviso: planimetria: ridondanza 1", niente},
+      {"attenzione\">", "r.toml: avviso: il nome", niente},
+      {"attenzione\">", "", [](Risultati& r) { r.Equazioni[0].Ridondanza = 0.05; }},
+      {"attenzione\">", "", [](Risultati& r) { r.Equazioni[0].W = 3.3; }},
+      {"attenzione\">", "", [](Risultati& r) { r.Planimetria.SigmaZeroRapporto = 2; }},
+      {"attenzione\">", "", [](Risultati& r) { r.Planimetria.PuntiNonCalcolati = {2}; }},
+      {"male\">", "", [](Risultati& r) {
+         r.Planimetria.PuntiNonCalcolati = {2}, r.Planimetria.Incogniti = 0;
+       }}};
+  for (const auto& [classe, avviso, cambia] : casi) {
+    Risultati r = Triangolo();
+    r.Planimetria.Incogniti = 1;
+    r.Stazioni = {{.Punto = 0, .Osservazioni = {{.Punto = 1}, {.Punto = 2}}}};
+    r.Equazioni = {{.Stazione = 0, .Osservazione = 1, .Riferimento = 0, .SqmPriori = 0.001,
+                    .Ridondanza = 0.5}};
+    cambia(r);
+    std::vector<std::string> avvisi;
+    if (*avviso != 0) avvisi = {avviso};
+    EXPECT_EQ(Quante(Pagina(r, avvisi), std::string("scheda ") + classe), 1) << classe << avviso;
+  }
+}
+
 // UTM: the central meridian of zone z is 6 z - 183 degrees from Greenwich.
 TEST(Sistema, Scelta) {
   const std::tuple<std::optional<int>, double, int, const char*> casi[] = {
@@ -121,7 +157,8 @@ TEST(Sistema, Scelta) {
       {{}, 2.52e6, 3004, "Est riconosciuto dal falso Est"},
       {{}, 5e5, 0, "il fuso non si può sapere"}, {{}, 0, 0, "manca epsg"},
       {4326, 1.5e6, 0, "EPSG 4326 del file"}, {-1, 0, 0, "EPSG -1 del file"},
-      {32632, 5e5, 32632, "EPSG:32632; codice dato dal file della rete|"},
+      {31468, 5e5, 31468, "EPSG:31468; codice dato dal file della rete|"},
+      {32632, 5e5, 32632, "_1984\",SPHEROID[\"WGS 84\",6378137,298.257223563,AUTHORITY"},
       {3003, 1.5e6, 3003, "Italy zone 1; codice dato dal file della rete|PROJCS"},
       {3003, 2.52e6, 3003, "un falso Est di 2520000 m, il codice di 1500000 m|PROJCS"},
       {6709, 5e5, 6709, "nelle geometrie x resta l'Est e y il Nord|PROJCS"},

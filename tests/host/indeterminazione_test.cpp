@@ -7,7 +7,7 @@
 #include <sstream>
 
 #include "host/calcolo.h"
-#include "host/indeterminazione/moti.h"
+#include "host/indeterminazione/parole.h"
 #include "host/rapporto.h"
 
 namespace {
@@ -87,6 +87,10 @@ const struct {
      {R"(i punti "P", "Q", "R" liberi di muoversi insieme, ciascuno a suo modo ("P" lungo 169.5)"}},
     {"A: Bd Ps Qs P: Qs R: Ps Ts T: Us P: Us Ts B: Cd", "ABC", kPla,
      {R"(rete libera di ruotare attorno a "A")", R"(i punti "R", "T", "U" liberi di ruotare)"}},
+    {"A: Bd Pd B: Ad Pd P: Ad Bd Rd Td R: Td Qd T: Rd Qd Q: Rd Td", "AB", kPla,
+     {R"(i punti "Q", "R", "T" liberi di ruotare insieme attorno a un punto in (1501881.0, )"
+      R"(5001445.8) e di dilatarsi da "P": manca un legame con un secondo punto determinato)"}},
+    {"A: Bq P: Qq Rq Sq Tq Uq", "AB", kAlt, {R"(quote di "P", "Q", "R", "S", "T" (e un altro))"}},
     {"A: Bq Cq P: Qq Rq", "ABC", kAlt, {R"(quote di "P", "Q", "R" libere di salire insieme: man)"}},
     {"P?: Aq Bq A: Cq", "ABC", kAlt, {R"(quota di "P" e altezza dello strumento in "P" libere)"}},
     {"A?: Pq B: Cq", "ABC", kAlt, {R"(altezza dello strumento in "A" e quota di "P" libere)"}},
@@ -175,6 +179,49 @@ TEST(Indeterminazione, GradiContati) {
       std::size_t corpi = 0;
       EXPECT_EQ(Conta(rete, corpi), caso.Attesi) << caso.Punti << " " << seme;
     }
+}
+
+// A triangle known in its shape that two sights or distances hold: turned and stretched about the
+// centres that are said, it leaves the observations as they are.
+TEST(Indeterminazione, CentriDetti) {
+  int diversi = 0;
+  for (unsigned seme = 0; seme < 200; ++seme) {
+    std::mt19937 motore(seme);
+    Rete rete;
+    for (int i = 0; i < 6; ++i)
+      Punto(rete, kNomi[i], motore() % 1000, motore() % 1000, i < 3 ? kFisso : kIncognito);
+    for (int i = 3; i < 6; ++i)
+      for (int k = (Stazione(rete, i), 3); k < 6; ++k)
+        if (k != i) Osserva(rete, k, true, false);
+    for (int legame = 0; legame < 2; ++legame) {
+      const int da = int(motore() % 3), a = 3 + int(motore() % 3);
+      const bool direzione = motore() % 2 == 0;
+      Stazione(rete, da);
+      if (direzione) Osserva(rete, (da + 1) % 3, true, false);
+      Osserva(rete, a, direzione, !direzione);
+    }
+    const Risultati r = RisultatiIniziali(rete);
+    const auto sistema = EquazioniPlanimetria(r, Coordinate::DelFile);
+    for (const ParteLibera& parte : CalcolaNucleo(sistema).Parti)
+      for (const MotoInsieme& m : Scomponi(sistema, parte)) {
+        const MotoLibero detto = MotoDiInsieme(r, sistema, m);
+        const bool due = Presente(detto.CentroScala.Est);
+        diversi += due;
+        if (detto.Gradi == 1 && detto.Tipo == TipoMoto::RotazioneDilatazione) continue;
+        for (const bool scala : {false, true}) {
+          if (detto.Tipo == (scala ? TipoMoto::Rotazione : TipoMoto::Dilatazione)) continue;
+          const CentroMoto& c = scala && due ? detto.CentroScala : detto.Centro;
+          Vettore moto;
+          for (const int nodo : m.Nodi) {
+            const Posto q = sistema.Luoghi[nodo] + sistema.Origine - Posto{c.Est, c.Nord};
+            moto.insert(moto.end(), {scala ? q.Est : q.Nord, scala ? q.Nord : -q.Est});
+          }
+          if (Presente(c.Est))
+            EXPECT_LT(EffettoDi(sistema, m.Nodi, moto).Relativo, 1e-6) << detto.Parole;
+        }
+      }
+  }
+  EXPECT_GT(diversi, 100);
 }
 
 // Trusses of four points, each hinged to a point of an earlier one, the first to a fixed point: one

@@ -67,6 +67,17 @@ const struct CasoStato {
      "LC_ALL=C ls", 0,
      "libert\u00e0 #1.html\nlibert\u00e0 #1.osservazioni.csv\nlibert\u00e0 #1.punti.csv\nlibert\u00e0 #1.txt\n",
      ""},
+    {"sed '/\"N\", est/s/, est.*/ },/; s/dir.* }/zenit = 90 }/' stazione_libera.toml > l; "
+     "$C l -q -o r.txt; s=$?; $C verifica l; (exit $((s * $?)))",
+     1, "planimetria: nessun punto incognito ha coordinate",
+     "l: errore: planimetria: 1 punto incognito non calcolato: \"N\""},
+    {"sed '/\"N\", est/a{ nome = \"M\" },' stazione_libera.toml > l; $C l zeman.toml -q -o d", 1,
+     "l           incompleta ", "l: errore: altimetria: 1 punto incognito non calcolato: \"M\""},
+    {"sed '/\"N\", est/a{ nome = \"M\" },' stazione_libera.toml > l; $C verifica l", 1,
+     "in parte, senza 1 punto incognito in planimetria e 1 punto incognito in altimetria", ""},
+    {"sed -E 's/^([^;]*);.*;incognito;/\\1;;;;incognito;/' zeman_punti.csv > d/zeman_punti.csv; "
+     "cp zeman.toml zeman_oss* d; cd d; $C zeman.toml -o --json; grep -c '^ *\"punto .* appros' *.json",
+     0, "80\n", "e altre 60 righe come queste, tutte nella pagina"},
     {"$C zeman.toml stazione_libera.toml --html r.html", 2, "", "serve una cartella"},
     {"$C zeman.toml ./zeman.toml", 2, "", "data due volte"},
     {"ln zeman_punti.csv a.punti.csv; cp stazione_libera.toml a.toml; $C a.toml zeman.toml --csv",
@@ -94,6 +105,8 @@ const struct CasoStato {
      "--coordinate libretto_punti_fissi.csv --epsg 3003 --cartografiche --curvatura -o d/r.toml; "
      "head -n 1 d/r.toml; diff d/r.toml libretto_di_campagna.toml | grep -c '^> [^#]'",
      0, " il 01/01/1970 con i dati di:\n4\n", ""},
+    {"$C importa libretto_di_campagna.gsi --coordinate libretto_punti_fissi.csv --epsg 7792 -o l", 0,
+     "", "progetto, epsg: 7792 (RDN2008 / UTM zone 33N) ha un falso Est di 500000 m, ma"},
     {"$C verifica libretto_di_campagna.toml", 0, "\nVerdetto:     la rete si può compensare\n", ""},
     {"$C zeman.toml -q -o r.txt --csv d && ! grep '[0-9],[0-9]' d/* && "
      "$C zeman.toml -q -o r.txt --csv d --decimali virgola && ! grep -F . d/* && echo due",

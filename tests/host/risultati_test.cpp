@@ -182,6 +182,28 @@ TEST(Risultati, Esiti) {
   }
 }
 
+// D without position or height: it counts as left out where it was asked for, and the others are
+// adjusted all the same.
+const struct {
+  const char* Punto;
+  int Calcolo;
+  std::vector<int> Pla, Alt;
+} kSenzaCoordinate[] = {{"PT D|- - 12 0 0\n", 3, {3}, {}}, {"PT D|60 -70 - 0 0\n", 2, {}, {3}},
+                        {"PT D|- - - 0 0\n", 1, {3}, {}},  {"PT D|- - - 2 2\n", 3, {}, {}},
+                        {"PT D|- - - 1 1\n", 3, {}, {}},   {"PT D|60 - - 0 2\n", 1, {3}, {}}};
+
+TEST(Risultati, PuntiNonCalcolati) {
+  for (const auto& [punto, calcolo, pla, alt] : kSenzaCoordinate) {
+    SCOPED_TRACE(punto);
+    Rapporto rapporto;
+    const Risultati r = Adatta(LeggiRete(kBase + kC + punto + kMisure).Con(calcolo, 10), rapporto);
+    EXPECT_EQ(r.Planimetria.PuntiNonCalcolati, pla);
+    EXPECT_EQ(r.Altimetria.PuntiNonCalcolati, alt);
+    EXPECT_EQ(TutteRiuscite(r), pla.empty() && alt.empty());
+    EXPECT_FALSE(r.Planimetria.NienteCalcolato() || r.Altimetria.NienteCalcolato());
+  }
+}
+
 // Where the builder leaves a station, the rows that follow still find their observations.
 TEST(Risultati, DistanzaNonRiducibile) {
   ReteProva prova = CaricaRete("fuori_centro");
