@@ -1,75 +1,11 @@
 // Warnings on plausible but wrong input: each slip is told with its numbers, what is only unusual is
 // left in peace, and the reference networks are warned about where they give cause.
 
-#include <gtest/gtest.h>
-
-#include "host/approssimate/approssimate.h"
-#include "host/avvertimenti/avvertimenti.h"
-#include "host/calcolo.h"
-#include "host/lettura_rete.h"
-#include "host/rapporto.h"
-#include "rete_prova.h"
+#include "avvertimenti_prova.h"
 
 namespace {
 
 using Mano = void (*)(Rete&);
-using Righe = std::vector<std::string>;
-
-Righe Prima(Rete& r) {
-  Diagnostica diario;
-  CalcolaApprossimate(r);
-  AvvertiPrima(r, diario);
-  return diario.Righe();
-}
-
-Righe Dopo(Rete& r) {
-  Diagnostica diario;
-  Rapporto rapporto;
-  const Risultati risultati = Compensa(r, rapporto);
-  AvvertiDopo(r, risultati, diario);
-  return diario.Righe();
-}
-
-Rete Esempio(const std::string& nome) {
-  Diagnostica lettura;
-  return *LeggiRete(CARTELLA_ESEMPI "/" + nome + ".toml", lettura);
-}
-
-Rete DaProva(const ReteProva& prova) {
-  Rete r;
-  r.NomiFile = {"prova"};
-  r.Opzioni = prova.Opzioni;
-  r.CurvaturaRifrazione = prova.DsOr;
-  r.Nomi = r.NomiAnsi = prova.Nomi;
-  r.Punti = prova.Punti;
-  r.Stazioni = prova.Stazioni;
-  r.Osservazioni = prova.Osservazioni;
-  for (std::size_t i = 0; i < r.Punti.size(); ++i) {
-    r.Punti[i].Nome = r.NomiAnsi[i];
-    r.RuoliIniziali.push_back({r.Punti[i].TipoPla, r.Punti[i].TipoAlt});
-  }
-  r.PosizioniPunti.resize(r.Punti.size());
-  r.PosizioniStazioni.resize(r.Stazioni.size());
-  for (std::size_t s = 0; s < r.Stazioni.size(); ++s) {
-    r.Stazioni[s].Osservazioni = r.Osservazioni[s];
-    r.PosizioniOsservazioni.emplace_back(r.Osservazioni[s].size());
-  }
-  return r;
-}
-
-std::string Testo(const Righe& righe) {
-  std::string testo;
-  for (const std::string& riga : righe) testo += riga + "\n";
-  return testo;
-}
-
-template <class Cosa> void OgniOss(Rete& r, Cosa cosa) {
-  for (auto& oss : r.Osservazioni) for (TOssCr& o : oss) cosa(o);
-}
-template <class Cosa> void OgniPunto(Rete& r, Cosa cosa) {
-  for (TCoorCr& p : r.Punti) cosa(p);
-}
-TOssCr& Oss(Rete& r, int i) { return r.Osservazioni[0][i]; }
 void Scambia(TCoorCr& p) { std::swap(p.Est, p.Nord); }
 
 // All distances truly of one kind, and then said to be of another.
@@ -194,10 +130,10 @@ const Svista kDopo[] = {
     {kLocale, [](Rete& r) { Oss(r, 2).Distanza += 0.4; }, 2, "W "},  // an error of another size
 };
 
-void Prova(const Svista& s, Righe (*avvisi)(Rete&)) {
+void Prova(const Svista& s, Avvisi (*avvisi)(Rete&)) {
   Rete r = Esempio(s.Nome);
   s.Guasta(r);
-  const Righe righe = avvisi(r);
+  const Avvisi righe = avvisi(r);
   EXPECT_EQ(std::ssize(righe), s.Righe) << s.Testo << "\n" << Testo(righe);
   EXPECT_NE(Testo(righe).find(s.Testo), std::string::npos) << s.Testo << "\n" << Testo(righe);
 }
@@ -217,7 +153,7 @@ const Causa kCause[] = {
 
 void ProvaBuona(const std::string& nome, Rete r) {
   EXPECT_EQ(Testo(Prima(r)), "") << nome;
-  Righe righe = Dopo(r);
+  Avvisi righe = Dopo(r);
   for (const Causa& c : kCause) {
     if (nome != c.Nome) continue;
     std::istringstream attese(c.Righe);
