@@ -4,7 +4,9 @@
 #include <set>
 
 #include "avvertimenti_prova.h"
+#include "host/avvertimenti/letture_punti.h"
 #include "host/avvertimenti/proiezione.h"
+#include "host/indeterminazione/indeterminazione.h"
 
 namespace {
 
@@ -155,6 +157,112 @@ TEST(AvvertimentiReti, TipiDiRetiNote) {
     EXPECT_EQ(Contate(righe, c.Testo != nullptr ? c.Testo : "torna"), c.Testo != nullptr)
         << Testo(righe);
   }
+}
+
+double Scarti(const Risultati& r) {
+  double omega = 0;
+  for (const Equazione& e : r.Equazioni)
+    if (e.Tipo != TipoEquazione::Dislivello) omega += std::pow(e.Residuo / e.SqmPriori, 2);
+  return omega;
+}
+
+// An error of a reading that is told to be without control moves its point and nothing else shows.
+TEST(AvvertimentiReti, LettureDavveroSole) {
+  int trovate = 0;
+  const auto prova = [&](auto rete) {
+    Rapporto rapporto;
+    Rete r = rete();
+    const Risultati prima = Compensa(r, rapporto);
+    for (const LetturaSola& sola : CercaLettureSole(prima)) {
+      Rete errata = rete();
+      TOssCr& o = errata.Osservazioni[std::size_t(sola.Stazione)][std::size_t(sola.Osservazione)];
+      constexpr double kVolte = 100;
+      (sola.Distanza ? o.Distanza : o.Direzione) +=
+          kVolte * (sola.Distanza ? errata.Opzioni.SqmDistCost : errata.Opzioni.SqmDir);
+      errata = Collegata(std::move(errata));
+      const Risultati dopo = Compensa(errata, rapporto);
+      const auto p = std::size_t(sola.Punto);
+      EXPECT_LT(Scarti(dopo) - Scarti(prima), 0.02 * kVolte * kVolte) << prima.Punti[p].Nome;
+      EXPECT_GT(std::hypot(dopo.Punti[p].Est - prima.Punti[p].Est,
+                           dopo.Punti[p].Nord - prima.Punti[p].Nord), 0.0005);
+      ++trovate;
+    }
+  };
+  for (const char* nome : kReti) prova([&] { return DaProva(CaricaRete(nome)); });
+  EXPECT_GT(trovate, 15);
+}
+
+// Points that hang on P1 of the square: its reading is the first of the set-up, or a distance goes
+// both ways, or it is seen from a second side and all is well.
+TEST(AvvertimentiReti, RaggiIsolati) {
+  const struct { bool Prima, Ritorno, Altrove, Lontano; const char* Testo; } casi[] = {
+      {true, false, false, false, "senza alcun controllo: \"P\" (un errore nelle sue"},
+      {false, false, false, false, "un punto è determinato senza alcun controllo: \"P\""},
+      {false, true, false, false, "nessun'altra controlla: \"P\" (direzione da \"C\""},
+      {true, true, false, false, "nessun'altra controlla: \"P\" (direzione da \"C\""},
+      {true, true, false, true, "un punto è determinato senza alcun controllo: \"Q\""},
+      {true, true, true, false, nullptr}, {false, false, true, false, nullptr}};
+  for (const auto& caso : casi) {
+    ReteProva q = CaricaRete("quadrato");
+    q.Opzioni.TipoCalcolo = 1;
+    const auto aggiungi = [&](const char* nome, double est, double nord) {
+      TCoorCr p = q.Punti[2];
+      p.Est = est, p.Nord = nord;
+      q.Nomi.push_back(nome), q.Punti.push_back(p);
+    };
+    const auto osserva = [&](std::size_t s, int da, int a, bool prima) {
+      const auto &p = q.Punti[std::size_t(da)], &t = q.Punti[std::size_t(a)];
+      TOssCr o = q.Osservazioni[0][0];
+      o.Punto = a, o.Distanza = std::hypot(t.Est - p.Est, t.Nord - p.Nord);
+      o.Direzione = std::fmod(std::atan2(t.Est - p.Est, t.Nord - p.Nord) * 200 / kPi + 400, 400);
+      o.Zenit = 100;
+      q.Osservazioni[s].insert(prima ? q.Osservazioni[s].begin() : q.Osservazioni[s].end(), o);
+    };
+    const auto stazione = [&](int punto) {
+      q.Stazioni.push_back(q.Stazioni[2]), q.Osservazioni.emplace_back();
+      q.Stazioni.back().Punto = punto;
+      return q.Stazioni.size() - 1;
+    };
+    aggiungi("P", 2300, 2250);
+    osserva(2, 2, 4, caso.Prima);
+    if (caso.Ritorno) osserva(stazione(4), 4, 2, true);
+    if (caso.Altrove) osserva(3, 3, 4, caso.Prima);
+    if (caso.Lontano) {
+      aggiungi("Q", 2500, 2350);
+      osserva(q.Stazioni.size() - 1, 4, 5, false);
+    }
+    Rete r = DaProva(q);
+    const Avvisi righe = Dopo(r);
+    const int detti = Contate(righe, "controll") - Contate(righe, "controllare");
+    EXPECT_EQ(detti, (caso.Testo != nullptr) + caso.Lontano) << Testo(righe);
+    EXPECT_EQ(Testo(righe).find(caso.Testo != nullptr ? caso.Testo : "controll") + 1 != 0,
+              caso.Testo != nullptr) << Testo(righe);
+  }
+}
+
+// Whatever the iterations come to: from too far away no singular matrix goes without its cause.
+TEST(AvvertimentiReti, ApprossimateLontane) {
+  int singolari = 0;
+  for (unsigned seme = 0; seme < 200; ++seme) {
+    Caso caso(seme);
+    Rete r = seme % 2 == 0 ? DaProva(CaricaRete("charamza218")) : Griglia(seme, 3);
+    const double via = seme % 2 == 0 ? 20000 : 400;
+    OgniPunto(r, [&](TCoorCr& p) {
+      if (p.TipoPla == kIncognito) p.Est += caso.Reale(-via, via), p.Nord += caso.Reale(-via, via);
+    });
+    r.Opzioni.TipoCalcolo = 1, r.Opzioni.MaxIter = 20;
+    Rapporto rapporto;
+    Risultati risultati = Compensa(r, rapporto);
+    if (risultati.Planimetria.Fine != Esito::NormaleSingolare) continue;
+    ++singolari;
+    Diagnostica diario;
+    AvvertiDopo(r, risultati, diario);
+    SpiegaIndeterminazione(risultati);
+    EXPECT_EQ(Contate(diario.Righe(), "coordinate approssimate troppo lontane"), 1) << seme;
+    for (const MotoLibero& moto : risultati.Planimetria.MotiLiberi)
+      EXPECT_EQ(moto.Parole.find("coordinate approssimate troppo lontane"), 0u) << moto.Parole;
+  }
+  EXPECT_GT(singolari, 10);
 }
 
 }  // namespace

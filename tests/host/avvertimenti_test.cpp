@@ -149,7 +149,9 @@ const Causa kCause[] = {
     {"fuori_centro", "sigma zero 0.714\n"}, {"gauss_boaga_est", "sigma zero 0.652\n"},
     {"ghilani14_5", "sigma zero 13.591\n"}, {"ghilani16_2", "sigma zero 0.347\n"},
     {"jezerka", "W 3.75\n"}, {"talapkova", "sigma zero 1.350\nW 4.76\n"},
-    {"zeman", "sigma zero 3.834\nW 4.61\nW 3.97\n8 punti\n11 punti\n0.070 m\n"}};
+    {"zeman",
+     "sigma zero 3.834\nW 4.61\nW 3.97\nplanimetria: 14 punti\naltimetria: 14 punti\n"
+     "2 punti dipendono\n0.070 m\n"}};
 
 void ProvaBuona(const std::string& nome, Rete r) {
   EXPECT_EQ(Testo(Prima(r)), "") << nome;
