@@ -16,14 +16,11 @@ void Accoda(Rilievi& tutti, Rilievi altri) {
   std::move(altri.begin(), altri.end(), std::back_inserter(tutti));
 }
 
-void Riferisci(const Rete& rete, Rilievi trovati, Diagnostica& diagnostica) {
+void Riferisci(Rilievi trovati, Diagnostica& diagnostica) {
   const std::size_t altri = trovati.size() > kMostrati ? trovati.size() - kMostrati : 0;
   trovati.resize(trovati.size() - altri);
   for (Rilievo& r : trovati) diagnostica.Avviso(r.Dove, std::move(r.Cosa));
-  if (altri > 0)
-    diagnostica.Avviso({.File = rete.NomiFile.front()},
-                       {.Problema = "altri " + std::to_string(altri) + " avvisi non mostrati",
-                        .Suggerimento = "compensa verifica li elenca tutti"});
+  diagnostica.TaciAvvisi(altri);
 }
 
 }  // namespace
@@ -42,12 +39,12 @@ void AvvertiPrima(const Rete& rete, Diagnostica& diagnostica) {
   Rilievi trovati = ControllaPlausibilita(rete);
   Accoda(trovati, ControllaLetture(rete));
   Accoda(trovati, ControllaRipetizioni(rete));
-  Riferisci(rete, std::move(trovati), diagnostica);
+  Riferisci(std::move(trovati), diagnostica);
 }
 
 void AvvertiDopo(const Rete& rete, const Risultati& risultati, Diagnostica& diagnostica) {
   Rilievi trovati = ControllaSigmaZero(rete, risultati);
   Accoda(trovati, ControllaPunti(rete, risultati));
   Accoda(trovati, ControllaTipiDistanza(rete, risultati));
-  Riferisci(rete, std::move(trovati), diagnostica);
+  Riferisci(std::move(trovati), diagnostica);
 }

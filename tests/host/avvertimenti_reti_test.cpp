@@ -265,4 +265,19 @@ TEST(AvvertimentiReti, ApprossimateLontane) {
   EXPECT_GT(singolari, 10);
 }
 
+TEST(AvvertimentiReti, AltriAvvisi) {
+  for (const int quanti : {50, 51, 53}) {
+    Rete r = Griglia(2, 8);
+    r.Opzioni.TipoCalcolo = 1;
+    ASSERT_EQ(Testo(Prima(r)), "");
+    for (int i = 0; i < quanti; ++i) r.Stazioni[std::size_t(i)].AltStrum = 155;
+    const Avvisi righe = Prima(r);
+    const std::string ultima = quanti == 50   ? righe[49]
+                               : quanti == 51 ? "un altro avviso non mostrato"
+                                              : "altri 3 avvisi non mostrati";
+    EXPECT_EQ(righe.back(), ultima);
+    EXPECT_EQ(righe.size(), quanti == 50 ? 50u : 51u);
+  }
+}
+
 }  // namespace
