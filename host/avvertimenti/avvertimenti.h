@@ -9,7 +9,7 @@
 #include "host/risultati.h"
 
 // Before the adjustment: what coordinates, readings and options tell by themselves and against each
-// other, as far as it may spoil the results. Coordinates
+// other, as far as it may spoil the results. Of many failed closures only one is told. Coordinates
 // in metres, approximate ones filled in.
 void AvvertiPrima(const Rete& rete, Diagnostica& diagnostica);
 

@@ -240,6 +240,21 @@ TEST(AvvertimentiReti, RaggiIsolati) {
   }
 }
 
+// One zenith angle of twelve counted from the horizon puts the heights off by kilometres.
+TEST(AvvertimentiReti, UnAngoloVerticale) {
+  for (std::size_t i = 0; i < 12; ++i) {
+    Rete r = DaProva(CaricaRete("quadrato"));
+    TOssCr& o = r.Osservazioni[i / 3][i % 3];
+    o.Zenit = std::abs(100 - o.Zenit);
+    r = Collegata(std::move(r));
+    const Avvisi prima = Prima(r), dopo = Dopo(r);
+    EXPECT_EQ(Contate(prima, "angolo verticale, contato dall'orizzonte?"), 1) << Testo(prima);
+    EXPECT_EQ(Contate(prima, "all'inverso"), 1) << Testo(prima);
+    EXPECT_EQ(Contate(dopo, "altimetria: sigma zero"), 1) << Testo(dopo);
+    EXPECT_EQ(Contate(dopo, "dislivello da"), 2) << Testo(dopo);  // with the one of sigma zero
+  }
+}
+
 // Whatever the iterations come to: from too far away no singular matrix goes without its cause.
 TEST(AvvertimentiReti, ApprossimateLontane) {
   int singolari = 0;
