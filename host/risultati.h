@@ -140,6 +140,7 @@ struct RisultatoCompensazione {
   int EquazioneWMassimo = kNessuno;     // in Risultati::Equazioni
   std::vector<MotoLibero> MotiLiberi;   // what the observations do not fix; the first 100
   int GradiLiberi = 0;                  // independent free motions, with those that are not listed
+  bool ApprossimateLontane = false;     // only the coordinates that iterations led astray have them
 
   // Only where the equations were counted.
   int Ridondanza() const { return Equazioni - Incognite; }

@@ -199,10 +199,11 @@ bool Esame::EsaminaSpostamento(double correzione) {
   return true;
 }
 
-// Adjusted coordinates are no places to measure from where there are none, or hardly any.
+// Adjusted coordinates are no places to measure from where there are none, or hardly any. What the
+// observations leave free moves by any amount, from good approximations too.
 void Esame::EsaminaCorrezione() {
   const RisultatoCompensazione& c = E.Planimetria;
-  if (c.Iterazioni.empty()) return;
+  if (c.Iterazioni.empty() || (c.GradiLiberi > 0 && !c.ApprossimateLontane)) return;
   if (c.Fine == Esito::Riuscita && EsaminaSpostamento(c.Iterazioni.front().CorrezioneMassima))
     return;
   const std::optional<CorrezioneEccessiva> estrema = CercaCorrezioneEccessiva(E);

@@ -103,6 +103,7 @@ void AttribuisciAlleApprossimate(Risultati& r, std::ptrdiff_t passi) {
     return;
   }
   constexpr int kDecimali = 1;
+  r.Planimetria.ApprossimateLontane = true;
   moti.resize(1);
   moti.front().Parole =
       "coordinate approssimate troppo lontane dal vero: le osservazioni bastano, ma l'iterazione " +
