@@ -125,6 +125,9 @@ std::vector<Messaggio> Diagnostica::Messaggi() const {
 std::vector<std::string> Diagnostica::Righe() const {
   std::vector<std::string> righe;
   for (const Messaggio& messaggio : Messaggi()) righe.push_back(TestoMessaggio(messaggio));
+  if (NTaciuti > 0)
+    righe.push_back(NTaciuti == 1 ? "un altro avviso non mostrato"
+                                  : "altri " + std::to_string(NTaciuti) + " avvisi non mostrati");
   if (NErrori > kMostrati) {
     const std::size_t altri = NErrori - kMostrati;
     righe.push_back(altri == 1 ? "un altro errore non mostrato"

@@ -49,6 +49,8 @@ class Diagnostica {
   void NominaFile(std::string_view file);
   void Errore(const Posizione& dove, Guasto guasto);
   void Avviso(const Posizione& dove, Guasto guasto);
+  // Warnings that are not told one by one: Righe counts them at the end.
+  void TaciAvvisi(std::size_t quanti) { NTaciuti += quanti; }
 
   std::size_t Errori() const { return NErrori; }
   std::size_t Avvisi() const { return NAvvisi; }
@@ -58,7 +60,7 @@ class Diagnostica {
 
   // The messages that are shown, in file order: all warnings, and the first kMostrati errors.
   std::vector<Messaggio> Messaggi() const;
-  // Their texts, and a last line with the number of errors that are not shown.
+  // Their texts, and last how many warnings and errors are not shown.
   std::vector<std::string> Righe() const;
 
   static constexpr std::size_t kMostrati = 50;
@@ -72,4 +74,5 @@ class Diagnostica {
   std::vector<Messaggio> Raccolti;
   std::size_t NErrori = 0;
   std::size_t NAvvisi = 0;
+  std::size_t NTaciuti = 0;
 };

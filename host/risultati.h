@@ -146,6 +146,7 @@ struct RisultatoCompensazione {
   std::vector<MotoLibero> MotiLiberi;   // what the observations do not fix; the first 100
   int GradiLiberi = 0;                  // independent free motions, with those that are not listed
   std::vector<int> PuntiNonCalcolati;   // unknown by the file, left out for lack of coordinates
+  bool ApprossimateLontane = false;     // only the coordinates that iterations led astray have them
 
   // Only where the equations were counted.
   int Ridondanza() const { return Equazioni - Incognite; }

@@ -8,12 +8,19 @@
 //
 // F quantile with 2 and n degrees of freedom: the distribution is 1 - (1 + 2 F / n)^(-n / 2), so
 //   F = n / 2 ((1 - p)^(-2 / n) - 1).
+//
+// Student distribution, with theta = atan(t / sqrt(n)) and A the probability of |x| < t (Abramowitz
+// and Stegun, 26.7.3 and 26.7.4):
+//   n odd    A = 2 / pi (theta + sin theta (cos theta + 2/3 cos^3 + ... + 2 4 ... / 3 5 ... cos^(n-2)))
+//   n even   A = sin theta (1 + 1/2 cos^2 theta + ... + 1 3 ... / 2 4 ... cos^(n-2))
+// whose quantile is found by bisection of theta.
 
 #include "host/statistica.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numbers>
 
 #include "host/risultati.h"
 
@@ -66,6 +73,17 @@ double QuantileNormale(double p) {
   return (basso + alto) / 2.0;
 }
 
+// Of |x| < t with n degrees of freedom.
+double ProbabilitaStudent(double theta, int n) {
+  const double seno = std::sin(theta), coseno = std::cos(theta);
+  const bool dispari = n % 2 != 0;
+  double termine = dispari ? coseno : 1.0;
+  double somma = n > 1 ? termine : 0.0;
+  for (int k = dispari ? 3 : 2; k <= n - 2; k += 2)
+    somma += termine *= coseno * coseno * (k - 1) / k;
+  return dispari ? 2.0 / std::numbers::pi * (theta + seno * somma) : seno * somma;
+}
+
 }  // namespace
 
 double QuantileChiQuadro(double probabilita, double gradi) {
@@ -98,4 +116,21 @@ double FattoreEllisse(double probabilita, int ridondanza) {
   if (!(probabilita > 0.0 && probabilita < 1.0) || ridondanza <= 0) return kAssente;
   const double n = ridondanza;
   return std::sqrt(n * std::expm1(-2.0 / n * std::log1p(-probabilita)));
+}
+
+double QuantileStudent(double probabilita, int gradi) {
+  if (!(probabilita > 0.5 && probabilita < 1.0) || gradi <= 0) return kAssente;
+  constexpr int kBisezioni = 100;
+  double basso = 0.0, alto = std::numbers::pi / 2.0;
+  for (int i = 0; i < kBisezioni; ++i) {
+    const double theta = (basso + alto) / 2.0;
+    (ProbabilitaStudent(theta, gradi) < 2.0 * probabilita - 1.0 ? basso : alto) = theta;
+  }
+  return std::sqrt(gradi) * std::tan((basso + alto) / 2.0);
+}
+
+double LimiteTau(double rischio, int residui, int ridondanza) {
+  if (residui <= 0 || ridondanza < 2) return kAssente;
+  const double t = QuantileStudent(1.0 - rischio / (2.0 * residui), ridondanza - 1);
+  return t * std::sqrt(ridondanza / (ridondanza - 1 + t * t));
 }

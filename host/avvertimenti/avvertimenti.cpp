@@ -12,44 +12,73 @@
 namespace {
 
 constexpr std::size_t kMostrati = 50;
+constexpr std::size_t kChiusureElencate = 5;
+// One good closure in some hundreds is beyond its limit, which one who looks a network over may well
+// see, but who adjusts it need not.
+constexpr double kMargineChiusure = 1.5;
 
 void Accoda(Rilievi& tutti, Rilievi altri) {
   std::move(altri.begin(), altri.end(), std::back_inserter(tutti));
 }
 
-void Riferisci(const Rete& rete, Rilievi trovati, Diagnostica& diagnostica) {
+struct EsamePlausibilita {
+  Rilievi Trovati;
+  bool Regolare = true;  // coordinates, readings as a whole and options are as they should be
+};
+
+EsamePlausibilita Plausibilita(const Rete& rete) {
+  EsamePlausibilita esame{.Trovati = ControllaCoordinate(rete)};
+  Rilievi diTutta = ControllaVersoScala(rete);
+  Rilievi opzioni = ControllaOpzioni(rete);
+  esame.Regolare = esame.Trovati.empty() && diTutta.empty() && opzioni.empty();
+  const bool pianta = (rete.Opzioni.TipoCalcolo & kCalcoloPlanimetria) != 0;
+  if (pianta && diTutta.empty()) Accoda(esame.Trovati, ControllaScarti(rete));
+  Accoda(esame.Trovati, std::move(diTutta));
+  Accoda(esame.Trovati, std::move(opzioni));
+  Accoda(esame.Trovati, ControllaEpsg(rete));
+  return esame;
+}
+
+// Many of them have one cause.
+Rilievi Chiusure(const Rete& rete) {
+  ChiusureControllate fatte;
+  Rilievi trovati = ControllaChiusure(
+      rete, &fatte, {.Calcolo = rete.Opzioni.TipoCalcolo, .Margine = kMargineChiusure});
+  if (trovati.size() <= kChiusureElencate) return trovati;
+  const int tutte = fatte.Distanze + fatte.Dislivelli + fatte.Triangoli;
+  return {{trovati.front().Dove,
+           {.Record = "tutta la rete",
+            .Problema = "non tornano più di " + std::to_string(kChiusureElencate) +
+                        " chiusure su " + std::to_string(tutte) +
+                        " (distanze e dislivelli misurati nei due versi, triangoli), come " +
+                        trovati.front().Cosa.Record + ", " + trovati.front().Cosa.Problema,
+            .Suggerimento = "compensa verifica le elenca; tipo delle distanze, s.q.m. o rifrazione "
+                            "sbagliati?"}}};
+}
+
+void Riferisci(Rilievi trovati, Diagnostica& diagnostica) {
   const std::size_t altri = trovati.size() > kMostrati ? trovati.size() - kMostrati : 0;
   trovati.resize(trovati.size() - altri);
   for (Rilievo& r : trovati) diagnostica.Avviso(r.Dove, std::move(r.Cosa));
-  if (altri > 0)
-    diagnostica.Avviso({.File = rete.NomiFile.front()},
-                       {.Problema = "altri " + std::to_string(altri) + " avvisi non mostrati",
-                        .Suggerimento = "compensa verifica li elenca tutti"});
+  diagnostica.TaciAvvisi(altri);
 }
 
 }  // namespace
 
-Rilievi ControllaPlausibilita(const Rete& rete) {
-  Rilievi trovati = ControllaCoordinate(rete);
-  Rilievi diTutta = ControllaVersoScala(rete);
-  const bool pianta = (rete.Opzioni.TipoCalcolo & kCalcoloPlanimetria) != 0;
-  if (pianta && diTutta.empty()) Accoda(trovati, ControllaScarti(rete));
-  Accoda(trovati, std::move(diTutta));
-  Accoda(trovati, ControllaOpzioni(rete));
-  Accoda(trovati, ControllaEpsg(rete));
-  return trovati;
-}
+Rilievi ControllaPlausibilita(const Rete& rete) { return Plausibilita(rete).Trovati; }
 
 void AvvertiPrima(const Rete& rete, Diagnostica& diagnostica) {
-  Rilievi trovati = ControllaPlausibilita(rete);
-  Accoda(trovati, ControllaLetture(rete));
-  Accoda(trovati, ControllaRipetizioni(rete));
-  Riferisci(rete, std::move(trovati), diagnostica);
+  EsamePlausibilita esame = Plausibilita(rete);
+  Accoda(esame.Trovati, ControllaLetture(rete));
+  Accoda(esame.Trovati, ControllaRipetizioni(rete));
+  if (esame.Regolare) Accoda(esame.Trovati, Chiusure(rete));
+  Riferisci(std::move(esame.Trovati), diagnostica);
 }
 
 void AvvertiDopo(const Rete& rete, const Risultati& risultati, Diagnostica& diagnostica) {
   Rilievi trovati = ControllaSigmaZero(rete, risultati);
+  Accoda(trovati, ControllaQuote(rete, risultati));
   Accoda(trovati, ControllaPunti(rete, risultati));
   Accoda(trovati, ControllaTipiDistanza(rete, risultati));
-  Riferisci(rete, std::move(trovati), diagnostica);
+  Riferisci(std::move(trovati), diagnostica);
 }

@@ -8,8 +8,9 @@
 #include "host/modello.h"
 #include "host/risultati.h"
 
-// Before the adjustment: the checks that need no result, with those of a network that is only
-// looked over which concern the results. Coordinates in metres, approximate ones filled in.
+// Before the adjustment: what coordinates, readings and options tell by themselves and against each
+// other, as far as it may spoil the results. Of many failed closures only one is told. Coordinates
+// in metres, approximate ones filled in.
 void AvvertiPrima(const Rete& rete, Diagnostica& diagnostica);
 
 // After it: what sigma zero, redundancy numbers, residuals and corrections tell. The network names

@@ -14,12 +14,21 @@ namespace {
 // tape drawn by hand.
 constexpr double kSqmDirMinimo = 0.00001, kSqmDirMassimo = 0.1;    // [gon]
 constexpr double kSqmDistMinimo = 0.00005, kSqmDistMassimo = 0.5;  // constant part [m]
-constexpr double kSqmPropMassimo = 0.1;                            // [m/km]
+constexpr double kSqmPropMinimo = 0.00005, kSqmPropMassimo = 0.1;  // [m/km]
 // Of refraction, even along a sight that grazes warm ground.
 constexpr double kRifrazioneMassima = 1.0;
 // Radii of curvature of the ellipsoid lie between 6335 and 6400 km.
 constexpr double kRaggioMinimo = 6.3e6, kRaggioMassimo = 6.45e6;  // [m]
 constexpr double kMille = 1000.0;
+
+// Without an exponent.
+std::string InDecimali(double valore) {
+  constexpr int kDecimali = 5;
+  return NumeroFisso(valore, kDecimali);
+}
+std::string FuoriDa(double minimo, double massimo) {
+  return "fuori da " + NumeroFisso(minimo, 0) + " … " + NumeroFisso(massimo, 0);
+}
 
 class Esame {
  public:
@@ -58,14 +67,16 @@ void Esame::EsaminaSqm() {
              "più di " + NumeroBreve(kSqmDirMassimo),
              "in milligon o in secondi? serve in gon: 1 mgon = 0.001 gon, 1\" = 0.00031 gon");
   if (direzioni && O.SqmDir < kSqmDirMinimo)
-    Aggiungi(D.SqmDirezione, "opzioni", kSqmDirezione, O.SqmDir, "meno di 0.00001",
+    Aggiungi(D.SqmDirezione, "opzioni", kSqmDirezione, O.SqmDir,
+             "meno di " + InDecimali(kSqmDirMinimo),
              "in radianti? serve in gon: nessuno strumento è così preciso");
   if (distanze && O.SqmDistCost > kSqmDistMassimo)
     Aggiungi(D.SqmDistCostante, "opzioni", kSqmDistCostante, O.SqmDistCost,
              "più di " + NumeroBreve(kSqmDistMassimo),
              "in millimetri? sarebbe " + NumeroBreve(O.SqmDistCost / kMille) + " m");
-  if (distanze && O.SqmDistCost < kSqmDistMinimo && O.SqmDistProp < kSqmDistMinimo)
-    Aggiungi(D.SqmDistCostante, "opzioni", kSqmDistCostante, O.SqmDistCost, "meno di 0.00005",
+  if (distanze && O.SqmDistCost < kSqmDistMinimo && O.SqmDistProp < kSqmPropMinimo)
+    Aggiungi(D.SqmDistCostante, "opzioni", kSqmDistCostante, O.SqmDistCost,
+             "meno di " + InDecimali(kSqmDistMinimo),
              "in chilometri? serve in m: nessun distanziometro è così preciso");
   if (distanze && O.SqmDistProp > kSqmPropMassimo)
     Aggiungi(D.SqmDistProporzionale, "opzioni", kSqmDistProporzionale, O.SqmDistProp,
@@ -78,13 +89,13 @@ void Esame::EsaminaCurvatura() {
   if (c.CorrCurvRifr == 0) return;
   constexpr std::string_view kRecord = "curvatura_rifrazione";
   if (!(c.CoeffRifr >= -kRifrazioneMassima && c.CoeffRifr <= kRifrazioneMassima))
-    Aggiungi(D.Coefficiente, kRecord, kCoefficiente, c.CoeffRifr, "fuori da -1 … 1",
-             "di solito è 0.13");
+    Aggiungi(D.Coefficiente, kRecord, kCoefficiente, c.CoeffRifr,
+             FuoriDa(-kRifrazioneMassima, kRifrazioneMassima), "di solito è 0.13");
   if (c.RaggioTerra >= kRaggioMinimo && c.RaggioTerra <= kRaggioMassimo) return;
   const double metri = c.RaggioTerra * kMille;
   const bool chilometri = metri >= kRaggioMinimo && metri <= kRaggioMassimo;
   Aggiungi(
-      D.Raggio, kRecord, kRaggio, c.RaggioTerra, "fuori da 6300000 … 6450000",
+      D.Raggio, kRecord, kRaggio, c.RaggioTerra, FuoriDa(kRaggioMinimo, kRaggioMassimo),
       chilometri ? "in chilometri? sarebbe " + NumeroBreve(metri) + " m" : "di solito è 6378000");
 }
 

@@ -32,6 +32,8 @@ class Esame {
  private:
   void EsaminaRidondanza(const RisultatoCompensazione& c, const char* quale);
   void EsaminaSigmaZero();
+  static double LimiteW(const RisultatoCompensazione& c);
+  bool ErratoPerLeOpzioni(const Equazione& e) const;
   void EsaminaW(const RisultatoCompensazione& c);
   std::string PeggioreDi(const RisultatoCompensazione& c) const;
   void Aggiungi(const Posizione& dove, const char* record, std::string problema,
@@ -63,7 +65,7 @@ std::string Esame::PeggioreDi(const RisultatoCompensazione& c) const {
   if (c.EquazioneWMassimo == kNessuno) return {};
   const Equazione& e = E.Equazioni[static_cast<std::size_t>(c.EquazioneWMassimo)];
   if (!(e.W > kWSospetta)) return {};
-  return ", a cominciare da " + TestoEquazione(E, e) + " con W " + NumeroFisso(e.W, kDecimaliW);
+  return ", a cominciare da " + TestoEquazione(E, e) + " con w " + NumeroFisso(e.W, kDecimaliW);
 }
 
 void Esame::EsaminaSigmaZero() {
@@ -80,33 +82,50 @@ void Esame::EsaminaSigmaZero() {
       " (chi quadrato al 95 %, ridondanza " + std::to_string(c.Ridondanza()) + "): ";
   const std::string volte = "moltiplicati per " + NumeroFisso(sigma, kDecimaliW);
   if (sigma > limiti.Massimo)
-    Aggiungi(R.DoveOpzioni.SqmDirezione, "planimetria",
-             problema + "le osservazioni sono peggiori di quanto promettono gli sqm delle opzioni",
-             "prima cercare un errore grossolano" + PeggioreDi(c) +
-                 (sigma <= kFattoreCredibile ? "; se non c'è, gli sqm vanno " + volte
-                                             : "; di tanto sbagliano, più che gli sqm, i nomi, le "
-                                               "coordinate, le unità o le opzioni"));
+    Aggiungi(
+        R.DoveOpzioni.SqmDirezione, "planimetria",
+        problema + "le osservazioni sono peggiori di quanto promettono gli s.q.m. delle opzioni",
+        "prima cercare un errore grossolano" + PeggioreDi(c) +
+            (sigma <= kFattoreCredibile ? "; se non c'è, gli s.q.m. vanno " + volte
+                                        : "; di tanto sbagliano, più che gli s.q.m., i nomi, le "
+                                          "coordinate, le unità o le opzioni"));
   else
     Aggiungi(
         R.DoveOpzioni.SqmDirezione, "planimetria",
-        problema + "le osservazioni sono migliori di quanto promettono gli sqm delle opzioni",
-        std::string("sqm troppo grandi, o in un'altra unità?") +
+        problema + "le osservazioni sono migliori di quanto promettono gli s.q.m. delle opzioni",
+        std::string("s.q.m. troppo grandi, o in un'altra unità?") +
             (sigma * kFattoreCredibile >= 1.0 ? " se sono di uno stesso strumento vanno " + volte
                                               : ""));
 }
 
+// What the largest w of good observations may reach. With little redundancy no w can come to the
+// limits of a normal variable, whatever the error.
+double Esame::LimiteW(const RisultatoCompensazione& c) {
+  const double normale =
+      std::max(kWSospetta, std::sqrt(QuantileChiQuadro(1.0 - kRischio / c.Equazioni, 1.0)));
+  if (c.Ridondanza() < 2 || std::sqrt(c.Ridondanza()) > normale) return normale;
+  return LimiteTau(kRischio, c.Equazioni, c.Ridondanza());
+}
+
+// Where few observations happen to agree very well, one that is only as good as promised stands out
+// too: the error must be one by the options as well.
+bool Esame::ErratoPerLeOpzioni(const Equazione& e) const {
+  const double sqm =
+      e.Tipo == TipoEquazione::Dislivello ? SqmDislivelloAtteso(R, E, e) : e.SqmPriori;
+  return !(std::abs(e.Residuo) <= kWSospetta * sqm * std::sqrt(e.Ridondanza));
+}
+
 // Only the largest: a gross error makes its neighbours' w grow too.
 void Esame::EsaminaW(const RisultatoCompensazione& c) {
-  if (!c.Compiuta() || c.EquazioneWMassimo == kNessuno) return;
+  if (!c.Compiuta() || c.EquazioneWMassimo == kNessuno || c.Ridondanza() <= 0) return;
   const Equazione& e = E.Equazioni[static_cast<std::size_t>(c.EquazioneWMassimo)];
-  const double limite =
-      std::max(kWSospetta, std::sqrt(QuantileChiQuadro(1.0 - kRischio / c.Equazioni, 1.0)));
-  if (!(e.W > limite)) return;
+  const double limite = LimiteW(c);
+  if (!(e.W > limite) || (limite < kWSospetta && !ErratoPerLeOpzioni(e))) return;
   const auto s = static_cast<std::size_t>(e.Stazione);
   Trovati.push_back(
       {R.PosizioniOsservazioni[s][static_cast<std::size_t>(e.Osservazione)],
        {.Record = TestoEquazione(E, e),
-        .Problema = "W " + NumeroFisso(e.W, kDecimaliW) + ", limite " +
+        .Problema = "w " + NumeroFisso(e.W, kDecimaliW) + ", limite " +
                     NumeroFisso(limite, kDecimaliW) + ", il più grande",
         .Suggerimento = "errore grossolano? controllare la lettura e i punti, poi ricompensare"}});
 }

@@ -33,8 +33,13 @@ constexpr double kSigmaDaMediana = 1.4826;           // of absolute values of a 
 
 class Esame {
  public:
-  Esame(const Rete& rete, ChiusureControllate& controllate)
-      : R(rete), V(rete), K(rete), N(controllate), Sigma(VolteSigma(V.Tutte.size())) {}
+  Esame(const Rete& rete, ChiusureControllate& controllate, TolleranzaChiusure tolleranza)
+      : R(rete),
+        V(rete),
+        K(rete),
+        N(controllate),
+        Tolleranza(tolleranza),
+        Sigma(tolleranza.Margine * VolteSigma(V.Tutte.size())) {}
   void AndataRitorno();
   void Triangoli();
   Rilievi Trovati;
@@ -65,6 +70,7 @@ class Esame {
   Visuali V;
   Riduzioni K;
   ChiusureControllate& N;
+  TolleranzaChiusure Tolleranza;
   std::vector<std::tuple<int, int, double>> Direzioni;  // set-up, point, direction at the centre
   struct Triangolo {
     const Visuale* Dove;
@@ -120,7 +126,8 @@ void Esame::EsaminaCoppia(const Coppia* primo, const Coppia* ultimo) {
   }
   if (distanze[0] != nullptr && distanze[1] != nullptr)
     ConfrontaDistanze(*distanze[0], *distanze[1]);
-  if (dislivelli[0] != nullptr && dislivelli[1] != nullptr)
+  if ((Tolleranza.Calcolo & kCalcoloAltimetria) != 0 && dislivelli[0] != nullptr &&
+      dislivelli[1] != nullptr)
     ConfrontaDislivelli(*dislivelli[0], *dislivelli[1]);
 }
 
@@ -249,7 +256,7 @@ void Esame::Triangoli() {
   double sqm = SqmAngolo(R);
   if (Chiusi.size() >= kTriangoliSignificativi)
     sqm = std::max(sqm, kSigmaDaMediana * Mediana(std::move(chiusure)) / kRadiceTre);
-  const double limite = VolteSigma(Chiusi.size()) * kRadiceTre * sqm;
+  const double limite = Tolleranza.Margine * VolteSigma(Chiusi.size()) * kRadiceTre * sqm;
   std::size_t aperti = 0;
   for (const Triangolo& t : Chiusi)
     if (std::abs(t.Chiusura) > limite + t.Eccesso && ++aperti <= kTriangoliMostrati)
@@ -263,10 +270,11 @@ void Esame::Triangoli() {
 
 }  // namespace
 
-Rilievi ControllaChiusure(const Rete& rete, ChiusureControllate* controllate) {
+Rilievi ControllaChiusure(const Rete& rete, ChiusureControllate* controllate,
+                          TolleranzaChiusure tolleranza) {
   ChiusureControllate conteggio;
-  Esame esame(rete, controllate != nullptr ? *controllate : conteggio);
+  Esame esame(rete, controllate != nullptr ? *controllate : conteggio, tolleranza);
   esame.AndataRitorno();
-  esame.Triangoli();
+  if ((tolleranza.Calcolo & kCalcoloPlanimetria) != 0) esame.Triangoli();
   return std::move(esame.Trovati);
 }

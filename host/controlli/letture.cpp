@@ -13,6 +13,11 @@ namespace {
 
 constexpr double kZenitMassimo = 200.0;       // of the first face [gon]
 constexpr double kQuasiOrizzonte = 50.0;      // a vertical angle is nearer to 0 than this [gon]
+constexpr double kQuartoGiro = 100.0;         // [gon]
+// Parts of the distance: by more a reading contradicts the coordinates, by less it fits them.
+constexpr double kSmentita = 0.2;
+constexpr double kConforme = 0.05;
+constexpr double kQuoteLontane = 300.0;       // further off than approximate heights are [m]
 constexpr double kAltezzaInverosimile = 4.0;  // of an instrument on its tripod [m]
 constexpr double kSegnaleInverosimile = 30.0;
 constexpr double kCentimetri = 50.0;  // from here on a height looks like centimetres
@@ -42,6 +47,8 @@ class Esame {
   Zenit ContaZenit(std::size_t s) const;
   void RiferisciVerticali(std::size_t s, const Zenit& zenit, const std::string& record);
   void EsaminaVerticali();
+  void EsaminaVerticale(std::size_t s, std::size_t i);
+  std::string Smentisce(int da, const TOssCr& o, double giusto) const;
   void EsaminaAltezza(std::size_t s);
   void EsaminaSegnali(std::size_t s);
   void EsaminaAltezzaMancante(std::size_t s);
@@ -81,7 +88,47 @@ void Esame::RiferisciVerticali(std::size_t s, const Zenit& zenit, const std::str
            "angoli verticali, contati dall'orizzonte? lo zenit è 100 meno l'angolo");
 }
 
-// Of the whole network at once where it holds for most of it; a single reading tells nothing.
+// What in the coordinates contradicts a zenith angle and fits another; empty if nothing does. Heights
+// that are not fixed may be rough, those of a steep sight most of all.
+std::string Esame::Smentisce(int da, const TOssCr& o, double giusto) const {
+  const TCoorCr& p = R.Punti[static_cast<std::size_t>(da)];
+  const TCoorCr& t = R.Punti[static_cast<std::size_t>(o.Punto)];
+  const double letto = o.Zenit * kRadDaGon, vero = giusto * kRadDaGon;
+  const bool inclinata = Inclinata(o.TipoDist);
+  const double D = o.Distanza;
+  const double data = inclinata ? D * std::abs(std::sin(letto)) : D;
+  const double vera = inclinata ? D * std::abs(std::sin(vero)) : D;
+  if (inclinata && Assegnato(p.Est) && Assegnato(p.Nord) && Assegnato(t.Est) && Assegnato(t.Nord)) {
+    const double lato = std::hypot(t.Est - p.Est, t.Nord - p.Nord);
+    if (std::abs(data - lato) < kConforme * D) return {};
+    if (std::abs(data - lato) > kSmentita * D && std::abs(vera - lato) < kConforme * D)
+      return "dà una distanza orizzontale di " + Metri(data) + ", le coordinate " + Metri(lato);
+  }
+  if (!Alt || !Assegnato(p.Quota) || !Assegnato(t.Quota)) return {};
+  const double scarto = std::abs(data / std::tan(letto) - (t.Quota - p.Quota));
+  const bool fisse = p.TipoAlt == kFisso && t.TipoAlt == kFisso;
+  if (!(scarto > (fisse ? kSmentita * D : std::max(kSmentita * D, kQuoteLontane))) ||
+      std::abs(vera / std::tan(vero) - (t.Quota - p.Quota)) > kSmentita * scarto)
+    return {};
+  return "dà un dislivello di " + Metri(data / std::tan(letto)) + ", le quote " +
+         Metri(t.Quota - p.Quota);
+}
+
+void Esame::EsaminaVerticale(std::size_t s, std::size_t i) {
+  const TOssCr& o = R.Stazioni[s].Osservazioni[i];
+  if (!Assegnato(o.Zenit) || !Assegnato(o.Distanza)) return;
+  const double verticale = std::remainder(o.Zenit, kGiroGon);
+  if (verticale == 0.0 || !(std::abs(verticale) < kQuasiOrizzonte)) return;
+  const double giusto = kQuartoGiro - verticale;
+  const std::string come = Smentisce(R.Stazioni[s].Punto, o, giusto);
+  if (come.empty()) return;
+  Aggiungi(R.PosizioniOsservazioni[s][i], Record(s, o),
+           "zenit " + NumeroFisso(o.Zenit, 4) + ": " + come,
+           "angolo verticale, contato dall'orizzonte? lo zenit sarebbe " + NumeroFisso(giusto, 4));
+}
+
+// Of the whole network at once, or of a set-up, where it holds for most; a single reading tells
+// nothing by itself.
 void Esame::EsaminaVerticali() {
   Zenit tutti;
   std::size_t prima = R.Stazioni.size();
@@ -98,7 +145,10 @@ void Esame::EsaminaVerticali() {
   }
   for (std::size_t s = prima; s < R.Stazioni.size(); ++s) {
     const Zenit zenit = ContaZenit(s);
-    if (zenit.Verticali() && zenit.Letti > 1) RiferisciVerticali(s, zenit, Record(s));
+    if (zenit.Verticali() && zenit.Letti > 1)
+      RiferisciVerticali(s, zenit, Record(s));
+    else if (zenit.Presso0 > 0)
+      for (std::size_t i = 0; i < R.Stazioni[s].Osservazioni.size(); ++i) EsaminaVerticale(s, i);
   }
 }
 

@@ -27,7 +27,14 @@ struct ChiusureControllate {
   int Distanze = 0, Dislivelli = 0, Triangoli = 0;
   double Ferrero = 0.0;  // standard deviation of an angle from the triangles [gon]
 };
-Rilievi ControllaChiusure(const Rete& rete, ChiusureControllate* controllate = nullptr);
+struct TolleranzaChiusure {
+  // Of what only heights or only plane coordinates come from, nothing is closed unless these are
+  // asked for here, whatever the options say.
+  int Calcolo = kCalcoloPlanimetria | kCalcoloAltimetria;
+  double Margine = 1.0;  // times the limit that good readings hardly reach
+};
+Rilievi ControllaChiusure(const Rete& rete, ChiusureControllate* controllate = nullptr,
+                          TolleranzaChiusure tolleranza = {});
 
 // Readings against the coordinates of their ends, and points whose coordinates fit none of their
 // readings. Between fixed points by the standard deviations of the options; where an end is only

@@ -1,15 +1,21 @@
 // Free motions are sought at the coordinates of the file, where they are those of the network's
 // plan; where none is found, at those that the last iteration has left: a network may come to a
 // critical place only then. Where there is none at all, the weakest motion is named if its standard
-// deviation is beyond all use.
+// deviation is beyond all use. Motions at the last coordinates of iterations that took the points
+// far away tell of bad approximations, not of observations that are missing.
 
 #include "host/indeterminazione/indeterminazione.h"
 
 #include <algorithm>
 #include <cmath>
 #include <new>
+#include <optional>
+#include <string>
 
+#include "host/diagnostica.h"
+#include "host/indeterminazione/correzioni.h"
 #include "host/indeterminazione/parole.h"
+#include "host/numeri.h"
 
 namespace {
 
@@ -86,6 +92,27 @@ bool Finito(const SistemaLibero& s) {
                              [](Posto p) { return std::isfinite(p.Est) && std::isfinite(p.Nord); });
 }
 
+// Free motions that only the last coordinates have. Where the iterations have gone astray these are
+// those of no network, and what one would measure against them would change nothing.
+void AttribuisciAlleApprossimate(Risultati& r, std::ptrdiff_t passi) {
+  std::vector<MotoLibero>& moti = r.Planimetria.MotiLiberi;
+  const std::string dove = "l'iterazione " + std::to_string(passi);
+  const std::optional<CorrezioneEccessiva> eccessiva = CercaCorrezioneEccessiva(r);
+  if (!eccessiva || moti.empty()) {
+    for (MotoLibero& moto : moti) moto.Parole += " (alle coordinate a cui è giunta " + dove + ")";
+    return;
+  }
+  constexpr int kDecimali = 1;
+  r.Planimetria.ApprossimateLontane = true;
+  moti.resize(1);
+  moti.front().Parole =
+      "coordinate approssimate troppo lontane dal vero: le osservazioni bastano, ma l'iterazione " +
+      std::to_string(eccessiva->Iterazione) + " ha corretto " +
+      Cita(r.Punti[static_cast<std::size_t>(eccessiva->Punto)].Nome) + " di " +
+      NumeroFisso(eccessiva->Correzione, kDecimali) + " m, e alle coordinate a cui è giunta " +
+      dove + " il calcolo non può proseguire; servono approssimate migliori, non altre misure";
+}
+
 void SpiegaPlanimetria(Risultati& r) {
   const SistemaLibero iniziale = EquazioniPlanimetria(r, Coordinate::DelFile);
   if (!Finito(iniziale)) return;
@@ -95,9 +122,7 @@ void SpiegaPlanimetria(Risultati& r) {
   if (passi > 0) {
     const SistemaLibero finale = EquazioniPlanimetria(r, Coordinate::Finali);
     if (Finito(finale) && Spiegazione(r, finale, r.Planimetria).Moti()) {
-      for (MotoLibero& moto : r.Planimetria.MotiLiberi)
-        moto.Parole +=
-            " (alle coordinate a cui è giunta l'iterazione " + std::to_string(passi) + ")";
+      AttribuisciAlleApprossimate(r, passi);
       return;
     }
   }

@@ -1,75 +1,11 @@
 // Warnings on plausible but wrong input: each slip is told with its numbers, what is only unusual is
 // left in peace, and the reference networks are warned about where they give cause.
 
-#include <gtest/gtest.h>
-
-#include "host/approssimate/approssimate.h"
-#include "host/avvertimenti/avvertimenti.h"
-#include "host/calcolo.h"
-#include "host/lettura_rete.h"
-#include "host/rapporto.h"
-#include "rete_prova.h"
+#include "avvertimenti_prova.h"
 
 namespace {
 
 using Mano = void (*)(Rete&);
-using Righe = std::vector<std::string>;
-
-Righe Prima(Rete& r) {
-  Diagnostica diario;
-  CalcolaApprossimate(r);
-  AvvertiPrima(r, diario);
-  return diario.Righe();
-}
-
-Righe Dopo(Rete& r) {
-  Diagnostica diario;
-  Rapporto rapporto;
-  const Risultati risultati = Compensa(r, rapporto);
-  AvvertiDopo(r, risultati, diario);
-  return diario.Righe();
-}
-
-Rete Esempio(const std::string& nome) {
-  Diagnostica lettura;
-  return *LeggiRete(CARTELLA_ESEMPI "/" + nome + ".toml", lettura);
-}
-
-Rete DaProva(const ReteProva& prova) {
-  Rete r;
-  r.NomiFile = {"prova"};
-  r.Opzioni = prova.Opzioni;
-  r.CurvaturaRifrazione = prova.DsOr;
-  r.Nomi = r.NomiAnsi = prova.Nomi;
-  r.Punti = prova.Punti;
-  r.Stazioni = prova.Stazioni;
-  r.Osservazioni = prova.Osservazioni;
-  for (std::size_t i = 0; i < r.Punti.size(); ++i) {
-    r.Punti[i].Nome = r.NomiAnsi[i];
-    r.RuoliIniziali.push_back({r.Punti[i].TipoPla, r.Punti[i].TipoAlt});
-  }
-  r.PosizioniPunti.resize(r.Punti.size());
-  r.PosizioniStazioni.resize(r.Stazioni.size());
-  for (std::size_t s = 0; s < r.Stazioni.size(); ++s) {
-    r.Stazioni[s].Osservazioni = r.Osservazioni[s];
-    r.PosizioniOsservazioni.emplace_back(r.Osservazioni[s].size());
-  }
-  return r;
-}
-
-std::string Testo(const Righe& righe) {
-  std::string testo;
-  for (const std::string& riga : righe) testo += riga + "\n";
-  return testo;
-}
-
-template <class Cosa> void OgniOss(Rete& r, Cosa cosa) {
-  for (auto& oss : r.Osservazioni) for (TOssCr& o : oss) cosa(o);
-}
-template <class Cosa> void OgniPunto(Rete& r, Cosa cosa) {
-  for (TCoorCr& p : r.Punti) cosa(p);
-}
-TOssCr& Oss(Rete& r, int i) { return r.Osservazioni[0][i]; }
 void Scambia(TCoorCr& p) { std::swap(p.Est, p.Nord); }
 
 // All distances truly of one kind, and then said to be of another.
@@ -148,22 +84,23 @@ const Svista kPrima[] = {
     {kLibera, [](Rete& r) { OgniOss(r, [](TOssCr& o) { o.Zenit = 100 - o.Zenit, o.TipoDist = 0;
      }); }, 1, "tutta la rete: 3 zenit su 3 distano da 0 o da 400 meno di 50 gon"},
     {kLocale, [](Rete& r) { for (int i = 0; i < 4;
-     ++i) Oss(r, i).Zenit = 399, Oss(r, i).TipoDist = 0; }, 1, "stazione \"P101\": 4 zenit su 6"},
+     ++i) Oss(r, i).Zenit = 399, Oss(r, i).TipoDist = 0; }, 4, "stazione \"P101\": 4 zenit su 6"},
     {kLocale, [](Rete& r) { r.Stazioni[0].AltStrum = 155; },
      1, "155.000 m (in centimetri? sarebbe 1.550 m)"},
-    {kLocale, [](Rete& r) { Oss(r, 1).Distanza += 100; }, 1, "(errore di 100 m?)"},
+    {kLocale, [](Rete& r) { Oss(r, 1).Distanza += 100; }, 2, "(errore di 100 m?)"},
     {kLocale, [](Rete& r) { r.Opzioni.TipoCalcolo = 2, r.Opzioni.SqmDir = 2; }, 0, ""},
       // of no use in height
     {kCarta, [](Rete& r) { r.Opzioni.Cartografiche = 0, r.Opzioni.SqmDir = 0.1;
-     OgniOss(r, [](TOssCr& o) { o.TipoDist = 3; }); }, 0, ""},
+     OgniOss(r, [](TOssCr& o) { o.TipoDist = 3; }); }, 1, "non tornano più di 5 chiusure su 83"},
     {kLocale, [](Rete& r) { OgniPunto(r, [](auto& p) { p.Est += 5e5, p.Nord += 3.8e6; }); }, 0, ""},
     {kLocale, [](Rete& r) { r.Opzioni = {0.5, 0.1, 0.1, 6, 3, 0}; }, 0, ""},
     {kLocale, [](Rete& r) { r.Opzioni.SqmDistCost = r.Opzioni.SqmDistProp = 5.1e-5,
-     r.Opzioni.SqmDir = 1.1e-5; }, 0, ""},
-    {kCarta, [](Rete& r) { r.CurvaturaRifrazione = {1, -1, 6335000}; }, 0, ""},
+     r.Opzioni.SqmDir = 1.1e-5; }, 4, "all'inverso (riga 145)"},
+    {kCarta, [](Rete& r) { r.CurvaturaRifrazione = {1, -1, 6335000}; }, 1, "rete: non tornano più"},
     {kLocale, [](Rete& r) { r.CurvaturaRifrazione = {0, 13, 6378}; }, 0, ""},  // not applied
     {kLocale, [](Rete& r) { for (int i = 0; i < 3;
-     ++i) Oss(r, i).Zenit = 1, Oss(r, i).TipoDist = 0; }, 0, ""},
+     ++i) Oss(r, i).Zenit = 1, Oss(r, i).TipoDist = 0; },
+     5, "zenit 1.0000: dà un dislivello di 58473.968 m, le quote 0.467 m (angolo verticale"},
     {kLocale, [](Rete& r) { r.Stazioni[0].AltStrum = 3.9; }, 0, ""},
 };
 
@@ -171,13 +108,13 @@ const Svista kDopo[] = {
     {kCarta, [](Rete& r) { r.Opzioni = {0.005, 0.0025, 0.001, 6, 3, 1}; },
      1, "sigma zero 1.806 fuori dai limiti 0.857 … 1.143 (chi quadrato al 95 %, ridondanza 94)"},
     {kCarta, [](Rete& r) { r.Opzioni = {0.011, 0.0055, 0.0022, 6, 3, 1}; },
-     1, "sono migliori di quanto promettono gli sqm"},
+     1, "sono migliori di quanto promettono gli s.q.m."},
     {kCarta, [](Rete& r) { r.Opzioni = {0.0104, 0.0052, 0.00208, 6, 3, 1}; }, 0, ""},
     {kCarta, [](Rete& r) { r.Opzioni = {0.008, 0.004, 0.0016, 6, 3, 1}; }, 0, ""},
     {kCarta, [](Rete& r) { r.Opzioni = {0.001, 0.0005, 0.0002, 6, 3, 1}; },
-     1, "se non c'è, gli sqm vanno moltiplicati per 9.03)"},
+     1, "se non c'è, gli s.q.m. vanno moltiplicati per 9.03)"},
     {kCarta, [](Rete& r) { r.Opzioni = {0.0005, 0.00025, 0.0001, 6, 3, 1}; },
-     1, "di tanto sbagliano, più che gli sqm, i nomi"},
+     1, "di tanto sbagliano, più che gli s.q.m., i nomi"},
     {kCarta, [](Rete& r) { r.Opzioni = {0.12, 0.06, 0.024, 6, 3, 1}; }, 1, "altra unità?)"},
     {kLibera, [](Rete& r) { r.Opzioni.TipoCalcolo = 2; r.Osservazioni[0].resize(1);
      r.Stazioni[0].Osservazioni = r.Osservazioni[0]; },
@@ -191,7 +128,7 @@ const Svista kDopo[] = {
      1, "punto \"N\": coordinate approssimate a 40.036 m"},
     {kLibera, [](Rete& r) { r.Punti[3].Est += 15; }, 0, ""},
     {kCarta, [](Rete& r) { Oss(r, 1).Distanza += 0.25; },
-     1, "distanza da \"P101\" a \"P103\": W 4.80, limite 3.52"},
+     1, "distanza da \"P101\" a \"P103\": w 4.80, limite 3.52"},
     {kLocale, [](Rete& r) { Inclina(r, kInclinata, kOrizzontale); },
      2, "tutta la rete: 31 distanze dette \"orizzontale\" tornano come \"inclinata\""},
     {kLocale, [](Rete& r) { Inclina(r, kOrizzontale, kInclinata); },
@@ -201,13 +138,13 @@ const Svista kDopo[] = {
     {kLocale, [](Rete& r) { Oss(r, 2).TipoDist = 0; },
      3, "osservazione da \"P101\" a \"P112\": distanza detta \"orizzontale\" che torna"},
     {kLocale, [](Rete& r) { Inclina(r, 1, 1); }, 1, "sigma zero 0.77"},  // as it was
-    {kLocale, [](Rete& r) { Oss(r, 2).Distanza += 0.4; }, 2, "W "},  // an error of another size
+    {kLocale, [](Rete& r) { Oss(r, 2).Distanza += 0.4; }, 2, "w "},  // an error of another size
 };
 
-void Prova(const Svista& s, Righe (*avvisi)(Rete&)) {
+void Prova(const Svista& s, Avvisi (*avvisi)(Rete&)) {
   Rete r = Esempio(s.Nome);
   s.Guasta(r);
-  const Righe righe = avvisi(r);
+  const Avvisi righe = avvisi(r);
   EXPECT_EQ(std::ssize(righe), s.Righe) << s.Testo << "\n" << Testo(righe);
   EXPECT_NE(Testo(righe).find(s.Testo), std::string::npos) << s.Testo << "\n" << Testo(righe);
 }
@@ -219,15 +156,21 @@ TEST(Avvertimenti, DopoIlCalcolo) { for (const Svista& s : kDopo) Prova(s, Dopo)
 // promise, and of the published ones some fail the test of sigma zero or hold a doubtful reading.
 struct Causa { const char *Nome, *Righe; };
 const Causa kCause[] = {
-    {"altezze_strumentali", "sigma zero 0.771\n"}, {"barta12", "W 5.21\n"},
+    {"altezze_strumentali", "sigma zero 0.771\n"}, {"barta12", "w 5.21\n"},
     {"fuori_centro", "sigma zero 0.714\n"}, {"gauss_boaga_est", "sigma zero 0.652\n"},
     {"ghilani14_5", "sigma zero 13.591\n"}, {"ghilani16_2", "sigma zero 0.347\n"},
-    {"jezerka", "W 3.75\n"}, {"talapkova", "sigma zero 1.350\nW 4.76\n"},
-    {"zeman", "sigma zero 3.834\nW 4.61\nW 3.97\n8 punti\n11 punti\n0.070 m\n"}};
+    {"jezerka", "w 3.75\n"}, {"talapkova", "sigma zero 1.350\nw 4.76\n"},
+    {"zeman",
+     "sigma zero 3.834\nw 4.61\nw 3.97\nplanimetria: 14 punti\naltimetria: 14 punti\n"
+     "2 punti dipendono\n0.070 m\n"}};
 
 void ProvaBuona(const std::string& nome, Rete r) {
-  EXPECT_EQ(Testo(Prima(r)), "") << nome;
-  Righe righe = Dopo(r);
+  Avvisi prima = Prima(r);
+  // Of two pairs of points the distances do not close.
+  EXPECT_EQ(std::erase_if(prima, [](auto& x) { return x.find("all'inverso") + 1 != 0; }),
+            nome == "zeman" ? 2u : 0u);
+  EXPECT_EQ(Testo(prima), "") << nome;
+  Avvisi righe = Dopo(r);
   for (const Causa& c : kCause) {
     if (nome != c.Nome) continue;
     std::istringstream attese(c.Righe);

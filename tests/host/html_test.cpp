@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <numbers>
 #include <regex>
 
 #include "host/calcolo.h"
@@ -25,7 +26,18 @@ constexpr double kChiQuadro[][3] = {
     {0.975, 137, 171.294051781888782},  {0.025, 1000, 914.257153799258935},
     {0.975, 10000, 10279.0701798875902}, {0.001, 1, 1.57079714926248988e-6}};
 
+// Closed forms for one and two degrees of freedom; the others integrated numerically.
+const double kStudent[][3] = {{0.99, 1, std::tan(std::numbers::pi * 0.49)},
+                              {0.9, 2, 0.8 * std::sqrt(2 / (1 - 0.8 * 0.8))},
+                              {0.975, 3, 3.182446305284263},
+                              {0.995, 5, 4.032142983557536},
+                              {0.975, 10, 2.2281388519649385}};
+
 TEST(Statistica, Quantili) {
+  for (const auto& [p, n, atteso] : kStudent)
+    EXPECT_NEAR(QuantileStudent(p, int(n)), atteso, 1e-10 * atteso) << p << ' ' << n;
+  EXPECT_NEAR(LimiteTau(0.1, 1, 2), std::sqrt(2) * std::sin(std::numbers::pi * 0.45), 1e-12);
+  EXPECT_NEAR(LimiteTau(0.05, 12, 100'000), std::sqrt(QuantileChiQuadro(1 - 0.05 / 12, 1)), 1e-4);
   for (const auto& [p, n, atteso] : kChiQuadro)
     EXPECT_NEAR(QuantileChiQuadro(p, n), atteso, 1e-10 * atteso) << p << ' ' << n;
   EXPECT_NEAR(FattoreEllisse(0.95, 3), 4.3708339011957798, 1e-12);
