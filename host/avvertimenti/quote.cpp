@@ -35,7 +35,7 @@ double SqmDislivelloAtteso(const Rete& rete, const Risultati& risultati,
   const double D = std::hypot(q.Est - p.Est, q.Nord - p.Nord);
   if (!(D > 0.0)) return kAssente;
   const double pendenza = std::min(std::abs(q.Quota - p.Quota) / D, 1.0);
-  const double curvatura = D * D / (2.0 * kRaggioTerra) *
+  const double curvatura = D * D / (2.0 * kRaggioMedio) *
                            (rete.CurvaturaRifrazione.CorrCurvRifr != 0 ? kIncertezzaRifrazione : 1);
   return std::hypot(std::hypot(D * SqmZenit(rete), kSqmAltezze),
                     std::hypot(pendenza * SqmDistanza(rete, D), curvatura));

@@ -30,6 +30,14 @@ void Isola(Rete& r, int punto) {
   }
 }
 
+// On a plane that is not reduced to; the distances, measured on another, are taken away.
+void InAltroFuso(Rete& r, double traslazione) {
+  r.Opzioni.Cartografiche = 0;
+  OgniPunto(r, [&](TCoorCr& p) { p.Est += traslazione; });
+  for (auto& giro : r.Osservazioni)
+    for (TOssCr& o : giro) o.Distanza = kNonDato * 2;
+}
+
 constexpr const char *kLocale = "altezze_strumentali", *kCarta = "gauss_boaga_ovest",
                      *kLibera = "stazione_libera";
 
@@ -52,10 +60,9 @@ const Svista kPrima[] = {
      2, "punto \"P104\": est 2569849.360: non è nel fuso Gauss-Boaga Ovest"},
     {kCarta, [](Rete& r) { r.DatiProgetto.Epsg = 7791; },
      1, "epsg: 7791 (RDN2008 / UTM zone 32N) ha un falso Est di 500000 m, ma le coordinate sono"},
-    {kCarta, [](Rete& r) { r.DatiProgetto.Epsg = 7794, r.Opzioni.Cartografiche = 0;
-     OgniPunto(r, [](auto& p) { p.Est += 5.5e6; }); }, 0, ""},
-    {kCarta, [](Rete& r) { r.DatiProgetto.Epsg = 32632, r.Opzioni.Cartografiche = 0;
-     OgniPunto(r, [](auto& p) { p.Est += 1.5e6; }); }, 1, "(per il fuso 12 epsg = 7795)"},
+    {kCarta, [](Rete& r) { r.DatiProgetto.Epsg = 7794; InAltroFuso(r, 5.5e6); }, 0, ""},
+    {kCarta, [](Rete& r) { r.DatiProgetto.Epsg = 32632; InAltroFuso(r, 1.5e6); },
+     1, "(per il fuso 12 epsg = 7795)"},
     {kCarta, [](Rete& r) { r.DatiProgetto.Epsg = 3004; }, 1, "(per Gauss-Boaga Ovest epsg = 3003)"},
     {kCarta, [](Rete& r) { r.DatiProgetto.Epsg = 4326; }, 1, "4326 non è il codice di un sistema"},
     {kCarta, [](Rete& r) { r.DatiProgetto.Epsg = 99999; }, 1, "99999 non è tra i codici che"},
