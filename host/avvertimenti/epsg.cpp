@@ -14,8 +14,8 @@
 #include <utility>
 
 #include "host/numeri.h"
+#include "host/sistema_riferimento.h"
 #include "host/testi.h"
-#include "host/uscite/sistema_riferimento.h"
 
 namespace {
 

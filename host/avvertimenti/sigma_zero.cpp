@@ -10,10 +10,10 @@
 #include <utility>
 
 #include "host/avvertimenti/dopo.h"
+#include "host/grandezze.h"
 #include "host/numeri.h"
 #include "host/sommario.h"
 #include "host/statistica.h"
-#include "host/uscite/grandezze.h"
 
 namespace {
 

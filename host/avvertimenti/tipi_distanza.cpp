@@ -27,21 +27,21 @@
 #include "host/avvertimenti/dopo.h"
 #include "host/avvertimenti/proiezione.h"
 #include "host/campi.h"
+#include "host/grandezze.h"
 #include "host/numeri.h"
 #include "host/statistica.h"
-#include "host/uscite/grandezze.h"
 
 namespace {
 
-constexpr double kVolteSqm = 3.0;        // a smaller d could not be told from the noise
-constexpr double kResto = 0.1;           // of W that may be left where the errors are large
-constexpr double kSignificativo = 16.0;  // four sigmas
-constexpr double kConcorda = 0.2;        // of k from 1, where its standard deviation is large
-constexpr double kCurvatura = 0.02;      // of k from 1 that the linear equations may miss by
-constexpr double kPariMerito = 0.999;    // the same error by two ways, but for rounding
-constexpr double kSenoMinimo = 1e-6;     // a sight along the vertical has no horizontal distance
+constexpr double kVolteSqm = 3.0;         // a smaller d could not be told from the noise
+constexpr double kResto = 0.1;            // of W that may be left where the errors are large
+constexpr double kSignificativo = 16.0;   // four sigmas
+constexpr double kConcorda = 0.2;         // of k from 1, where its standard deviation is large
+constexpr double kCurvatura = 0.02;       // of k from 1 that the linear equations may miss by
+constexpr double kPariMerito = 0.999;     // the same error by two ways, but for rounding
+constexpr double kSenoMinimo = 1e-6;      // a sight along the vertical has no horizontal distance
 constexpr double kQuasiVerticale = 50.0;  // a zenith angle nearer to 0 is hardly one [gon]
-constexpr double kControllo = 0.01;      // smaller redundancy numbers show nothing
+constexpr double kControllo = 0.01;       // smaller redundancy numbers show nothing
 constexpr std::size_t kNumeroMolti = 2;
 constexpr std::size_t kStazioniProvate = 3;
 constexpr int kMosseMassime = 300;

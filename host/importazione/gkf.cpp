@@ -12,8 +12,8 @@
 #include <array>
 #include <unordered_map>
 
+#include "host/gkf_formato.h"
 #include "host/importazione/gkf_contesto.h"
-#include "host/importazione/gkf_formato.h"
 #include "host/numeri.h"
 #include "host/testi.h"
 

@@ -3,7 +3,7 @@
 
 #include "host/diagnostica.h"
 #include "host/errori.h"
-#include "host/importazione/gkf_formato.h"
+#include "host/gkf_formato.h"
 #include "host/importazione/lettore.h"
 
 namespace {

@@ -9,8 +9,8 @@
 #include <cmath>
 
 #include "host/codifica.h"
+#include "host/gkf_formato.h"
 #include "host/importazione/angoli.h"
-#include "host/importazione/gkf_formato.h"
 #include "host/numeri.h"
 #include "host/suggerimenti.h"
 #include "host/testi.h"

@@ -16,9 +16,9 @@
 #include <unordered_map>
 
 #include "host/campi.h"
+#include "host/gkf_formato.h"
 #include "host/importazione/angoli.h"
 #include "host/importazione/gkf_contesto.h"
-#include "host/importazione/gkf_formato.h"
 #include "host/numeri.h"
 #include "host/unita.h"
 

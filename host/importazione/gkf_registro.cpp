@@ -8,8 +8,8 @@
 
 #include <array>
 
+#include "host/gkf_formato.h"
 #include "host/importazione/gkf_contesto.h"
-#include "host/importazione/gkf_formato.h"
 #include "host/numeri.h"
 
 namespace gkf {

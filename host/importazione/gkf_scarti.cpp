@@ -8,8 +8,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "host/gkf_formato.h"
 #include "host/importazione/gkf_contesto.h"
-#include "host/importazione/gkf_formato.h"
 #include "host/numeri.h"
 #include "host/testi.h"
 #include "host/unita.h"

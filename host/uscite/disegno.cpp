@@ -11,10 +11,10 @@
 #include <numbers>
 #include <string>
 
+#include "host/grandezze.h"
 #include "host/numeri.h"
 #include "host/uscite/disegno_elementi.h"
 #include "host/uscite/disegno_etichette.h"
-#include "host/uscite/grandezze.h"
 #include "host/uscite/scala_ellissi.h"
 #include "host/uscite/visuali.h"
 

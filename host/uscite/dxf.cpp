@@ -11,11 +11,11 @@
 #include <vector>
 
 #include "host/codifica.h"
+#include "host/grandezze.h"
 #include "host/numeri.h"
+#include "host/sistema_riferimento.h"
 #include "host/sommario.h"
-#include "host/uscite/grandezze.h"
 #include "host/uscite/scala_ellissi.h"
-#include "host/uscite/sistema_riferimento.h"
 #include "host/uscite/visuali.h"
 #include "host/versione.h"
 

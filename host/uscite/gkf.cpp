@@ -21,11 +21,11 @@
 #include <string>
 #include <unordered_set>
 
-#include "host/importazione/gkf_formato.h"
+#include "host/gkf_formato.h"
+#include "host/grandezze.h"
 #include "host/numeri.h"
 #include "host/unita.h"
 #include "host/uscite/gkf_registro.h"
-#include "host/uscite/grandezze.h"
 #include "host/versione.h"
 
 namespace {

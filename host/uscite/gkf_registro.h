@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/importazione/gkf_formato.h"
+#include "host/gkf_formato.h"
 #include "host/risultati.h"
 
 namespace gkf {

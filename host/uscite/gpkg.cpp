@@ -9,13 +9,13 @@
 #include <optional>
 #include <string>
 
+#include "host/grandezze.h"
+#include "host/sistema_riferimento.h"
 #include "host/uscite/archivio_sqlite.h"
 #include "host/uscite/gpkg_geometria.h"
 #include "host/uscite/gpkg_metadati.h"
 #include "host/uscite/gpkg_stili.h"
-#include "host/uscite/grandezze.h"
 #include "host/uscite/scala_ellissi.h"
-#include "host/uscite/sistema_riferimento.h"
 #include "host/uscite/visuali.h"
 
 namespace {

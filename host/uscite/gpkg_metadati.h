@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "host/sistema_riferimento.h"
 #include "host/uscite/documento.h"
-#include "host/uscite/sistema_riferimento.h"
 
 struct VoceMetadati {
   std::string Chiave;

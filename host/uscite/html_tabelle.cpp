@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "host/campi.h"
+#include "host/grandezze.h"
 #include "host/numeri.h"
-#include "host/uscite/grandezze.h"
 
 namespace {
 

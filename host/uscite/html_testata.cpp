@@ -11,12 +11,12 @@
 #include <string>
 
 #include "host/campi.h"
+#include "host/grandezze.h"
 #include "host/numeri.h"
+#include "host/sistema_riferimento.h"
 #include "host/sommario.h"
 #include "host/statistica.h"
 #include "host/testi.h"
-#include "host/uscite/grandezze.h"
-#include "host/uscite/sistema_riferimento.h"
 #include "host/versione.h"
 
 namespace {

@@ -9,9 +9,9 @@
 #include <cmath>
 #include <numbers>
 
+#include "host/grandezze.h"
 #include "host/numeri.h"
 #include "host/unita.h"
-#include "host/uscite/grandezze.h"
 
 namespace {
 

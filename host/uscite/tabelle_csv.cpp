@@ -11,8 +11,8 @@
 #include <string>
 
 #include "host/campi.h"
+#include "host/grandezze.h"
 #include "host/numeri.h"
-#include "host/uscite/grandezze.h"
 
 namespace {
 

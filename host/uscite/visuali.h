@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "host/grandezze.h"
 #include "host/risultati.h"
-#include "host/uscite/grandezze.h"
 
 // All shots between two points, in either direction. An angle belongs to the sight to its target,
 // not to that of the reference it counts from.

@@ -18,7 +18,7 @@
 #include "host/rapporto.h"
 #include "host/statistica.h"
 #include "host/uscite/gpkg.h"
-#include "host/uscite/grandezze.h"
+#include "host/grandezze.h"
 #include "host/uscite/html.h"
 #include "host/uscite/tabelle_csv.h"
 

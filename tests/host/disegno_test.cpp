@@ -5,7 +5,7 @@
 #include <regex>
 
 #include "host/uscite/html.h"
-#include "host/uscite/sistema_riferimento.h"
+#include "host/sistema_riferimento.h"
 
 namespace {
 

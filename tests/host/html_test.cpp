@@ -14,7 +14,7 @@
 #include "host/rapporto.h"
 #include "host/statistica.h"
 #include "host/uscite/disegno_etichette.h"
-#include "host/uscite/grandezze.h"
+#include "host/grandezze.h"
 #include "host/uscite/html.h"
 #include "rete_prova.h"
 

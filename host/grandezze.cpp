@@ -1,6 +1,6 @@
 // Limits, reliability, roles: small functions of single records of the model.
 
-#include "host/uscite/grandezze.h"
+#include "host/grandezze.h"
 
 #include <algorithm>
 #include <cmath>

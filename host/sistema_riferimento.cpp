@@ -1,7 +1,7 @@
 // Table of the plane systems in use in Italy, all transverse Mercator with its origin on the
 // equator, and their definitions in the notation of OGC 01-009 (WKT 1).
 
-#include "host/uscite/sistema_riferimento.h"
+#include "host/sistema_riferimento.h"
 
 #include <algorithm>
 #include <array>
