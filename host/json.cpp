@@ -153,6 +153,7 @@ ordered_json DiCompensazione(const Risultati& r, const RisultatoCompensazione& c
           {"iterazioni", std::move(iterazioni)},
           {"w_massimo", DiWMassimo(r, c.EquazioneWMassimo)},
           {"gradi_liberi", c.GradiLiberi},
+          {"approssimate_lontane", c.ApprossimateLontane},
           {"moti_liberi", std::move(moti)}};
 }
 

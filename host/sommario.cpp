@@ -55,7 +55,10 @@ std::string TestoEsito(const Risultati& r, const RisultatoCompensazione& c) {
       return "interrotta, meno di due punti fissi (" + std::to_string(c.Fissi) + ")";
     case Esito::PiuIncognite: return "interrotta, più incognite che osservazioni";
     case Esito::NormaleSingolare:
-      return "interrotta, rete indeterminata (matrice normale singolare)";
+      return std::string("interrotta, ") +
+             (c.ApprossimateLontane ? "coordinate approssimate troppo lontane"
+                                    : "rete indeterminata") +
+             " (matrice normale singolare)";
   }
   return {};
 }

@@ -6,6 +6,7 @@
 #include "avvertimenti_prova.h"
 #include "host/avvertimenti/letture_punti.h"
 #include "host/avvertimenti/proiezione.h"
+#include "host/sommario.h"
 
 namespace {
 
@@ -273,6 +274,8 @@ TEST(AvvertimentiReti, ApprossimateLontane) {
     AvvertiDopo(r, risultati, diario);
     EXPECT_EQ(Contate(diario.Righe(), "coordinate approssimate troppo lontane"), 1) << seme;
     EXPECT_EQ(risultati.Planimetria.ApprossimateLontane, !risultati.Planimetria.MotiLiberi.empty());
+    const std::string esito = TestoEsito(risultati, risultati.Planimetria);
+    EXPECT_EQ(esito.find("troppo lontane") != esito.npos, risultati.Planimetria.ApprossimateLontane);
     for (const MotoLibero& moto : risultati.Planimetria.MotiLiberi)
       EXPECT_EQ(moto.Parole.find("coordinate approssimate troppo lontane"), 0u) << moto.Parole;
   }
