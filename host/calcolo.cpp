@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
 
 #include "frame/costanti.h"
 #include "host/indeterminazione/indeterminazione.h"
@@ -39,6 +40,24 @@ void NotaNonCalcolati(Risultati& r) {
   nota(r.Altimetria, &RuoliPunto::Alt);
 }
 
+// Division by the sine of a vertical sight, or values beyond all measure, leave no numbers behind.
+void NotaNonFinite(Risultati& r) {
+  const auto nota = [&](RisultatoCompensazione& c, int RuoliPunto::*quale, bool quote) {
+    if (!c.Compiuta()) return;
+    const auto guasto = [&](const RisultatoPunto& p) {
+      if (p.Ruoli.*quale == kNonUsato) return false;
+      return quote ? !std::isfinite(p.Quota) : !std::isfinite(p.Est) || !std::isfinite(p.Nord);
+    };
+    const auto guasta = [&](const Equazione& e) {
+      return (e.Tipo == TipoEquazione::Dislivello) == quote && !std::isfinite(e.Residuo);
+    };
+    if (std::ranges::any_of(r.Punti, guasto) || std::ranges::any_of(r.Equazioni, guasta))
+      c.Fine = Esito::NonFinita, c.EquazioneWMassimo = kNessuno;
+  };
+  nota(r.Planimetria, &RuoliPunto::Pla, false);
+  nota(r.Altimetria, &RuoliPunto::Alt, true);
+}
+
 }  // namespace
 
 Risultati Compensa(Rete& rete, CFileOutTmp& rapporto, const Ascolto& ascolto) {
@@ -52,6 +71,7 @@ Risultati Compensa(Rete& rete, CFileOutTmp& rapporto, const Ascolto& ascolto) {
   if (ascolto.Classificati) ascolto.Classificati();
   osservatore.Concludi(calcolo.Esegui());
   NotaNonCalcolati(risultati);
+  NotaNonFinite(risultati);
   SpiegaIndeterminazione(risultati);
   return risultati;
 }

@@ -49,6 +49,7 @@ std::string_view NomeEsito(Esito esito) {
     case Esito::PuntiFissiInsufficienti: return "punti_fissi_insufficienti";
     case Esito::PiuIncognite: return "piu_incognite";
     case Esito::NormaleSingolare: return "normale_singolare";
+    case Esito::NonFinita: return "non_finita";
   }
   return {};
 }
@@ -136,7 +137,8 @@ ordered_json DiCompensazione(const Risultati& r, const RisultatoCompensazione& c
     return elenco;
   };
   ordered_json moti = ordered_json::array();
-  for (const MotoLibero& m : c.MotiLiberi) moti.push_back(DiMoto(r, m));
+  if (!c.ApprossimateLontane)
+    for (const MotoLibero& m : c.MotiLiberi) moti.push_back(DiMoto(r, m));
   return {{"richiesta", c.Fine != Esito::NonRichiesta},
           {"esito", NomeEsito(c.Fine)},
           {"punti_non_determinabili", nomi(c.PuntiNonDeterminabili)},
@@ -153,7 +155,8 @@ ordered_json DiCompensazione(const Risultati& r, const RisultatoCompensazione& c
           {"iterazioni", std::move(iterazioni)},
           {"w_massimo", DiWMassimo(r, c.EquazioneWMassimo)},
           {"gradi_liberi", c.GradiLiberi},
-          {"approssimate_lontane", c.ApprossimateLontane},
+          {"approssimate_lontane", c.ApprossimateLontane ? ordered_json(c.MotiLiberi.front().Parole)
+                                                         : ordered_json(nullptr)},
           {"moti_liberi", std::move(moti)}};
 }
 

@@ -29,6 +29,7 @@ enum class Esito {
   PuntiFissiInsufficienti,  // fewer than two in plan
   PiuIncognite,             // more unknowns than equations
   NormaleSingolare,         // the normal matrix is not positive definite
+  NonFinita,                // it came to its end with results that are no finite numbers
 };
 
 // Kinds of observation equations, and what each observes.
@@ -146,7 +147,8 @@ struct RisultatoCompensazione {
   std::vector<MotoLibero> MotiLiberi;   // what the observations do not fix; the first 100
   int GradiLiberi = 0;                  // independent free motions, with those that are not listed
   std::vector<int> PuntiNonCalcolati;   // unknown by the file, left out for lack of coordinates
-  bool ApprossimateLontane = false;     // only the coordinates that iterations led astray have them
+  bool ApprossimateLontane = false;     // nothing is free, but the iterations were led astray: the
+                                        // one motion listed only carries the words
 
   // Only where the equations were counted.
   int Ridondanza() const { return Equazioni - Incognite; }

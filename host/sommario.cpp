@@ -59,6 +59,9 @@ std::string TestoEsito(const Risultati& r, const RisultatoCompensazione& c) {
              (c.ApprossimateLontane ? "coordinate approssimate troppo lontane"
                                     : "rete indeterminata") +
              " (matrice normale singolare)";
+    case Esito::NonFinita:
+      return "non riuscita, i risultati non sono numeri finiti (una visuale verticale, o un valore "
+             "fuori misura?)";
   }
   return {};
 }

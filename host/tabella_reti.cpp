@@ -35,6 +35,7 @@ std::string Parola(const EsitoRete& rete, const Compensazione& c) {
     case Esito::PuntiFissiInsufficienti:
     case Esito::PiuIncognite:
     case Esito::NormaleSingolare: return "interrotta";
+    case Esito::NonFinita: return "non riuscita";
   }
   return {};
 }

@@ -209,6 +209,7 @@ void Esame::EsaminaCorrezione() {
   const std::optional<CorrezioneEccessiva> estrema = CercaCorrezioneEccessiva(E);
   if (!estrema) return;
   const auto punto = static_cast<std::size_t>(estrema->Punto);
+  const bool calcolate = !R.PiantaCalcolata.empty() && R.PiantaCalcolata[punto] != 0;
   Trovati.push_back(
       {R.PosizioniPunti[punto],
        {.Record = NomePunto(E.Punti[punto].Nome),
@@ -216,8 +217,12 @@ void Esame::EsaminaCorrezione() {
                     NumeroFisso(estrema->Correzione, kDecimali) +
                     " m, più di un decimo della sua visuale più corta, " +
                     NumeroFisso(estrema->Visuale, kDecimali) + " m secondo le approssimate",
-        .Suggerimento = "coordinate approssimate troppo lontane dal vero: migliorarle, o toglierle "
-                        "e lasciare che siano calcolate, poi ricompensare"}});
+        .Suggerimento = std::string("coordinate approssimate troppo lontane dal vero: ") +
+                        (calcolate ? "sono calcolate da misure fra cui una è sbagliata, o la rete "
+                                     "non le determina abbastanza: controllare le misure, o darle "
+                                     "nel file"
+                                   : "migliorarle, o toglierle e lasciare che siano calcolate, poi "
+                                     "ricompensare")}});
 }
 
 Rilievi Esame::Esegui() {

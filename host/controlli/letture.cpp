@@ -54,6 +54,7 @@ class Esame {
   void EsaminaAltezzaMancante(std::size_t s);
   void EsaminaSegnaliMancanti(std::size_t s);
   void EsaminaSecondaFaccia(std::size_t s);
+  void EsaminaVisualiVerticali(std::size_t s);
   const std::string& Nome(int i) const { return R.Nomi[static_cast<std::size_t>(i)]; }
   std::string Record(std::size_t s) const { return NomeStazione(Nome(R.Stazioni[s].Punto)); }
   std::string Record(std::size_t s, const TOssCr& o) const {
@@ -195,13 +196,25 @@ void Esame::EsaminaSegnaliMancanti(std::size_t s) {
                                  " visuali con zenit e distanza sono senza altezza del segnale");
 }
 
+// Along the vertical there is no horizontal distance to divide by.
+void Esame::EsaminaVisualiVerticali(std::size_t s) {
+  const TStaCr& stazione = R.Stazioni[s];
+  for (std::size_t i = 0; i < stazione.Osservazioni.size(); ++i) {
+    const TOssCr& o = stazione.Osservazioni[i];
+    if (!Assegnato(o.Zenit) || std::remainder(o.Zenit, kZenitMassimo) != 0.0) continue;
+    Aggiungi(R.PosizioniOsservazioni[s][i], Record(s, o),
+             "zenit " + NumeroFisso(o.Zenit, 4) + ", una visuale verticale",
+             o.Zenit == 0.0 ? "uno zero al posto di «non letto»? va tolto" : "");
+  }
+}
+
 void Esame::EsaminaSecondaFaccia(std::size_t s) {
   const TStaCr& stazione = R.Stazioni[s];
   const Zenit zenit = ContaZenit(s);
   if (zenit.Verticali() && zenit.Letti > 1) return;
   for (std::size_t i = 0; i < stazione.Osservazioni.size(); ++i) {
     const TOssCr& o = stazione.Osservazioni[i];
-    if (!Assegnato(o.Zenit) || o.Zenit <= kZenitMassimo) continue;
+    if (!Assegnato(o.Zenit) || o.Zenit <= kZenitMassimo || o.Zenit == kGiroGon) continue;
     Aggiungi(
         R.PosizioniOsservazioni[s][i], Record(s, o),
         "zenit " + NumeroFisso(o.Zenit, 4) + ", oltre 200 gon",
@@ -222,6 +235,7 @@ void Esame::EsaminaMancanze() {
     EsaminaAltezzaMancante(s);
     EsaminaSegnaliMancanti(s);
     EsaminaSecondaFaccia(s);
+    EsaminaVisualiVerticali(s);
   }
 }
 

@@ -159,7 +159,8 @@ class LettoreLibretto {
     return true;
   }
 
-  // The note is not carried; what stands behind it: a page number pasted with the rows, or a row that lost its start.
+  // The note is not carried; behind it stands a page number pasted with the rows, or a row that
+  // lost its start.
   void DopoLaNota(const RigaLibretto& riga, std::size_t campi, const std::string& record) {
     ContaNota(riga, campi - 1);
     if (riga.Campi.size() <= campi) return;

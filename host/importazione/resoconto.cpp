@@ -8,6 +8,7 @@
 #include <functional>
 #include <string_view>
 
+#include "host/campi.h"
 #include "host/codifica.h"
 #include "host/diagnostica.h"
 #include "host/file_sicuro.h"
@@ -143,13 +144,18 @@ std::vector<std::string> FrasiApprossimate(const EsitoApprossimate& esito) {
   return {frase + " (in testa al file è scritto come)"};
 }
 
+// Given to a horizontal distance that was read without, so that it enters the plan.
+bool ZenitAssunto(const TOssCr& o) {
+  return o.TipoDist == kOrizzontale && o.Zenit == kOrizzonte && !Assegnato(o.AltSegnale);
+}
+
 std::string FraseOsservazioni(const Rete& rete) {
   std::size_t visuali = 0, direzioni = 0, zenit = 0, distanze = 0;
   for (const auto& stazione : rete.Osservazioni) {
     visuali += stazione.size();
     for (const TOssCr& o : stazione) {
       direzioni += Assegnato(o.Direzione) ? 1 : 0;
-      zenit += Assegnato(o.Zenit) ? 1 : 0;
+      zenit += Assegnato(o.Zenit) && !ZenitAssunto(o) ? 1 : 0;
       distanze += Assegnato(o.Distanza) ? 1 : 0;
     }
   }
@@ -164,7 +170,7 @@ void AggiungiAltezze(std::vector<std::string>& frasi, const Rete& rete) {
   for (std::size_t s = 0; s < rete.Stazioni.size(); ++s) {
     bool zenit = false;
     for (const TOssCr& o : rete.Osservazioni[s]) {
-      if (!Assegnato(o.Zenit)) continue;
+      if (!Assegnato(o.Zenit) || ZenitAssunto(o)) continue;
       zenit = true;
       visuali += Assegnato(o.AltSegnale) ? 0 : 1;
     }

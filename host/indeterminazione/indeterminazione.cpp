@@ -104,6 +104,7 @@ void AttribuisciAlleApprossimate(Risultati& r, std::ptrdiff_t passi) {
   }
   constexpr int kDecimali = 1;
   r.Planimetria.ApprossimateLontane = true;
+  r.Planimetria.GradiLiberi = 0;
   moti.resize(1);
   moti.front().Parole =
       "coordinate approssimate troppo lontane dal vero: le osservazioni bastano, ma l'iterazione " +

@@ -240,6 +240,10 @@ Stato StatoDi(const RisultatoCompensazione& c, const TestGlobale& t, const Conte
 
 void ScriviMoti(Pagina& p, const RisultatoCompensazione& c) {
   if (c.MotiLiberi.empty()) return;
+  if (c.ApprossimateLontane) {
+    (p << "<p>").Testo(c.MotiLiberi.front().Parole) << "</p>\n";
+    return;
+  }
   p << "<p>Che cosa le osservazioni non fissano:</p>\n<ul>\n";
   for (const MotoLibero& moto : c.MotiLiberi) (p << "<li>").Testo(moto.Parole) << "</li>\n";
   p << "</ul>\n";

@@ -153,6 +153,10 @@ const struct CasoCompleta {
      "#   la quota approssimata di 3 punti: \"B\", \"S\", \"P\"\n\nformato = 1\n"},
     {[](O&, L& l) { l.Postazioni[0].Battute[2].Segnale.reset(); }, "",
      "1 visuale con lo zenit ma senza altezza del segnale: fuori dall'altimetria\n"},
+    {[](O&, L& l) {
+       BattutaLibretto& b = l.Postazioni[0].Battute[3];
+       b.Zenit.reset(), b.TipoDist = kOrizzontale;
+     }, "", "3 direzioni, 2 angoli zenitali, 2 distanze\nAssunto:"},
     {[](O& o, L& l) { l.Postazioni[0].Altezza.reset(), o.TipoCalcolo = kCalcoloAltimetria; }, "",
      "1 stazione con angoli zenitali ma senza altezza dello strumento: fuori dall'altimetria\n"},
     {[](O& o, L&) { o.Fissi = {"A", "B"}, o.Escludi = {"P"}; }, "",

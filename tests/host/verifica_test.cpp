@@ -52,6 +52,7 @@ const struct { const char* Nome; Mano Guasta; const char* Testo; } kSviste[] = {
     {kLocale, [](Rete& r) { r.Punti[1] = r.Punti[0]; }, "ha le coordinate del punto \"P101\""},
     {kLocale, [](Rete& r) { r.Nomi[1] = "p1O1"; }, "solo per maiuscole o per O e 0"},
     {kLocale, [](Rete& r) { Oss(r, 1).Zenit = 299.0825; }, "non ridotta? sarebbe 100.9175"},
+    {kLocale, [](Rete& r) { Oss(r, 1).Zenit = 0; }, "zenit 0.0000, una visuale verticale (uno ze"},
     {kLocale, [](Rete& r) { for (int i = 0; i < 6; ++i) Oss(r, i).Zenit = i; }, "6 zenit su 6 dist"},
     {kLocale, [](Rete& r) { r.Stazioni[0].AltStrum = 166.2; }, "in centimetri? sarebbe 1.662 m"},
     {kLocale, [](Rete& r) { Oss(r, 1).AltSegnale = kValoreMancante; }, "senza altezza del seg"},
