@@ -189,7 +189,8 @@ TEST(Indeterminazione, CentriDetti) {
     std::mt19937 motore(seme);
     Rete rete;
     for (int i = 0; i < 6; ++i)
-      Punto(rete, kNomi[i], motore() % 1000, motore() % 1000, i < 3 ? kFisso : kIncognito);
+      Punto(rete, kNomi[i], int(motore() % 1000), int(motore() % 1000),
+            i < 3 ? kFisso : kIncognito);
     for (int i = 3; i < 6; ++i)
       for (int k = (Stazione(rete, i), 3); k < 6; ++k)
         if (k != i) Osserva(rete, k, true, false);
@@ -231,7 +232,7 @@ TEST(Indeterminazione, CorpiIncernierati) {
     std::mt19937 motore(seme);
     Rete rete;
     const auto nuovo = [&](int ruolo) {
-      Punto(rete, 'N', motore() % 100000 / 50.0, motore() % 100000 / 50.0, ruolo);
+      Punto(rete, 'N', int(motore() % 100000) / 50.0, int(motore() % 100000) / 50.0, ruolo);
       return int(rete.Punti.size()) - 1;
     };
     nuovo(kFisso);

@@ -115,6 +115,7 @@ Rete Griglia(unsigned seme) {
   Rete r;
   r.Opzioni = {0.001, 0.003, 0.002, 10, kCalcoloPlanimetria, 0};
   std::vector<std::array<double, 2>> luoghi;
+  luoghi.reserve(kLato * kLato);
   for (int i = 0; i < kLato * kLato; ++i)
     luoghi.push_back({i % kLato * 200 + reale(140), i / kLato * 200 + reale(140)});
   for (int i = 0; i < kLato * kLato; ++i) {
@@ -124,6 +125,7 @@ Rete Griglia(unsigned seme) {
     r.RuoliIniziali.push_back({fisso ? kFisso : kIncognito, kNonUsato});
     r.Nomi.push_back("P" + std::to_string(i));
     std::vector<std::pair<double, int>> vicini;
+    vicini.reserve(kLato * kLato);
     for (int j = 0; j < kLato * kLato; ++j)
       vicini.emplace_back(std::hypot(luoghi[j][0] - e, luoghi[j][1] - n), j);
     std::partial_sort(vicini.begin(), vicini.begin() + kViste + 1, vicini.end());
