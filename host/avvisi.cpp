@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "host/campi.h"
+#include "host/controlli/rilievi.h"
 
 namespace {
 
@@ -31,7 +32,8 @@ class Esame {
       : R(rete),
         Diario(diagnostica),
         Pla((rete.Opzioni.TipoCalcolo & kCalcoloPlanimetria) != 0),
-        Alt((rete.Opzioni.TipoCalcolo & kCalcoloAltimetria) != 0) {}
+        Alt((rete.Opzioni.TipoCalcolo & kCalcoloAltimetria) != 0),
+        Verticali(ZenitVerticali(rete)) {}
 
   void EsaminaPunto(std::size_t i);
   void EsaminaStazione(std::size_t s);
@@ -70,6 +72,7 @@ class Esame {
   Diagnostica& Diario;
   bool Pla;
   bool Alt;
+  bool Verticali;  // the zenith angles of the network, which is told once
 };
 
 void Esame::EsaminaPunto(std::size_t i) {
@@ -196,7 +199,8 @@ void Esame::MotiviQuota(const Postazione& p, const TOssCr& o, std::string& motiv
 void Esame::MotiviZenit(const Postazione& p, const TOssCr& o, std::string& motivi) const {
   const bool pianta = p.InPianta && Assegnato(o.Distanza) && Inclinata(o.TipoDist) &&
                       Punto(o.Punto).TipoPla != kNonUsato;
-  if (!Assegnato(o.Zenit) || !(pianta || (p.InQuota && QuotaUsata(p.Record, o)))) return;
+  if (Verticali || !Assegnato(o.Zenit) || !(pianta || (p.InQuota && QuotaUsata(p.Record, o))))
+    return;
   if (o.Zenit == 0.0 || o.Zenit == kZenitMassimo || o.Zenit == kGiroGon) {
     Aggiungi(motivi, "zenit di una visuale verticale: se non è stato letto va tolto");
   } else if (o.Zenit > kZenitMassimo) {

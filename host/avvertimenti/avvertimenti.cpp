@@ -1,7 +1,10 @@
-// The warnings in order, and not more of them than one reads.
+// The warnings in order, and not more of them than one reads: first those of the whole network, the
+// options and the project, then those of single points and readings, of which many may have one
+// cause.
 
 #include "host/avvertimenti/avvertimenti.h"
 
+#include <algorithm>
 #include <iterator>
 #include <utility>
 
@@ -30,9 +33,10 @@ EsamePlausibilita Plausibilita(const Rete& rete) {
   EsamePlausibilita esame{.Trovati = ControllaCoordinate(rete)};
   Rilievi diTutta = ControllaVersoScala(rete);
   Rilievi opzioni = ControllaOpzioni(rete);
-  esame.Regolare = esame.Trovati.empty() && diTutta.empty() && opzioni.empty();
+  const bool lettureRegolari = diTutta.empty() && !ZenitVerticali(rete);
+  esame.Regolare = esame.Trovati.empty() && lettureRegolari && opzioni.empty();
   const bool pianta = (rete.Opzioni.TipoCalcolo & kCalcoloPlanimetria) != 0;
-  if (pianta && diTutta.empty()) Accoda(esame.Trovati, ControllaScarti(rete));
+  if (pianta && lettureRegolari) Accoda(esame.Trovati, ControllaScarti(rete));
   Accoda(esame.Trovati, std::move(diTutta));
   Accoda(esame.Trovati, std::move(opzioni));
   Accoda(esame.Trovati, ControllaEpsg(rete));
@@ -56,7 +60,12 @@ Rilievi Chiusure(const Rete& rete) {
                             "sbagliati?"}}};
 }
 
+// What concerns the network, the options or the project names no point in quotes; it may be the
+// cause of all the rest.
+bool Generale(const Rilievo& r) { return r.Cosa.Record.find('"') == std::string::npos; }
+
 void Riferisci(Rilievi trovati, Diagnostica& diagnostica) {
+  std::stable_partition(trovati.begin(), trovati.end(), Generale);
   const std::size_t altri = trovati.size() > kMostrati ? trovati.size() - kMostrati : 0;
   trovati.resize(trovati.size() - altri);
   for (Rilievo& r : trovati) diagnostica.Avviso(r.Dove, std::move(r.Cosa));

@@ -9,14 +9,15 @@
 #include "host/risultati.h"
 
 // Before the adjustment: what coordinates, readings and options tell by themselves and against each
-// other, as far as it may spoil the results. Of many failed closures only one is told. Coordinates
-// in metres, approximate ones filled in.
+// other, as far as it may spoil the results. Of many failed closures only one is told; of many
+// warnings those of single points and readings are cut, not those of the whole network, the options
+// and the project. Coordinates in metres, approximate ones filled in.
 void AvvertiPrima(const Rete& rete, Diagnostica& diagnostica);
 
 // After it: what sigma zero, redundancy numbers, residuals and corrections tell. The network names
 // the places only.
 void AvvertiDopo(const Rete& rete, const Risultati& risultati, Diagnostica& diagnostica);
 
-// Coordinates, readings and options against each other: first what is wrong with the whole network,
-// then, unless its readings are, ControllaScarti on each of them.
+// Coordinates, readings and options against each other: what is wrong with the whole network and,
+// unless its readings are, ControllaScarti on each of them. In no special order.
 Rilievi ControllaPlausibilita(const Rete& rete);

@@ -36,15 +36,18 @@ class Esame {
       : R(rete), Alt((rete.Opzioni.TipoCalcolo & kCalcoloAltimetria) != 0) {}
   void EsaminaValori();
   void EsaminaMancanze();
+  bool TuttiVerticali() const { return ContaZenit().Verticali(); }
   Rilievi Trovati;
 
  private:
   // Zenith angles read, and those of them that look vertical.
   struct Zenit {
     int Letti = 0, Presso0 = 0;
-    bool Verticali() const { return 2 * Presso0 > Letti; }
+    std::size_t Prima = 0;  // the first set-up with one that looks vertical
+    bool Verticali() const { return 2 * Presso0 > Letti && Letti > 1; }
   };
   Zenit ContaZenit(std::size_t s) const;
+  Zenit ContaZenit() const;
   void RiferisciVerticali(std::size_t s, const Zenit& zenit, const std::string& record);
   void EsaminaVerticali();
   void EsaminaVerticale(std::size_t s, std::size_t i);
@@ -128,25 +131,29 @@ void Esame::EsaminaVerticale(std::size_t s, std::size_t i) {
            "angolo verticale, contato dall'orizzonte? lo zenit sarebbe " + NumeroFisso(giusto, 4));
 }
 
+Esame::Zenit Esame::ContaZenit() const {
+  Zenit tutti;
+  for (std::size_t s = 0; s < R.Stazioni.size(); ++s) {
+    const Zenit zenit = ContaZenit(s);
+    if (tutti.Presso0 == 0) tutti.Prima = s;
+    tutti.Letti += zenit.Letti;
+    tutti.Presso0 += zenit.Presso0;
+  }
+  return tutti;
+}
+
 // Of the whole network at once, or of a set-up, where it holds for most; a single reading tells
 // nothing by itself.
 void Esame::EsaminaVerticali() {
-  Zenit tutti;
-  std::size_t prima = R.Stazioni.size();
-  for (std::size_t s = 0; s < R.Stazioni.size(); ++s) {
-    const Zenit zenit = ContaZenit(s);
-    tutti.Letti += zenit.Letti;
-    tutti.Presso0 += zenit.Presso0;
-    if (zenit.Presso0 > 0) prima = std::min(prima, s);
-  }
+  const Zenit tutti = ContaZenit();
   if (tutti.Presso0 == 0) return;
-  if (tutti.Verticali() && tutti.Letti > 1) {
-    RiferisciVerticali(prima, tutti, "tutta la rete");
+  if (tutti.Verticali()) {
+    RiferisciVerticali(tutti.Prima, tutti, "tutta la rete");
     return;
   }
-  for (std::size_t s = prima; s < R.Stazioni.size(); ++s) {
+  for (std::size_t s = tutti.Prima; s < R.Stazioni.size(); ++s) {
     const Zenit zenit = ContaZenit(s);
-    if (zenit.Verticali() && zenit.Letti > 1)
+    if (zenit.Verticali())
       RiferisciVerticali(s, zenit, Record(s));
     else if (zenit.Presso0 > 0)
       for (std::size_t i = 0; i < R.Stazioni[s].Osservazioni.size(); ++i) EsaminaVerticale(s, i);
@@ -210,8 +217,7 @@ void Esame::EsaminaVisualiVerticali(std::size_t s) {
 
 void Esame::EsaminaSecondaFaccia(std::size_t s) {
   const TStaCr& stazione = R.Stazioni[s];
-  const Zenit zenit = ContaZenit(s);
-  if (zenit.Verticali() && zenit.Letti > 1) return;
+  if (ContaZenit(s).Verticali()) return;
   for (std::size_t i = 0; i < stazione.Osservazioni.size(); ++i) {
     const TOssCr& o = stazione.Osservazioni[i];
     if (!Assegnato(o.Zenit) || o.Zenit <= kZenitMassimo || o.Zenit == kGiroGon) continue;
@@ -246,6 +252,8 @@ Rilievi ControllaLetture(const Rete& rete) {
   esame.EsaminaValori();
   return std::move(esame.Trovati);
 }
+
+bool ZenitVerticali(const Rete& rete) { return Esame(rete).TuttiVerticali(); }
 
 Rilievi ControllaMancanze(const Rete& rete) {
   Esame esame(rete);

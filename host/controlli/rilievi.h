@@ -44,5 +44,9 @@ Rilievi ControllaScarti(const Rete& rete);
 // Values that were hardly read that way: vertical for zenith angles, heights in centimetres.
 Rilievi ControllaLetture(const Rete& rete);
 
+// Whether most of the zenith angles of the network, at least two, look like vertical ones: then
+// every slope distance is reduced wrongly and every height difference is wrong.
+bool ZenitVerticali(const Rete& rete);
+
 // Sights that the heights lack something of, or that were read on the second face.
 Rilievi ControllaMancanze(const Rete& rete);

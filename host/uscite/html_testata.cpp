@@ -202,11 +202,25 @@ void ScriviConteggi(Pagina& p, const RisultatoCompensazione& c, const Conteggi& 
   Voce(p, "Iterazioni", testo);
 }
 
-// What a warning says where it concerns one of the two adjustments only.
-constexpr std::array<std::string_view, 5> kDiPlanimetria = {
-    "planimetria", "angolo in ", "distanza da ", "direzione ", "coordinate approssimate a "};
-constexpr std::array<std::string_view, 3> kDiAltimetria = {"altimetria", "dislivello da ",
-                                                           " senza quota: "};
+// What a warning says where it concerns one of the two adjustments only. After a colon stands what
+// was found, which elsewhere may be an example only: "dà un dislivello di", "come ..., dislivello".
+constexpr std::array<std::string_view, 10> kDiPlanimetria = {"planimetria",
+                                                             "angolo in ",
+                                                             "distanza da ",
+                                                             "direzione ",
+                                                             "coordinate approssimate a ",
+                                                             ": distanza ridotta ",
+                                                             ": errore di chiusura angolare ",
+                                                             ": le coordinate discordano da ",
+                                                             " angoli si scostano in mediana di ",
+                                                             "opzioni, sqm_"};
+constexpr std::array<std::string_view, 7> kDiAltimetria = {"altimetria",
+                                                           "dislivello da ",
+                                                           " senza quota: ",
+                                                           ": dislivello ",
+                                                           ": altezza dello strumento di ",
+                                                           ": altezza del segnale di ",
+                                                           "curvatura_rifrazione, "};
 
 // A warning that speaks of neither concerns both.
 bool Riguarda(const std::string& avviso, bool planimetria) {
@@ -221,7 +235,11 @@ bool Riguarda(const std::string& avviso, bool planimetria) {
   return pla == alt || (planimetria ? pla : alt);
 }
 
-int ContaAvvisi(const std::vector<std::string>& messaggi, bool planimetria) {
+// Where only heights are adjusted, a wrong distance concerns them.
+int ContaAvvisi(const Documento& documento, bool planimetria) {
+  const std::vector<std::string>& messaggi = documento.Messaggi;
+  if (!planimetria && documento.Esiti.Planimetria.Fine == Esito::NonRichiesta)
+    return static_cast<int>(messaggi.size());
   return static_cast<int>(std::ranges::count_if(
       messaggi, [&](const std::string& avviso) { return Riguarda(avviso, planimetria); }));
 }
@@ -257,7 +275,7 @@ void ScriviScheda(Pagina& p, const Documento& documento, bool planimetria) {
   const Risultati& r = documento.Esiti;
   const RisultatoCompensazione& c = planimetria ? r.Planimetria : r.Altimetria;
   Conteggi conteggi = ContaEquazioni(r, planimetria);
-  conteggi.Avvisi = ContaAvvisi(documento.Messaggi, planimetria);
+  conteggi.Avvisi = ContaAvvisi(documento, planimetria);
   const TestGlobale prova = planimetria ? Prova(r) : TestGlobale{};
   const Stato stato = StatoDi(c, prova, conteggi, planimetria);
   p << "<section class=\"scheda " << AspettoDi(stato).Classe

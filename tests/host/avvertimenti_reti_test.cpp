@@ -6,6 +6,7 @@
 #include "avvertimenti_prova.h"
 #include "host/avvertimenti/letture_punti.h"
 #include "host/avvertimenti/proiezione.h"
+#include "host/avvisi.h"
 #include "host/sommario.h"
 
 namespace {
@@ -253,6 +254,37 @@ TEST(AvvertimentiReti, UnAngoloVerticale) {
     EXPECT_EQ(Contate(dopo, "altimetria: sigma zero"), 1) << Testo(dopo);
     EXPECT_EQ(Contate(dopo, "dislivello da"), 2) << Testo(dopo);  // with the one of sigma zero
   }
+}
+
+// All of them: neither reduced distances nor closures are told of, nor second faces; a height in
+// centimetres is. Of slips that are many more than are shown, options and project are not cut.
+TEST(AvvertimentiReti, TuttiAngoliVerticali) {
+  for (const int lato : {4, 5, 6}) {
+    Rete r = Griglia(unsigned(lato), lato);
+    OgniOss(r, [](TOssCr& o) {
+      if (o.Zenit < kNonDato) o.Zenit = std::fmod(500 - o.Zenit, 400);
+    });
+    r = Collegata(std::move(r));
+    r.Stazioni[3].AltStrum = 155;
+    Diagnostica diario;
+    CalcolaApprossimate(r);
+    AvvisaRecordIgnorati(r, diario);
+    AvvertiPrima(r, diario);
+    EXPECT_EQ(Contate(diario.Righe(), "tutta la rete: "), 1) << lato;
+    EXPECT_EQ(diario.Righe().size(), 2u) << Testo(diario.Righe());
+  }
+}
+
+TEST(AvvertimentiReti, PrimaCioCheValePerTutti) {
+  Rete r = Griglia(2, 15);
+  Caso caso(2);
+  for (int i = 0; i < 150; ++i) Completa(r, caso).Distanza += 90;
+  r = Collegata(std::move(r));
+  r.Opzioni.SqmDistProp = 3, r.CurvaturaRifrazione = {1, 13, 6378000}, r.DatiProgetto.Epsg = 4326;
+  const Avvisi righe = Prima(r);
+  EXPECT_EQ(righe.size(), 51u) << Testo(righe);
+  EXPECT_EQ(Contate(righe, "opzioni, sqm") + Contate(righe, "coefficiente: 13") +
+                Contate(righe, "epsg: 4326"), 3) << Testo(righe);
 }
 
 // Whatever the iterations come to: from too far away no singular matrix goes without its cause.

@@ -127,6 +127,12 @@ TEST(PaginaAMano, ColoreDellEsito) {
       {"bene\">", "", niente},
       {"bene\">", "planimetria.toml:1:1: avviso: \"A\": escluso dall'altimetria", niente},
       {"bene\">", "dislivello da \"A\" a \"B\": W 5", niente},
+      {"bene\">", "r: avviso: osservazione da \"A\" a \"B\": dislivello 5 m, all'inverso", niente},
+      {"bene\">", "r: avviso: stazione \"A\": altezza dello strumento di 155.000 m", niente},
+      {"bene\">", "r: avviso: osservazione da \"A\" a \"B\": altezza del segnale di 155 m", niente},
+      {"bene\">", "r: avviso: curvatura_rifrazione, raggio: 6378 m, fuori da", niente},
+      {"attenzione\">", "r: avviso: osservazione da \"A\" a \"B\": dà un dislivello di", niente},
+      {"attenzione\">", "r: avviso: tutta la rete: chiusure, come \"A\", dislivello 5 m", niente},
       {"attenzione\">", "angolo in \"A\" da \"B\" a \"C\": W 5", niente},
       {"attenzione\">", "r.toml: avviso: planimetria: ridondanza 1", niente},
       {"attenzione\">", "r.toml: avviso: il nome", niente},
@@ -147,6 +153,27 @@ TEST(PaginaAMano, ColoreDellEsito) {
     std::vector<std::string> avvisi;
     if (*avviso != 0) avvisi = {avviso};
     EXPECT_EQ(Quante(Pagina(r, avvisi), std::string("scheda ") + classe), 1) << classe << avviso;
+  }
+}
+
+// Of heights and plan the card of the heights leaves alone what only the plan suffers from; of
+// heights alone it counts a wrong distance.
+TEST(PaginaAMano, AvvisiDelleQuote) {
+  const std::string prima = "r: avviso: osservazione da \"A\" a \"B\": ";
+  const std::tuple<std::string, int, int> casi[] = {  // yellow cards with and without the plan
+      {"r: avviso: curvatura_rifrazione, raggio: 6378 m", 1, 1}, {prima + "dislivello 5 m", 1, 1},
+      {prima + "distanza ridotta 5 m, all'inverso", 1, 1}, {prima + "zenit 399.0000", 2, 1},
+      {"r: avviso: triangolo \"A\", \"B\", \"C\": errore di chiusura angolare 5", 1, 1},
+      {"r: avviso: punto \"A\": le coordinate discordano da 3 misure", 1, 1},
+      {"r: avviso: tutta la rete: 2 angoli si scostano in mediana di 9 gon", 1, 1},
+      {"r: avviso: opzioni, sqm_direzione: 2 gon", 1, 1}};
+  for (const auto& [avviso, tutte, sole] : casi) {
+    Risultati r = Triangolo();
+    r.Altimetria = r.Planimetria;
+    EXPECT_EQ(Quante(Pagina(r), "scheda bene\""), 2);
+    EXPECT_EQ(Quante(Pagina(r, {avviso}), "scheda attenzione\""), tutte) << avviso;
+    r.Planimetria.Fine = Esito::NonRichiesta;
+    EXPECT_EQ(Quante(Pagina(r, {avviso}), "scheda attenzione\""), sole) << avviso;
   }
 }
 
