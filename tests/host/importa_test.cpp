@@ -156,7 +156,7 @@ const struct CasoCompleta {
     {[](O&, L& l) {
        BattutaLibretto& b = l.Postazioni[0].Battute[3];
        b.Zenit.reset(), b.TipoDist = kOrizzontale;
-     }, "", "3 direzioni, 2 angoli zenitali, 2 distanze\nAssunto:"},
+     }, "", "3: 3 direzioni, 2 angoli zenitali, 2 distanze\n"},
     {[](O& o, L& l) { l.Postazioni[0].Altezza.reset(), o.TipoCalcolo = kCalcoloAltimetria; }, "",
      "1 stazione con angoli zenitali ma senza altezza dello strumento: fuori dall'altimetria\n"},
     {[](O& o, L&) { o.Fissi = {"A", "B"}, o.Escludi = {"P"}; }, "",
