@@ -1,6 +1,7 @@
 // Connectivity: groups of points by union of the ends of usable sights, and counts of equations.
 //   plan      readings of a set-up less one, and distances with their zenith angle
-//   height    sights with zenith angle, distance, target and instrument height
+//   height    sights with zenith angle, distance, target and instrument height, between two places
+//             on the plane, from which they get their weight
 // Each group needs a datum of its own: in plan two fixed points, in height one.
 
 #include "host/controlli/connessione.h"
@@ -9,6 +10,7 @@
 #include <numeric>
 
 #include "host/approssimate/visuali.h"
+#include "host/testi.h"
 
 namespace {
 
@@ -38,7 +40,10 @@ class Gruppi {
 class Esame {
  public:
   explicit Esame(const Rete& rete)
-      : R(rete), Direzioni(rete.Punti.size(), 0), Distanze(rete.Punti.size(), 0) {}
+      : R(rete),
+        Direzioni(rete.Punti.size(), 0),
+        Distanze(rete.Punti.size(), 0),
+        SenzaPeso(rete.Punti.size(), 0) {}
   Connessione Esegui();
 
  private:
@@ -54,6 +59,8 @@ class Esame {
   }
   void EsaminaPianta();
   void EsaminaStazione(std::size_t s, Gruppi& gruppi);
+  bool InQuota(const TStaCr& stazione, const TOssCr& o);
+  void SegnalaSenzaPeso();
   void EsaminaQuote();
   void Raccogli(Gruppi& gruppi, const std::vector<char>& usati, Calcolo quale, Collegamento& c);
   void Ostacola(Collegamento& c, int fissiPerGruppo, const char* che);
@@ -63,6 +70,7 @@ class Esame {
   const Rete& R;
   Connessione C;
   std::vector<int> Direzioni, Distanze;  // of each point that enter angles and distances
+  std::vector<int> SenzaPeso;  // height sights of each point lost for want of its coordinates
 };
 
 std::string Esame::Elenco(const std::vector<int>& punti) const {
@@ -198,6 +206,37 @@ void Esame::EsaminaPianta() {
   C.Pla.Incognite = 2 * C.Pla.Incogniti;
 }
 
+// From a station that is in use. Coordinates count also of points that are excluded in plan; a sight
+// that lacks nothing else is noted with the ends that have none.
+bool Esame::InQuota(const TStaCr& stazione, const TOssCr& o) {
+  if (!Quota(o.Punto) || !Assegnato(o.Zenit) || !Assegnato(o.Distanza) || !Assegnato(o.AltSegnale))
+    return false;
+  bool situati = true;
+  for (const int estremo : {stazione.Punto, o.Punto}) {
+    const TCoorCr& p = R.Punti[static_cast<std::size_t>(estremo)];
+    if (Assegnato(p.Est) && Assegnato(p.Nord)) continue;
+    situati = false;
+    ++SenzaPeso[static_cast<std::size_t>(estremo)];
+  }
+  const TCoorCr& da = R.Punti[static_cast<std::size_t>(stazione.Punto)];
+  const TCoorCr& a = R.Punti[static_cast<std::size_t>(o.Punto)];
+  return situati && (da.Est != a.Est || da.Nord != a.Nord);
+}
+
+// Points whose coordinates are looked for in plan are told with those that were not reached there.
+void Esame::SegnalaSenzaPeso() {
+  for (std::size_t i = 0; i < SenzaPeso.size(); ++i) {
+    if (SenzaPeso[i] == 0 || (C.Pla.Richiesto && R.RuoliIniziali[i].Pla != kNonUsato)) continue;
+    C.Trovati.push_back(
+        {R.PosizioniPunti[i],
+         {.Record = NomePunto(R.Nomi[i]),
+          .Problema = "mancano est o nord: " + Conta(SenzaPeso[i], "visuale", "visuali") +
+                      " in quota " + (SenzaPeso[i] == 1 ? "non entra" : "non entrano") +
+                      " nell'altimetria",
+          .Suggerimento = "bastano coordinate approssimate: danno il peso alle visuali"}});
+  }
+}
+
 void Esame::EsaminaQuote() {
   Gruppi gruppi(R.Punti.size());
   std::vector<char> usati(R.Punti.size(), 0);
@@ -206,9 +245,7 @@ void Esame::EsaminaQuote() {
     if (!Quota(s.Punto) || !Assegnato(s.AltStrum)) continue;
     if (s.AltStrumNota == kAltezzaIncognita) ++strumenti;
     for (const TOssCr& o : s.Osservazioni) {
-      if (!Quota(o.Punto) || !Assegnato(o.Zenit) || !Assegnato(o.Distanza) ||
-          !Assegnato(o.AltSegnale))
-        continue;
+      if (!InQuota(s, o)) continue;
       ++C.Alt.Equazioni;
       usati[static_cast<std::size_t>(s.Punto)] = usati[static_cast<std::size_t>(o.Punto)] = 1;
       gruppi.Unisci(s.Punto, o.Punto);
@@ -227,6 +264,7 @@ Connessione Esame::Esegui() {
   }
   if (C.Alt.Richiesto) {
     EsaminaQuote();
+    SegnalaSenzaPeso();
     Ostacola(C.Alt, 1, "altimetria");
   }
   PuntiDeboli();
