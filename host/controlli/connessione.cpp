@@ -158,6 +158,8 @@ void Esame::Ostacola(Collegamento& c, int fissiPerGruppo, const char* che) {
     c.Ostacoli.push_back(std::string(che) + ": nessun punto incognito ha " +
                          (pla ? "coordinate, e le misure non bastano a calcolarle"
                               : "una quota, e le misure non bastano a calcolarla"));
+  // Without unknowns the heights want no datum; the plan asks for its fixed points all the same.
+  if (!pla && c.Incognite == 0) return;
   if (c.Fissi < fissiPerGruppo)
     c.Ostacoli.push_back(std::string(che) + ": punti fissi usati " + std::to_string(c.Fissi) +
                          ", ne " + (pla ? "servono almeno 2" : "serve almeno 1"));
@@ -258,8 +260,8 @@ void Esame::EsaminaPianta() {
   C.Pla.Incognite = 2 * C.Pla.Incogniti;
 }
 
-// From a station that is in use. Coordinates count also of points that are excluded in plan; a sight
-// that lacks nothing else is noted with the ends that have none.
+// From a station that is in use. Coordinates count also of points that are excluded in plan; a
+// sight that lacks nothing else is noted with the ends that have none.
 bool Esame::InQuota(const TStaCr& stazione, const TOssCr& o) {
   if (!Quota(o.Punto) || !Assegnato(o.Zenit) || !Assegnato(o.Distanza) || !Assegnato(o.AltSegnale))
     return false;

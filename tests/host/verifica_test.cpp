@@ -172,6 +172,8 @@ const struct { const char* Sed; Stato Atteso; const char* Testo; } kVerdetti[] =
     {"/ punto = \"[23]\"/d", kStatoNonCompensata, "punto \"2\": nessuna osservazione lo tocca"},
     {"s/\"N\", est.*/\"N\", quota = 100, planimetria = \"escluso\" },/", kStatoNonCompensata,
      "nord: 3 visuali in quota non entrano nell'altimetria"},
+    {"s/, altimetria = \"fisso\"//; s/quota[^,]* [0-9.]*/altimetria = \"escluso\"/", kStatoRiuscito,
+     "Altimetria:   nessun punto vi entra"},
     {"s/direzione/direzoine/", kStatoRete, ""}};
 
 TEST(Verifica, Verdetto) {
