@@ -1,18 +1,29 @@
 // Connectivity: groups of points by union of the ends of usable sights, and counts of equations.
 //   plan      readings of a set-up less one, and distances with their zenith angle
-//   height    sights with zenith angle, distance, target and instrument height
+//   height    sights with zenith angle, distance, target and instrument height, between two places
+//             on the plane, from which they get their weight
 // Each group needs a datum of its own: in plan two fixed points, in height one.
+//
+// A sight from station S with instrument height h to target T ties H(T) to the horizon of the
+// instrument I = H(S) + h. Where h is known I stands for S; where it is not, I is one more unknown
+// in place of h, and the sights tie their targets to I but not to S. Every height equation is then
+// a difference of two unknowns, and they are determined exactly if each group has a fixed height.
 
 #include "host/controlli/connessione.h"
 
 #include <algorithm>
+#include <map>
 #include <numeric>
+#include <set>
 
 #include "host/approssimate/visuali.h"
+#include "host/testi.h"
 
 namespace {
 
 constexpr std::size_t kNominati = 8;
+constexpr const char* kAltraVia =
+    "serve un'altra visuale in quota, o la misura dell'altezza dello strumento in ";
 
 class Gruppi {
  public:
@@ -38,11 +49,18 @@ class Gruppi {
 class Esame {
  public:
   explicit Esame(const Rete& rete)
-      : R(rete), Direzioni(rete.Punti.size(), 0), Distanze(rete.Punti.size(), 0) {}
+      : R(rete),
+        Direzioni(rete.Punti.size(), 0),
+        Distanze(rete.Punti.size(), 0),
+        SenzaPeso(rete.Punti.size(), 0) {}
   Connessione Esegui();
 
  private:
   const std::string& Nome(int i) const { return R.Nomi[static_cast<std::size_t>(i)]; }
+  int Ruolo(int i, Calcolo quale) const {
+    const RuoliPunto& ruoli = R.RuoliIniziali[static_cast<std::size_t>(i)];
+    return quale == kCalcoloPlanimetria ? ruoli.Pla : ruoli.Alt;
+  }
   bool Pianta(int i) const {
     const auto p = static_cast<std::size_t>(i);
     return R.RuoliIniziali[p].Pla != kNonUsato && Assegnato(R.Punti[p].Est) &&
@@ -52,17 +70,27 @@ class Esame {
     const auto p = static_cast<std::size_t>(i);
     return R.RuoliIniziali[p].Alt != kNonUsato && Assegnato(R.Punti[p].Quota);
   }
+  // The node of the horizon of a set-up, after those of the points.
+  int Orizzonte(int stazione) const { return static_cast<int>(R.Punti.size()) + stazione; }
   void EsaminaPianta();
   void EsaminaStazione(std::size_t s, Gruppi& gruppi);
+  bool InQuota(const TStaCr& stazione, const TOssCr& o);
+  void SegnalaSenzaPeso();
   void EsaminaQuote();
+  void EsaminaStrumenti(Gruppi& gruppi);
   void Raccogli(Gruppi& gruppi, const std::vector<char>& usati, Calcolo quale, Collegamento& c);
   void Ostacola(Collegamento& c, int fissiPerGruppo, const char* che);
+  void OstacolaGruppo(Collegamento& c, const std::vector<int>& gruppo, int fissi,
+                      const std::string& che);
   void PuntiDeboli();
   std::string Elenco(const std::vector<int>& punti) const;
 
   const Rete& R;
   Connessione C;
-  std::vector<int> Direzioni, Distanze;  // of each point that enter angles and distances
+  std::vector<int> Direzioni, Distanze;   // of each point that enter angles and distances
+  std::vector<int> Strumenti;             // set-ups in use, of unknown instrument height
+  std::map<int, std::set<int>> Isolanti;  // of a group, by its first point: their points
+  std::vector<int> SenzaPeso;  // height sights of each point lost for want of its coordinates
 };
 
 std::string Esame::Elenco(const std::vector<int>& punti) const {
@@ -106,17 +134,20 @@ void Esame::Raccogli(Gruppi& gruppi, const std::vector<char>& usati, Calcolo qua
                      Collegamento& c) {
   std::vector<std::vector<int>> perRadice(R.Punti.size());
   for (std::size_t i = 0; i < R.Punti.size(); ++i) {
-    const int ruolo =
-        quale == kCalcoloPlanimetria ? R.RuoliIniziali[i].Pla : R.RuoliIniziali[i].Alt;
     const int p = static_cast<int>(i);
+    const int ruolo = Ruolo(p, quale);
     const bool conValore = quale == kCalcoloPlanimetria ? Pianta(p) : Quota(p);
     c.Mancanti += !conValore && ruolo == kIncognito ? 1 : 0;
     if (!conValore || (ruolo == kFisso && usati[i] == 0)) continue;
     ruolo == kFisso ? ++c.Fissi : ++c.Incogniti;
     perRadice[static_cast<std::size_t>(gruppi.Trova(p))].push_back(p);
   }
+  // A fixed point under an instrument of unknown height may be by itself, and lacks nothing.
+  const auto fissoSolo = [&](const std::vector<int>& gruppo) {
+    return gruppo.size() == 1 && Ruolo(gruppo.front(), quale) == kFisso;
+  };
   for (std::vector<int>& gruppo : perRadice)
-    if (!gruppo.empty()) c.Gruppi.push_back(std::move(gruppo));
+    if (!gruppo.empty() && !fissoSolo(gruppo)) c.Gruppi.push_back(std::move(gruppo));
   std::stable_sort(c.Gruppi.begin(), c.Gruppi.end(),
                    [](const auto& a, const auto& b) { return a.size() > b.size(); });
 }
@@ -127,6 +158,8 @@ void Esame::Ostacola(Collegamento& c, int fissiPerGruppo, const char* che) {
     c.Ostacoli.push_back(std::string(che) + ": nessun punto incognito ha " +
                          (pla ? "coordinate, e le misure non bastano a calcolarle"
                               : "una quota, e le misure non bastano a calcolarla"));
+  // Without unknowns the heights want no datum; the plan asks for its fixed points all the same.
+  if (!pla && c.Incognite == 0) return;
   if (c.Fissi < fissiPerGruppo)
     c.Ostacoli.push_back(std::string(che) + ": punti fissi usati " + std::to_string(c.Fissi) +
                          ", ne " + (pla ? "servono almeno 2" : "serve almeno 1"));
@@ -139,20 +172,49 @@ void Esame::Ostacola(Collegamento& c, int fissiPerGruppo, const char* che) {
   if (c.Fissi < fissiPerGruppo) return;
   for (const std::vector<int>& gruppo : c.Gruppi) {
     const auto fissi = std::count_if(gruppo.begin(), gruppo.end(), [&](int p) {
-      const RuoliPunto& ruoli = R.RuoliIniziali[static_cast<std::size_t>(p)];
-      return (pla ? ruoli.Pla : ruoli.Alt) == kFisso;
+      return Ruolo(p, pla ? kCalcoloPlanimetria : kCalcoloAltimetria) == kFisso;
     });
-    if (fissi >= fissiPerGruppo || fissi == static_cast<std::ptrdiff_t>(gruppo.size())) continue;
-    const bool solo = gruppo.size() == 1;
-    c.Ostacoli.push_back(std::string(che) + ": " + (solo ? "il punto " : "i punti ") +
-                         Elenco(gruppo) + (solo ? " non è collegato " : " non sono collegati ") +
-                         "ad abbastanza punti fissi (" + std::to_string(fissi) + ")");
-    C.Trovati.push_back(
-        {R.PosizioniPunti[static_cast<std::size_t>(gruppo.front())],
-         {.Record = NomePunto(Nome(gruppo.front())),
-          .Problema = std::string(che) + ": gruppo di " + std::to_string(gruppo.size()) +
-                      (solo ? " punto staccato" : " punti staccati") +
-                      " dal resto della rete: " + Elenco(gruppo)}});
+    if (fissi < fissiPerGruppo && fissi < static_cast<std::ptrdiff_t>(gruppo.size()))
+      OstacolaGruppo(c, gruppo, static_cast<int>(fissi), che);
+  }
+}
+
+void Esame::OstacolaGruppo(Collegamento& c, const std::vector<int>& gruppo, int fissi,
+                           const std::string& che) {
+  const bool solo = gruppo.size() == 1;
+  std::string dove;  // the instruments that keep it apart
+  if (const auto i = Isolanti.find(gruppo.front()); &c == &C.Alt && i != Isolanti.end())
+    dove = Elenco({i->second.begin(), i->second.end()});
+  c.Ostacoli.push_back(che + ": " + (solo ? "il punto " : "i punti ") + Elenco(gruppo) +
+                       (solo ? " non è collegato " : " non sono collegati ") +
+                       "ad abbastanza punti fissi (" + std::to_string(fissi) + ")" +
+                       (dove.empty() ? "" : ": l'altezza strumentale è incognita in " + dove));
+  C.Trovati.push_back({R.PosizioniPunti[static_cast<std::size_t>(gruppo.front())],
+                       {.Record = NomePunto(Nome(gruppo.front())),
+                        .Problema = che + ": gruppo di " + std::to_string(gruppo.size()) +
+                                    (solo ? " punto staccato" : " punti staccati") +
+                                    " dal resto della rete: " + Elenco(gruppo),
+                        .Suggerimento = dove.empty() ? "" : kAltraVia + dove}});
+}
+
+// Notes which groups an unknown instrument height keeps apart, under the first point of each.
+void Esame::EsaminaStrumenti(Gruppi& gruppi) {
+  for (const int s : Strumenti) {
+    const int punto = R.Stazioni[static_cast<std::size_t>(s)].Punto;
+    const int sotto = gruppi.Trova(punto);
+    const int sopra = gruppi.Trova(Orizzonte(s));
+    if (sopra == Orizzonte(s)) {
+      C.Alt.Ostacoli.push_back(
+          "altimetria: nessuna visuale in quota determina l'altezza strumentale incognita in " +
+          Cita(Nome(punto)));
+      C.Trovati.push_back({R.PosizioniStazioni[static_cast<std::size_t>(s)],
+                           {.Record = NomeStazione(Nome(punto)),
+                            .Problema = "altezza dello strumento incognita, e nessuna visuale in "
+                                        "quota che la determini"}});
+    } else if (sotto != sopra) {
+      Isolanti[sotto].insert(punto);
+      Isolanti[sopra].insert(punto);
+    }
   }
 }
 
@@ -198,24 +260,57 @@ void Esame::EsaminaPianta() {
   C.Pla.Incognite = 2 * C.Pla.Incogniti;
 }
 
+// From a station that is in use. Coordinates count also of points that are excluded in plan; a
+// sight that lacks nothing else is noted with the ends that have none.
+bool Esame::InQuota(const TStaCr& stazione, const TOssCr& o) {
+  if (!Quota(o.Punto) || !Assegnato(o.Zenit) || !Assegnato(o.Distanza) || !Assegnato(o.AltSegnale))
+    return false;
+  bool situati = true;
+  for (const int estremo : {stazione.Punto, o.Punto}) {
+    const TCoorCr& p = R.Punti[static_cast<std::size_t>(estremo)];
+    if (Assegnato(p.Est) && Assegnato(p.Nord)) continue;
+    situati = false;
+    ++SenzaPeso[static_cast<std::size_t>(estremo)];
+  }
+  const TCoorCr& da = R.Punti[static_cast<std::size_t>(stazione.Punto)];
+  const TCoorCr& a = R.Punti[static_cast<std::size_t>(o.Punto)];
+  return situati && (da.Est != a.Est || da.Nord != a.Nord);
+}
+
+// Points whose coordinates are looked for in plan are told with those that were not reached there.
+void Esame::SegnalaSenzaPeso() {
+  for (std::size_t i = 0; i < SenzaPeso.size(); ++i) {
+    if (SenzaPeso[i] == 0 || (C.Pla.Richiesto && R.RuoliIniziali[i].Pla != kNonUsato)) continue;
+    C.Trovati.push_back(
+        {R.PosizioniPunti[i],
+         {.Record = NomePunto(R.Nomi[i]),
+          .Problema = "mancano est o nord: " + Conta(SenzaPeso[i], "visuale", "visuali") +
+                      " in quota " + (SenzaPeso[i] == 1 ? "non entra" : "non entrano") +
+                      " nell'altimetria",
+          .Suggerimento = "bastano coordinate approssimate: danno il peso alle visuali"}});
+  }
+}
+
 void Esame::EsaminaQuote() {
-  Gruppi gruppi(R.Punti.size());
+  Gruppi gruppi(R.Punti.size() + R.Stazioni.size());
   std::vector<char> usati(R.Punti.size(), 0);
-  int strumenti = 0;
-  for (const TStaCr& s : R.Stazioni) {
-    if (!Quota(s.Punto) || !Assegnato(s.AltStrum)) continue;
-    if (s.AltStrumNota == kAltezzaIncognita) ++strumenti;
-    for (const TOssCr& o : s.Osservazioni) {
-      if (!Quota(o.Punto) || !Assegnato(o.Zenit) || !Assegnato(o.Distanza) ||
-          !Assegnato(o.AltSegnale))
-        continue;
+  for (std::size_t s = 0; s < R.Stazioni.size(); ++s) {
+    const TStaCr& stazione = R.Stazioni[s];
+    if (!Quota(stazione.Punto) || !Assegnato(stazione.AltStrum)) continue;
+    const bool incognita = stazione.AltStrumNota == kAltezzaIncognita;
+    if (incognita) Strumenti.push_back(static_cast<int>(s));
+    const int orizzonte = incognita ? Orizzonte(static_cast<int>(s)) : stazione.Punto;
+    for (const TOssCr& o : stazione.Osservazioni) {
+      if (!InQuota(stazione, o)) continue;
       ++C.Alt.Equazioni;
-      usati[static_cast<std::size_t>(s.Punto)] = usati[static_cast<std::size_t>(o.Punto)] = 1;
-      gruppi.Unisci(s.Punto, o.Punto);
+      usati[static_cast<std::size_t>(stazione.Punto)] = 1;
+      usati[static_cast<std::size_t>(o.Punto)] = 1;
+      gruppi.Unisci(orizzonte, o.Punto);
     }
   }
   Raccogli(gruppi, usati, kCalcoloAltimetria, C.Alt);
-  C.Alt.Incognite = C.Alt.Incogniti + strumenti;
+  C.Alt.Incognite = C.Alt.Incogniti + static_cast<int>(Strumenti.size());
+  EsaminaStrumenti(gruppi);
 }
 
 Connessione Esame::Esegui() {
@@ -227,6 +322,7 @@ Connessione Esame::Esegui() {
   }
   if (C.Alt.Richiesto) {
     EsaminaQuote();
+    SegnalaSenzaPeso();
     Ostacola(C.Alt, 1, "altimetria");
   }
   PuntiDeboli();

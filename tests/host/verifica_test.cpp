@@ -173,6 +173,10 @@ const struct { const char* Sed; Stato Atteso; const char* Testo; } kVerdetti[] =
     {"s/\"N\", est.*/\"N\" },/", kStatoRiuscito, "da stazione libera su \"1\", \"2\", \"3\""},
     {"s/\"fisso\"/\"incognito\"/", kStatoNonCompensata, "punti fissi usati 0, ne servono almeno 2"},
     {"/ punto = \"[23]\"/d", kStatoNonCompensata, "punto \"2\": nessuna osservazione lo tocca"},
+    {"s/\"N\", est.*/\"N\", quota = 100, planimetria = \"escluso\" },/", kStatoNonCompensata,
+     "nord: 3 visuali in quota non entrano nell'altimetria"},
+    {"s/, altimetria = \"fisso\"//; s/quota[^,]* [0-9.]*/altimetria = \"escluso\"/", kStatoRiuscito,
+     "Altimetria:   nessun punto vi entra"},
     {"s/direzione/direzoine/", kStatoRete, ""}};
 
 TEST(Verifica, Verdetto) {
