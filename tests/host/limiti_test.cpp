@@ -4,13 +4,16 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <random>
 #include <sstream>
 
 #include "host/approssimate/approssimate.h"
 #include "host/approssimate/visuali.h"
 #include "host/avvertimenti/dopo.h"
 #include "host/avvertimenti/prima.h"
+#include "host/calcolo.h"
 #include "host/indeterminazione/moti.h"
+#include "host/rapporto.h"
 #include "host/statistica.h"
 #include "host/controlli/connessione.h"
 
@@ -123,6 +126,38 @@ TEST(Limiti, Connessione) {
     EXPECT_EQ(gruppi, caso.Gruppi);
     EXPECT_TRUE(*caso.Testo ? testo.find(caso.Testo) + 1 != 0 : testo.empty()) << testo;
   }
+}
+
+// Small random networks of heights, with unused points, lost coordinates and two points in one
+// place: what is counted is what the adjustment solves, and it runs where nothing stands against it.
+TEST(Limiti, VerdettoComeLaCompensazione) {
+  std::mt19937 motore(1);
+  const auto caso = [&](unsigned n) { return motore() % n; };
+  int riuscite = 0;
+  for (int rete = 0; rete < 1000; ++rete) {
+    std::string rilievo, fissi;
+    const auto punto = [&] { return static_cast<char>('A' + caso(6)); };
+    for (unsigned s = 2 + caso(5); s-- > 0;) {
+      rilievo += std::string(1, punto()) + (caso(3) == 0 ? "?: " : ": ");
+      for (unsigned o = caso(6); o-- > 0;) rilievo += std::string(1, punto()) + "sq ";
+    }
+    for (unsigned f = caso(4); f-- > 0;) fissi += punto();
+    Rete r = Costruisci(rilievo, fissi);
+    r.Opzioni.TipoCalcolo = kCalcoloAltimetria;
+    r.NomiAnsi = r.Nomi;
+    if (caso(4) == 0) r.Punti[caso(6)].Nord = kNo;
+    if (caso(4) == 0) r.Punti[0].Nord = r.Punti[caso(6)].Nord;
+    for (std::size_t i = 0; i < r.Punti.size(); ++i) r.Punti[i].TipoAlt = r.RuoliIniziali[i].Alt;
+    const Connessione c = EsaminaConnessione(r);
+    Rapporto rapporto;
+    const RisultatoCompensazione a = Compensa(r, rapporto, {}).Altimetria;
+    EXPECT_EQ(c.Alt.Ostacoli.empty(), a.Fine == Esito::Riuscita) << rilievo << "fissi " << fissi;
+    if (!a.Contate()) continue;
+    EXPECT_EQ(c.Alt.Equazioni, a.Equazioni) << rilievo;
+    EXPECT_EQ(c.Alt.Incognite, a.Incognite) << rilievo;
+    riuscite += a.Fine == Esito::Riuscita;
+  }
+  EXPECT_GT(riuscite, 200);
 }
 
 // Half of 100 m at 60 degrees; 4e6 0.87 / 2R over 2 km, 1.2e7 0.87 / 2R over 4 km at 60 degrees.
