@@ -20,10 +20,6 @@ constexpr std::size_t kChiusureElencate = 5;
 // see, but who adjusts it need not.
 constexpr double kMargineChiusure = 1.5;
 
-void Accoda(Rilievi& tutti, Rilievi altri) {
-  std::move(altri.begin(), altri.end(), std::back_inserter(tutti));
-}
-
 struct EsamePlausibilita {
   Rilievi Trovati;
   bool Regolare = true;  // coordinates, readings as a whole and options are as they should be

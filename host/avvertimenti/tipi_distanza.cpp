@@ -18,7 +18,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <map>
 #include <optional>
 #include <string>
 #include <utility>
@@ -26,6 +25,7 @@
 #include "host/approssimate/visuali.h"
 #include "host/avvertimenti/dopo.h"
 #include "host/avvertimenti/proiezione.h"
+#include "host/avvertimenti/scelta_distanze.h"
 #include "host/campi.h"
 #include "host/grandezze.h"
 #include "host/numeri.h"
@@ -35,8 +35,6 @@ namespace {
 
 constexpr double kVolteSqm = 3.0;         // a smaller d could not be told from the noise
 constexpr double kResto = 0.1;            // of W that may be left where the errors are large
-constexpr double kSignificativo = 16.0;   // four sigmas
-constexpr double kConcorda = 0.2;         // of k from 1, where its standard deviation is large
 constexpr double kCurvatura = 0.02;       // of k from 1 that the linear equations may miss by
 constexpr double kPariMerito = 0.999;     // the same error by two ways, but for rounding
 constexpr double kSenoMinimo = 1e-6;      // a sight along the vertical has no horizontal distance
@@ -44,33 +42,14 @@ constexpr double kQuasiVerticale = 50.0;  // a zenith angle nearer to 0 is hardl
 constexpr double kControllo = 0.01;       // smaller redundancy numbers show nothing
 constexpr std::size_t kNumeroMolti = 2;
 constexpr std::size_t kStazioniProvate = 3;
-constexpr int kMosseMassime = 300;
-constexpr int kMosseInsieme = 4;  // the first of them, of as many distances as there are
 constexpr int kDecimali = 3;
-
-// A distance that would be another one if it were of the other kind.
-struct Sospetta {
-  const Equazione* Eq;
-  const RisultatoOsservazione* Oss;
-  double D;  // d above [m]
-  double InSqm() const { return D / Eq->SqmPriori; }
-  double Spiegato() const { return Eq->Residuo / Eq->SqmPriori * InSqm(); }  // its share of t
-  double Effetto() const { return Eq->Ridondanza * InSqm() * InSqm(); }      // its own S
-};
-using Gruppo = std::vector<Sospetta>;
 
 const char* Detta(int tipo) { return tipo == kOrizzontale ? "orizzontale" : "inclinata"; }
 const char* Altra(int tipo) { return tipo == kOrizzontale ? "inclinata" : "orizzontale"; }
 
-// In standard deviations; 0 of what is not in plan.
-double Residuo(const Equazione& e) {
-  return e.Tipo != TipoEquazione::Dislivello && Presente(e.SqmPriori) ? e.Residuo / e.SqmPriori
-                                                                      : 0.0;
-}
-
-double Spiegato(const Gruppo& gruppo) {
+double Spiegato(const GruppoDistanze& gruppo) {
   double t = 0.0;
-  for (const Sospetta& s : gruppo) t += s.Spiegato();
+  for (const DistanzaSospetta& s : gruppo) t += s.Spiegato();
   return t;
 }
 
@@ -84,46 +63,33 @@ class Esame {
   bool ZenitSmentito(const RisultatoOsservazione& o, double usato, double seno) const;
   bool Concorda(double t, double S) const;
   bool Spiega(double t, double S) const;
-  std::vector<double> Residui(const Gruppo& gruppo);
-  std::optional<double> SeSpiega(const Gruppo& gruppo);
-  Gruppo MiglioreStazione();
-  Gruppo MiglioreRete();
-  struct Scelta {
-    std::vector<char> Dentro;           // of each of the kind
-    std::vector<std::size_t> Compagna;  // likewise: the other one of the same line, or itself
-    Gruppo Scelte;
-    std::vector<double> V;  // of each equation: its residual with these corrected
-  };
-  std::vector<std::size_t> Compagne(const Gruppo& tutte) const;
-  double Guadagno(const Sospetta& s, const Scelta& scelta, std::size_t i, double soglia) const;
-  static double EffettoInsieme(const Sospetta& a, const Sospetta& b);
-  bool ScegliConcordi(const Gruppo& tutte, double soglia, Scelta& scelta);
-  bool ScegliUna(const Gruppo& tutte, double soglia, Scelta& scelta);
-  bool Prosegui(const Gruppo& tutte, double soglia, Scelta& scelta);
-  Gruppo Scegli(const Gruppo& tutte);
-  Gruppo MiglioreScelta();
-  void Riferisci(const Gruppo& gruppo, std::string dove);
-  const Sospetta* Singola() const;
-  void RiferisciSingola(const Sospetta& s);
-  const Posizione& Dove(const Sospetta& s) const {
+  std::vector<double> Residui(const GruppoDistanze& gruppo);
+  std::optional<double> SeSpiega(const GruppoDistanze& gruppo);
+  GruppoDistanze MiglioreStazione();
+  GruppoDistanze MiglioreRete();
+  GruppoDistanze MiglioreScelta();
+  void Riferisci(const GruppoDistanze& gruppo, std::string dove);
+  const DistanzaSospetta* Singola() const;
+  void RiferisciSingola(const DistanzaSospetta& s);
+  const Posizione& Dove(const DistanzaSospetta& s) const {
     return R.PosizioniOsservazioni[static_cast<std::size_t>(s.Eq->Stazione)]
                                   [static_cast<std::size_t>(s.Eq->Osservazione)];
   }
   const std::string& NomeDi(int punto) const {
     return E.Punti[static_cast<std::size_t>(punto)].Nome;
   }
-  const RisultatoStazione& StazioneDi(const Sospetta& s) const {
+  const RisultatoStazione& StazioneDi(const DistanzaSospetta& s) const {
     return E.Stazioni[static_cast<std::size_t>(s.Eq->Stazione)];
   }
-  std::size_t IndiceDi(const Sospetta& s) const {
+  std::size_t IndiceDi(const DistanzaSospetta& s) const {
     return static_cast<std::size_t>(s.Eq - E.Equazioni.data());
   }
 
   const Rete& R;
   const Risultati& E;
-  std::array<Gruppo, 2> PerTipo;  // horizontal, slope
-  std::optional<Proiezione> P;    // made when it is wanted
-  double Omega = 0.0;             // W above
+  std::array<GruppoDistanze, 2> PerTipo;  // horizontal, slope
+  std::optional<Proiezione> P;            // made when it is wanted
+  double Omega = 0.0;                     // W above
   double OmegaLecita = 0.0;
   double OmegaSingola = 0.0;  // what the largest gross error of one observation takes from it
   Rilievi Trovati;
@@ -147,7 +113,7 @@ bool Esame::ZenitSmentito(const RisultatoOsservazione& o, double usato, double s
 void Esame::Raccogli() {
   for (const Equazione& e : E.Equazioni) {
     if (e.Tipo == TipoEquazione::Dislivello || !Presente(e.SqmPriori)) continue;
-    Omega += Residuo(e) * Residuo(e);
+    Omega += ResiduoInSqm(e) * ResiduoInSqm(e);
     if (e.Tipo != TipoEquazione::Distanza) continue;
     const RisultatoOsservazione& o = E.Stazioni[static_cast<std::size_t>(e.Stazione)]
                                          .Osservazioni[static_cast<std::size_t>(e.Osservazione)];
@@ -181,15 +147,15 @@ bool Esame::Spiega(double t, double S) const {
          Concorda(t, S);
 }
 
-std::vector<double> Esame::Residui(const Gruppo& gruppo) {
+std::vector<double> Esame::Residui(const GruppoDistanze& gruppo) {
   std::vector<double> errori(E.Equazioni.size(), 0.0);
-  for (const Sospetta& s : gruppo) errori[IndiceDi(s)] = s.InSqm();
+  for (const DistanzaSospetta& s : gruppo) errori[IndiceDi(s)] = s.InSqm();
   if (!P) P.emplace(E);
   return P->Residui(errori);
 }
 
 // What a group takes from W, if it explains it. That t is about W costs nothing to see.
-std::optional<double> Esame::SeSpiega(const Gruppo& gruppo) {
+std::optional<double> Esame::SeSpiega(const GruppoDistanze& gruppo) {
   if (gruppo.size() < kNumeroMolti || !(Omega > OmegaLecita)) return {};
   const double t = Spiegato(gruppo);
   if (!(t > (1.0 - kConcorda) * (Omega - std::max(OmegaLecita, kResto * Omega)) &&
@@ -202,20 +168,22 @@ std::optional<double> Esame::SeSpiega(const Gruppo& gruppo) {
 }
 
 // Equations come in the order of their set-ups.
-Gruppo Esame::MiglioreStazione() {
-  std::vector<Gruppo> provate;
-  for (const Gruppo& tutte : PerTipo)
+GruppoDistanze Esame::MiglioreStazione() {
+  std::vector<GruppoDistanze> provate;
+  for (const GruppoDistanze& tutte : PerTipo)
     for (auto inizio = tutte.begin(); inizio != tutte.end();) {
-      const auto fine = std::find_if(inizio, tutte.end(), [&](const Sospetta& s) {
+      const auto fine = std::find_if(inizio, tutte.end(), [&](const DistanzaSospetta& s) {
         return s.Eq->Stazione != inizio->Eq->Stazione;
       });
       if (fine - inizio >= std::ptrdiff_t{kNumeroMolti}) provate.emplace_back(inizio, fine);
       inizio = fine;
     }
-  const auto lontananza = [&](const Gruppo& g) { return std::abs(Omega - Spiegato(g)); };
+  const auto lontananza = [&](const GruppoDistanze& g) { return std::abs(Omega - Spiegato(g)); };
   std::stable_sort(provate.begin(), provate.end(),
-                   [&](const Gruppo& a, const Gruppo& b) { return lontananza(a) < lontananza(b); });
-  Gruppo migliore;
+                   [&](const GruppoDistanze& a, const GruppoDistanze& b) {
+                     return lontananza(a) < lontananza(b);
+                   });
+  GruppoDistanze migliore;
   double spiegato = 0.0;
   for (std::size_t i = 0; i < std::min(provate.size(), kStazioniProvate); ++i) {
     const std::optional<double> suo = SeSpiega(provate[i]);
@@ -224,125 +192,34 @@ Gruppo Esame::MiglioreStazione() {
   return migliore;
 }
 
-Gruppo Esame::MiglioreRete() {
-  Gruppo migliore;
+GruppoDistanze Esame::MiglioreRete() {
+  GruppoDistanze migliore;
   double spiegato = 0.0;
-  for (const Gruppo& tutte : PerTipo) {
+  for (const GruppoDistanze& tutte : PerTipo) {
     const std::optional<double> suo = SeSpiega(tutte);
     if (suo && *suo > spiegato) spiegato = *suo, migliore = tutte;
   }
   return migliore;
 }
 
-// Two distances of one line that are both wrong agree with each other, and only together show it.
-std::vector<std::size_t> Esame::Compagne(const Gruppo& tutte) const {
-  std::map<std::pair<int, int>, std::size_t> linee;
-  std::vector<std::size_t> compagne(tutte.size());
-  for (std::size_t i = 0; i < tutte.size(); ++i) {
-    const int da = StazioneDi(tutte[i]).Punto, a = tutte[i].Oss->Punto;
-    const auto [linea, nuova] = linee.try_emplace(std::minmax(da, a), i);
-    compagne[i] = linea->second;
-    if (!nuova) compagne[linea->second] = i;
-  }
-  return compagne;
-}
-
-// Of W by taking a distance to be wrong, or right again, before its own S.
-double Esame::Guadagno(const Sospetta& s, const Scelta& scelta, std::size_t i,
-                       double soglia) const {
-  const double effetto = 2.0 * scelta.V[IndiceDi(s)] * s.InSqm() - soglia;
-  return scelta.Dentro[i] != 0 ? -effetto : effetto;
-}
-
-// The S of two distances of one line: their equations are the same but for the weight.
-double Esame::EffettoInsieme(const Sospetta& a, const Sospetta& b) {
-  const double q = std::sqrt((1.0 - a.Eq->Ridondanza) * (1.0 - b.Eq->Ridondanza));
-  return a.Effetto() + b.Effetto() - 2.0 * q * a.InSqm() * b.InSqm();
-}
-
-// Takes to be wrong, all at once, those that agree each by itself; false if there are none.
-bool Esame::ScegliConcordi(const Gruppo& tutte, double soglia, Scelta& scelta) {
-  bool alcune = false;
-  for (std::size_t i = 0; i < tutte.size(); ++i) {
-    if (scelta.Dentro[i] != 0) continue;
-    const double k = scelta.V[IndiceDi(tutte[i])] * tutte[i].InSqm() / tutte[i].Effetto();
-    if (!(Guadagno(tutte[i], scelta, i, soglia) > tutte[i].Effetto()) ||
-        !(std::abs(k - 1.0) < kConcorda))
-      continue;
-    scelta.Dentro[i] = 1;
-    alcune = true;
-  }
-  return alcune;
-}
-
-// Takes the one to be wrong, or right again, that lessens W most; or two of one line. False if none
-// does.
-bool Esame::ScegliUna(const Gruppo& tutte, double soglia, Scelta& scelta) {
-  std::size_t quale = 0;
-  bool conCompagna = false;
-  double guadagno = 0.0;
-  for (std::size_t i = 0; i < tutte.size(); ++i) {
-    const double suo = Guadagno(tutte[i], scelta, i, soglia);
-    if (suo - tutte[i].Effetto() > guadagno)
-      guadagno = suo - tutte[i].Effetto(), quale = i, conCompagna = false;
-    const std::size_t j = scelta.Compagna[i];
-    if (j <= i || scelta.Dentro[i] != scelta.Dentro[j]) continue;
-    const double due =
-        suo + Guadagno(tutte[j], scelta, j, soglia) - EffettoInsieme(tutte[i], tutte[j]);
-    if (due > guadagno) guadagno = due, quale = i, conCompagna = true;
-  }
-  if (!(guadagno > 0.0)) return false;
-  scelta.Dentro[quale] ^= 1;
-  if (conCompagna) scelta.Dentro[scelta.Compagna[quale]] ^= 1;
-  return true;
-}
-
-// Goes on choosing of the distances of one kind those that are wrong, each for at least so much of
-// W. False when the work is used up.
-bool Esame::Prosegui(const Gruppo& tutte, double soglia, Scelta& scelta) {
-  for (int mossa = 0; mossa < kMosseMassime; ++mossa) {
-    if (!(mossa < kMosseInsieme && ScegliConcordi(tutte, soglia, scelta)) &&
-        !ScegliUna(tutte, soglia, scelta))
-      break;
-    scelta.Scelte.clear();
-    for (std::size_t i = 0; i < tutte.size(); ++i)
-      if (scelta.Dentro[i] != 0) scelta.Scelte.push_back(tutte[i]);
-    const std::vector<double> tolti = Residui(scelta.Scelte);
-    if (tolti.empty()) return false;
-    for (std::size_t e = 0; e < tolti.size(); ++e) scelta.V[e] = Residuo(E.Equazioni[e]) - tolti[e];
-  }
-  return true;
-}
-
-// What is left once most are found tells how good the observations are, and by how much each must
-// stand out.
-Gruppo Esame::Scegli(const Gruppo& tutte) {
-  Scelta scelta{std::vector<char>(tutte.size(), 0), Compagne(tutte), {}, {}};
-  for (const Equazione& e : E.Equazioni) scelta.V.push_back(Residuo(e));
-  if (!Prosegui(tutte, kSignificativo, scelta)) return {};
-  double resto = 0.0;
-  for (const double v : scelta.V) resto += v * v;
-  const double sigma2 = std::max(1.0, resto / E.Planimetria.Ridondanza());
-  if (!Prosegui(tutte, kSignificativo * sigma2, scelta)) return {};
-  return std::move(scelta.Scelte);
-}
-
-Gruppo Esame::MiglioreScelta() {
+GruppoDistanze Esame::MiglioreScelta() {
   if (!(Omega > OmegaLecita)) return {};
-  Gruppo migliore;
+  GruppoDistanze migliore;
   double spiegato = 0.0;
-  for (const Gruppo& tutte : PerTipo) {
-    Gruppo gruppo = Scegli(tutte);
+  for (const GruppoDistanze& tutte : PerTipo) {
+    GruppoDistanze gruppo =
+        ScegliSbagliate(E, tutte, [&](const GruppoDistanze& g) { return Residui(g); });
     const std::optional<double> suo = SeSpiega(gruppo);
     if (suo && *suo > spiegato) spiegato = *suo, migliore = std::move(gruppo);
   }
   return migliore;
 }
 
-void Esame::Riferisci(const Gruppo& gruppo, std::string dove) {
-  const Sospetta& grande = *std::max_element(
-      gruppo.begin(), gruppo.end(),
-      [](const Sospetta& a, const Sospetta& b) { return std::abs(a.D) < std::abs(b.D); });
+void Esame::Riferisci(const GruppoDistanze& gruppo, std::string dove) {
+  const DistanzaSospetta& grande = *std::max_element(
+      gruppo.begin(), gruppo.end(), [](const DistanzaSospetta& a, const DistanzaSospetta& b) {
+        return std::abs(a.D) < std::abs(b.D);
+      });
   const int tipo = grande.Oss->TipoDist;
   Trovati.push_back({Dove(grande),
                      {.Record = std::move(dove),
@@ -358,16 +235,16 @@ void Esame::Riferisci(const Gruppo& gruppo, std::string dove) {
 
 // The one with the largest w, if it is of the wrong kind: a gross error elsewhere gives others a
 // residual of any size.
-const Sospetta* Esame::Singola() const {
+const DistanzaSospetta* Esame::Singola() const {
   const int massima = E.Planimetria.EquazioneWMassimo;
-  for (const Gruppo& tutte : PerTipo)
-    for (const Sospetta& s : tutte)
+  for (const GruppoDistanze& tutte : PerTipo)
+    for (const DistanzaSospetta& s : tutte)
       if (massima != kNessuno && s.Eq == &E.Equazioni[static_cast<std::size_t>(massima)])
         return s.Eq->Ridondanza > kControllo && Concorda(s.Spiegato(), s.Effetto()) ? &s : nullptr;
   return nullptr;
 }
 
-void Esame::RiferisciSingola(const Sospetta& s) {
+void Esame::RiferisciSingola(const DistanzaSospetta& s) {
   const double errore = s.Eq->Residuo / s.Eq->Ridondanza;
   const int tipo = s.Oss->TipoDist;
   Trovati.push_back(
@@ -384,18 +261,18 @@ Rilievi Esame::Esegui() {
   const RisultatoCompensazione& c = E.Planimetria;
   if (!c.Compiuta() || c.Ridondanza() <= 0) return {};
   Raccogli();
-  const Sospetta* singola = Singola();
+  const DistanzaSospetta* singola = Singola();
   if (singola != nullptr && Omega - singola->Spiegato() < OmegaLecita) {
     RiferisciSingola(*singola);
     return std::move(Trovati);
   }
-  Gruppo gruppo = MiglioreStazione();
+  GruppoDistanze gruppo = MiglioreStazione();
   if (gruppo.empty()) gruppo = MiglioreRete();
   if (gruppo.empty()) gruppo = MiglioreScelta();
   if (!gruppo.empty()) {
-    const bool unaStazione = std::all_of(gruppo.begin(), gruppo.end(), [&](const Sospetta& s) {
-      return s.Eq->Stazione == gruppo.front().Eq->Stazione;
-    });
+    const bool unaStazione = std::all_of(
+        gruppo.begin(), gruppo.end(),
+        [&](const DistanzaSospetta& s) { return s.Eq->Stazione == gruppo.front().Eq->Stazione; });
     Riferisci(gruppo, unaStazione ? NomeStazione(NomeDi(StazioneDi(gruppo.front()).Punto))
                                   : "tutta la rete");
   } else if (singola != nullptr) {

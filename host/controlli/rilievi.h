@@ -3,6 +3,9 @@
 // Findings on a network that was not adjusted: each check looks at one subject and returns what it
 // finds, in no special order.
 
+#include <algorithm>
+#include <iterator>
+#include <utility>
 #include <vector>
 
 #include "host/diagnostica.h"
@@ -14,6 +17,10 @@ struct Rilievo {
   Guasto Cosa;
 };
 using Rilievi = std::vector<Rilievo>;
+
+inline void Accoda(Rilievi& tutti, Rilievi altri) {
+  std::move(altri.begin(), altri.end(), std::back_inserter(tutti));
+}
 
 // Same target twice in a set-up with different readings; names that look alike.
 Rilievi ControllaRipetizioni(const Rete& rete);

@@ -154,10 +154,6 @@ std::string TestoRilievi(const Rete& rete, const Rilievi& rilievi) {
   return testo;
 }
 
-void Accoda(Rilievi& tutti, Rilievi altri) {
-  std::move(altri.begin(), altri.end(), std::back_inserter(tutti));
-}
-
 // "12 punti incogniti in planimetria e 3 punti incogniti in altimetria"
 std::string Esclusi(const Connessione& connessione) {
   std::string testo;
