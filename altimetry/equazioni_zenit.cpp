@@ -7,8 +7,10 @@
 #include <algorithm>
 #include <cmath>
 
-#include "frame/costanti.h"
 #include "kzt5cmrg.h"
+#include "records/costanti.h"
+
+using namespace kzt5cmrg;
 
 namespace {
 constexpr double kGonPerRad = 200.0 / kPi;

@@ -4,9 +4,11 @@
 
 #include <cmath>
 
-#include "frame/costanti.h"
 #include "kzt5cmrg.h"
+#include "records/costanti.h"
 #include "resources/catalogo.h"
+
+using namespace kzt5cmrg;
 
 // `w` holds the normalised residual of every equation.
 void CalcCmpRigVelid1::RisultatiAlt(const double* w) {

@@ -3,8 +3,10 @@
 #include <benchmark/benchmark.h>
 
 #include "bench/rete_sintetica.h"
-#include "host/rapporto.h"
+#include "host/calcolo/rapporto.h"
 #include "kzt5cmrg.h"
+
+using namespace compensa;
 
 namespace {
 

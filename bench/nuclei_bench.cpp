@@ -9,6 +9,8 @@
 
 #include "lsq/nuclei.h"
 
+using namespace kzt5cmrg;
+
 extern "C" {
 void dpotrf_(const char* parte, const int* n, double* a, const int* lda, int* esito);
 void dpotri_(const char* parte, const int* n, double* a, const int* lda, int* esito);

@@ -10,6 +10,8 @@
 #include <numeric>
 #include <random>
 
+using namespace kzt5cmrg;
+
 namespace {
 
 constexpr double kMaglia = 300.0;     // [m]

@@ -11,6 +11,8 @@
 
 #include "bench/rete_sintetica.h"
 
+using namespace kzt5cmrg;
+
 namespace {
 
 void Numero(std::string& testo, double valore, int decimali) {

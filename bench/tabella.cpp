@@ -16,8 +16,10 @@
 #include <vector>
 
 #include "bench/rete_sintetica.h"
-#include "host/rapporto.h"
+#include "host/calcolo/rapporto.h"
 #include "kzt5cmrg.h"
+
+using namespace compensa;
 
 extern "C" {
 void dpotrf_(const char* parte, const int* n, double* a, const int* lda, int* esito);

@@ -4,9 +4,11 @@
 #include <limits>
 #include <new>
 
-#include "frame/costanti.h"
 #include "kzt5cmrg.h"
 #include "lsq/sparso.h"
+#include "records/costanti.h"
+
+using namespace kzt5cmrg;
 
 namespace {
 

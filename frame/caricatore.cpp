@@ -6,6 +6,8 @@
 #include "resources/catalogo.h"
 #include "resources/tabella_testi.h"
 
+using namespace kzt5cmrg;
+
 namespace {
 constexpr int kBuffer = 1024;  // characters
 constexpr int kLimite = kBuffer - 1;

@@ -2,8 +2,10 @@
 // here, so that the rows of the equations and the lines of the report always count alike. An index
 // at or past the number of points is treated like a negative one: the record is passed over.
 
-#include "frame/costanti.h"
 #include "kzt5cmrg.h"
+#include "records/costanti.h"
+
+using namespace kzt5cmrg;
 
 bool CalcCmpRigVelid1::Esiste(int punto) const { return punto >= 0 && punto < nPunti; }
 

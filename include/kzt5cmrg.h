@@ -17,7 +17,12 @@
 #include "kzt5cmrg/righe.h"
 #include "kzt5cmrg/scrittore.h"
 
+namespace compensa {
+class OsservatoreCalcolo;
+}
+namespace kzt5cmrg {
 class SistemaSparso;
+}
 
 // One adjustment job: construct it over the host's records, call Esegui once, destroy it. The
 // results are in the point records and in the report. Inside a run plane coordinates are in
@@ -41,8 +46,9 @@ class KZT5CMRG_API CalcCmpRigVelid1 {
   bool Esegui();
 
  private:
-  friend class OsservatoreCalcolo;  // reads the state of a run for programs that need more
-  friend struct ProvaCalcolo;       // tests
+  friend class compensa::
+      OsservatoreCalcolo;      // reads the state of a run for programs that need more
+  friend struct ProvaCalcolo;  // tests
 
   // A job that holds no dense matrix above `ordineDenso` unknowns.
   CalcCmpRigVelid1(const TOpzCr* opzioni, const TVettCr<TCoorCr>* punti,
@@ -69,12 +75,12 @@ class KZT5CMRG_API CalcCmpRigVelid1 {
   std::unique_ptr<double[]> TermineNoto;  // [MaxEquaz] observed minus computed
   std::unique_ptr<double[]> Soluzione;    // [DimNormale] corrections [km], or heights [m]
   std::unique_ptr<double[]> Residui;      // [MaxEquaz] known term minus adjusted value
-  Righe<double> Normale;                  // [DimNormale x DimNormale] N, its factor, its inverse;
+  kzt5cmrg::Righe<double> Normale;        // [DimNormale x DimNormale] N, its factor, its inverse;
                                           // null when Sparso holds them
   double SigmaZero = 0.0;                 // a-posteriori standard deviation, unit weight
   std::unique_ptr<double[]> Peso;         // [MaxEquaz] weight of each equation
-  Righe<double> Coeff;                    // [MaxEquaz x 6]
-  Righe<int> Indici;                      // [MaxEquaz x 6] its unknowns; negative = empty
+  kzt5cmrg::Righe<double> Coeff;          // [MaxEquaz x 6]
+  kzt5cmrg::Righe<int> Indici;            // [MaxEquaz x 6] its unknowns; negative = empty
 
   // --- numbering of the unknowns
   std::unique_ptr<int[]> IncPla;  // point -> unknown point k (unknowns 2k, 2k + 1); -1 = none
@@ -88,8 +94,9 @@ class KZT5CMRG_API CalcCmpRigVelid1 {
   int MaxEquaz = 0;    // rows of the equation buffers
 
   // --- large networks
-  bool Denso = true;                      // whether Normale holds the normal matrix, or Sparso
-  std::unique_ptr<SistemaSparso> Sparso;  // of the adjustment at work; null before it is solved
+  bool Denso = true;  // whether Normale holds the normal matrix, or Sparso
+  std::unique_ptr<kzt5cmrg::SistemaSparso>
+      Sparso;  // of the adjustment at work; null before it is solved
 
   TCoorCr& Punto(int indice) const { return (*Punti)[static_cast<std::size_t>(indice)]; }
 

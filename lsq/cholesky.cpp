@@ -5,6 +5,8 @@
 #include "kzt5cmrg.h"
 #include "lsq/nuclei.h"
 
+using namespace kzt5cmrg;
+
 // Returns 1 at the first pivot that is not greater than kPivotMinimo: the rows before it stay
 // factored, its diagonal holds the reduced pivot. Else 0.
 int CalcCmpRigVelid1::Tchol(double** a, int ordine) {

@@ -9,8 +9,10 @@
 #include <cmath>
 #include <vector>
 
-#include "frame/costanti.h"
 #include "kzt5cmrg.h"
+#include "records/costanti.h"
+
+using namespace kzt5cmrg;
 
 // All rows empty, with weight 1 and known term 0.
 void CalcCmpRigVelid1::AzzeraEquazioni() {

@@ -8,6 +8,8 @@
 #include <cstddef>
 #include <numeric>
 
+namespace kzt5cmrg {
+
 namespace {
 
 constexpr int kRadice = -1;
@@ -200,3 +202,5 @@ AlberoFronti Analizza(const Grafo& grafo) {
   }
   return a;
 }
+
+}  // namespace kzt5cmrg

@@ -7,6 +7,8 @@
 
 #include "lsq/ordinamento.h"
 
+namespace kzt5cmrg {
+
 inline constexpr int kNessunFronte = -1;
 
 // A group of nodes eliminated together. Nodes are counted in the order of elimination; the group
@@ -25,3 +27,5 @@ struct AlberoFronti {
 };
 
 AlberoFronti Analizza(const Grafo& grafo);
+
+}  // namespace kzt5cmrg

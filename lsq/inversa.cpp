@@ -5,6 +5,8 @@
 #include "kzt5cmrg.h"
 #include "lsq/nuclei.h"
 
+using namespace kzt5cmrg;
+
 namespace {
 constexpr int kRiquadro = 32;  // side of a block that is transposed within the nearest cache
 }  // namespace

@@ -3,9 +3,11 @@
 
 #include <algorithm>
 
-#include "frame/costanti.h"
 #include "kzt5cmrg.h"
 #include "lsq/sparso.h"
+#include "records/costanti.h"
+
+using namespace kzt5cmrg;
 
 // Forms N = A^t P A and factors it; false when it is not positive definite. A sparse system is
 // analysed at the first solution of an adjustment: the pattern of the equations stays.

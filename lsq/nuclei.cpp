@@ -15,6 +15,8 @@
 
 #include "lsq/pacco.h"
 
+namespace kzt5cmrg {
+
 namespace {
 
 static_assert(kColonneMattonella <= kMattonellaMassima);
@@ -311,3 +313,5 @@ void Inverti(double* const* a, int larghezza, int ordine, const SpazioNuclei& sp
 
 extern const Nuclei KZT5CMRG_NUCLEI;
 const Nuclei KZT5CMRG_NUCLEI{KZT5CMRG_NOME_NUCLEI, Elimina, Inverti};
+
+}  // namespace kzt5cmrg

@@ -9,6 +9,8 @@
 #include <memory>
 #include <span>
 
+namespace kzt5cmrg {
+
 inline constexpr double kPivotMinimo = 1e-15;  // absolute: the diagonal's own scale does not enter
 inline constexpr int kEliminato = -1;          // every pivot was positive
 
@@ -63,3 +65,5 @@ const Nuclei& NucleiScelti();
 
 // All that this machine runs, the plain loops first.
 std::span<const Nuclei* const> NucleiDisponibili();
+
+}  // namespace kzt5cmrg

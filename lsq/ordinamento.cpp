@@ -13,6 +13,8 @@
 #include <cmath>
 #include <cstddef>
 
+namespace kzt5cmrg {
+
 namespace {
 
 constexpr int kNessuno = -1;
@@ -263,3 +265,5 @@ std::vector<int> QuozienteMinimo::Ordina() {
 }  // namespace
 
 std::vector<int> GradoMinimo(const Grafo& grafo) { return QuozienteMinimo(grafo).Ordina(); }
+
+}  // namespace kzt5cmrg

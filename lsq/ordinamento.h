@@ -4,6 +4,8 @@
 
 #include <vector>
 
+namespace kzt5cmrg {
+
 // Adjacency of an undirected graph without loops: the neighbours of node i are
 // Vicini[Inizio[i]] ... Vicini[Inizio[i + 1] - 1], each once, in any order.
 struct Grafo {
@@ -14,3 +16,5 @@ struct Grafo {
 
 // Order of elimination by approximate minimum degree: element k is the node eliminated k-th.
 std::vector<int> GradoMinimo(const Grafo& grafo);
+
+}  // namespace kzt5cmrg

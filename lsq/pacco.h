@@ -8,6 +8,8 @@
 #include <immintrin.h>
 #endif
 
+namespace kzt5cmrg {
+
 namespace {
 
 #if defined(__AVX512F__)
@@ -54,3 +56,5 @@ constexpr int kLarghezzaPacco = static_cast<int>(sizeof(Pacco) / sizeof(double))
 constexpr int kColonneMattonella = kPacchiMattonella * kLarghezzaPacco;
 
 }  // namespace
+
+}  // namespace kzt5cmrg

@@ -9,6 +9,8 @@
 
 #include "lsq/nuclei.h"
 
+namespace kzt5cmrg {
+
 extern const Nuclei kNucleiPortabili;
 #ifdef KZT5CMRG_NUCLEI_X86
 extern const Nuclei kNucleiAvx2;
@@ -130,3 +132,5 @@ SpazioNuclei LavoroNuclei::Per(int larghezza, int ordine) {
   Assicura(Righe, CapienzaRighe, RigheInversa(larghezza));
   return {Sinistro.get(), Destro.get(), Colonne.get(), Righe.get()};
 }
+
+}  // namespace kzt5cmrg

@@ -14,6 +14,8 @@
 
 #include <algorithm>
 
+namespace kzt5cmrg {
+
 namespace {
 
 constexpr std::size_t U(int i) { return static_cast<std::size_t>(i); }
@@ -232,3 +234,5 @@ void SistemaSparso::Sottomatrice(const int* indici, double (*q)[kSlot]) const {
     }
   }
 }
+
+}  // namespace kzt5cmrg

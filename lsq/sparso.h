@@ -5,9 +5,11 @@
 #include <cstddef>
 #include <vector>
 
-#include "frame/costanti.h"
 #include "lsq/fronti.h"
 #include "lsq/nuclei.h"
+#include "records/costanti.h"
+
+namespace kzt5cmrg {
 
 // Upper triangles that wait for another front, the last one put first. It grows to what one pass
 // needs.
@@ -94,3 +96,5 @@ class SistemaSparso {
   std::vector<double> Vettore;  // right-hand side of the front at work
   LavoroNuclei Lavoro;
 };
+
+}  // namespace kzt5cmrg

@@ -6,6 +6,8 @@
 
 #include "lsq/sparso.h"
 
+namespace kzt5cmrg {
+
 namespace {
 
 constexpr std::size_t U(int i) { return static_cast<std::size_t>(i); }
@@ -118,3 +120,5 @@ void SistemaSparso::AssegnaRighe(int equazioni, const int* const* indici) {
   for (int r = 0; r < equazioni; ++r)
     if (const int s = fronteDaRiga[U(r)]; s != kNessunFronte) RigheDaFronte[U(libero[U(s)]++)] = r;
 }
+
+}  // namespace kzt5cmrg

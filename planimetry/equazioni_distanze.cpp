@@ -7,9 +7,11 @@
 
 #include <cmath>
 
-#include "frame/costanti.h"
 #include "kzt5cmrg.h"
+#include "records/costanti.h"
 #include "resources/catalogo.h"
+
+using namespace kzt5cmrg;
 
 namespace {
 

@@ -4,8 +4,10 @@
 #include <algorithm>
 #include <cmath>
 
-#include "frame/costanti.h"
 #include "kzt5cmrg.h"
+#include "records/costanti.h"
+
+using namespace kzt5cmrg;
 
 namespace {
 constexpr double kEstOvest = 1e-7;  // a smaller difference of North makes a line due east or west

@@ -4,9 +4,11 @@
 
 #include <cmath>
 
-#include "frame/costanti.h"
 #include "kzt5cmrg.h"
+#include "records/costanti.h"
 #include "resources/catalogo.h"
+
+using namespace kzt5cmrg;
 
 namespace {
 constexpr double kSoglia = 2.0e-5;  // largest correction of a converged step [km]: 2 cm

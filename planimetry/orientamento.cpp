@@ -1,8 +1,10 @@
 // Orientation of the circle of every station: the azimuth of its zero, the mean of azimuth minus
 // reading over the sights, weighted with the reciprocal of their length.
 
-#include "frame/costanti.h"
 #include "kzt5cmrg.h"
+#include "records/costanti.h"
+
+using namespace kzt5cmrg;
 
 // The orientation of station s goes into the point record with the index of the station; a station
 // past the last record has its own worked out again where it is needed.

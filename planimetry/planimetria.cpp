@@ -5,10 +5,12 @@
 #include <cmath>
 #include <vector>
 
-#include "frame/costanti.h"
 #include "kzt5cmrg.h"
 #include "lsq/sparso.h"
+#include "records/costanti.h"
 #include "resources/catalogo.h"
+
+using namespace kzt5cmrg;
 
 namespace {
 constexpr double kSigmaZeroNullo = 1e-10;  // up to here the ellipses are left out

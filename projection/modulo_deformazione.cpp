@@ -1,9 +1,11 @@
 // Mean linear deformation modulus of the zone: the mean of the point scale factors of the
 // projection at the points of the network, whatever their roles.
 
-#include "frame/costanti.h"
 #include "kzt5cmrg.h"
+#include "records/costanti.h"
 #include "resources/catalogo.h"
+
+using namespace kzt5cmrg;
 
 int CalcCmpRigVelid1::Modulo() {
   double somma = 0.0;

@@ -5,9 +5,11 @@
 
 #include <cmath>
 
-#include "frame/costanti.h"
 #include "kzt5cmrg.h"
 #include "lsq/sparso.h"
+#include "records/costanti.h"
+
+using namespace kzt5cmrg;
 
 // Writes w for the rows 0 to equazioni - 1; 0 where the residual has no standard deviation.
 // `inversa` is Q by rows, or null for the sparse inverse that the job holds.

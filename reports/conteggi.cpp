@@ -4,6 +4,8 @@
 #include "kzt5cmrg.h"
 #include "resources/catalogo.h"
 
+using namespace kzt5cmrg;
+
 void CalcCmpRigVelid1::ScriviConteggi(int nonUsati, int fissi, int incogniti) {
   ScriviConteggio(kNumeroTotale, nPunti);
   ScriviConteggio(kNumeroNonUsati, nonUsati);

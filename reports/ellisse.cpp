@@ -4,8 +4,10 @@
 
 #include <cmath>
 
-#include "frame/costanti.h"
 #include "kzt5cmrg.h"
+#include "records/costanti.h"
+
+using namespace kzt5cmrg;
 
 // Variances in km^2, semi-axes in km. `teta` [gon] lies in 0 to 50 for a covariance not negative
 // and in 150 to 200 for a negative one; it does not tell which of the two variances is the larger.

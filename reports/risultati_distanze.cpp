@@ -3,9 +3,11 @@
 
 #include <cmath>
 
-#include "frame/costanti.h"
 #include "kzt5cmrg.h"
+#include "records/costanti.h"
 #include "resources/catalogo.h"
+
+using namespace kzt5cmrg;
 
 namespace {
 // Offset of the prism by which the report shows the instruments of types 6 and 7 [m]; the equations

@@ -1,9 +1,11 @@
 // The small pieces of writing that the chapters of the report share. Texts are written with width
 // 0.
 
-#include "frame/costanti.h"
 #include "kzt5cmrg.h"
+#include "records/costanti.h"
 #include "resources/catalogo.h"
+
+using namespace kzt5cmrg;
 
 void CalcCmpRigVelid1::ScriviTesto(unsigned id) { Out->ScriviStringa(CaricaTesto(id), 0); }
 

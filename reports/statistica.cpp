@@ -4,9 +4,11 @@
 #include <cmath>
 #include <vector>
 
-#include "frame/costanti.h"
 #include "kzt5cmrg.h"
+#include "records/costanti.h"
 #include "resources/catalogo.h"
+
+using namespace kzt5cmrg;
 
 namespace {
 

@@ -8,6 +8,8 @@
 #include <cstddef>
 #include <string_view>
 
+namespace kzt5cmrg {
+
 // Names of the texts; the value is the id in the string table.
 enum Testo : unsigned {
 #define KZT5CMRG_TESTO(nome, id, testo) nome = id,
@@ -69,3 +71,5 @@ constexpr std::string_view TestoCatalogo(unsigned id) {
   if (voce == kCatalogo.end() || voce->Id != id) return {};
   return voce->Contenuto;
 }
+
+}  // namespace kzt5cmrg

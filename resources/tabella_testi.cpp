@@ -7,20 +7,26 @@
 
 #include <windows.h>
 
+namespace kzt5cmrg {
 namespace {
 HINSTANCE istanzaModulo = nullptr;  // written once, when the module is loaded
 }  // namespace
+}  // namespace kzt5cmrg
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE istanza, DWORD motivo, LPVOID) {
-  if (motivo == DLL_PROCESS_ATTACH) istanzaModulo = istanza;
+  if (motivo == DLL_PROCESS_ATTACH) kzt5cmrg::istanzaModulo = istanza;
   return TRUE;
 }
+
+namespace kzt5cmrg {
 
 IstanzaModulo IstanzaPropria() { return istanzaModulo; }
 
 int CaricaStringa(IstanzaModulo istanza, unsigned id, char* buffer, int limite) {
   return LoadStringA(static_cast<HINSTANCE>(istanza), id, buffer, limite);
 }
+
+}  // namespace kzt5cmrg
 
 #else
 
@@ -30,6 +36,8 @@ int CaricaStringa(IstanzaModulo istanza, unsigned id, char* buffer, int limite) 
 #include "resources/catalogo.h"
 
 extern "C" void* __dso_handle;  // address that tells this shared object from all others
+
+namespace kzt5cmrg {
 
 namespace {
 
@@ -51,5 +59,7 @@ int CaricaStringa(IstanzaModulo istanza, unsigned id, char* buffer, int limite) 
   buffer[n] = '\0';
   return static_cast<int>(n);
 }
+
+}  // namespace kzt5cmrg
 
 #endif

@@ -2,6 +2,8 @@
 
 // The string-table loader of the module, with the contract of the platform loader on Windows.
 
+namespace kzt5cmrg {
+
 // Handle by which the loader finds the string table of a loaded module.
 using IstanzaModulo = void*;
 
@@ -12,3 +14,5 @@ int CaricaStringa(IstanzaModulo istanza, unsigned id, char* buffer, int limite);
 
 // The handle that the load-time entry stored; null before the module is loaded.
 IstanzaModulo IstanzaPropria();
+
+}  // namespace kzt5cmrg

@@ -3,6 +3,8 @@
 // sends the report to the standard output and ends with the adjusted point.
 // (Data: Baumann, Vermessungskunde, 1995, section 23.3.4.)
 
+#include <kzt5cmrg.h>
+
 #include <array>
 #include <charconv>
 #include <cstddef>
@@ -10,7 +12,7 @@
 #include <string>
 #include <string_view>
 
-#include <kzt5cmrg.h>
+using namespace kzt5cmrg;
 
 namespace {
 
@@ -34,7 +36,8 @@ class RapportoSuSchermo : public CFileOutTmp {
       if (byte < kFineAscii)
         std::cout << c;
       else
-        std::cout << static_cast<char>(0xC0 | (byte >> 6)) << static_cast<char>(0x80 | (byte & 0x3F));
+        std::cout << static_cast<char>(0xC0 | (byte >> 6))
+                  << static_cast<char>(0x80 | (byte & 0x3F));
     }
     ScriviSpazi(larghezza - static_cast<int>(testo.size()));
   }
@@ -98,19 +101,25 @@ int main() {
   stazione.AltStrumNota = kAltezzaNota;
   stazione.Osservazioni = osservazioni;
 
-  const TOpzCr opzioni{.SqmDistCost = 0.005, .SqmDistProp = 0.0, .SqmDir = 0.002, .MaxIter = 20,
-                       .TipoCalcolo = kCalcoloPlanimetria | kCalcoloAltimetria, .Cartografiche = 0};
-  const CCalcDsOr curvaturaRifrazione{.CorrCurvRifr = 0, .CoeffRifr = 0.13, .RaggioTerra = 6371000.0};
+  const TOpzCr opzioni{.SqmDistCost = 0.005,
+                       .SqmDistProp = 0.0,
+                       .SqmDir = 0.002,
+                       .MaxIter = 20,
+                       .TipoCalcolo = kCalcoloPlanimetria | kCalcoloAltimetria,
+                       .Cartografiche = 0};
+  const CCalcDsOr curvaturaRifrazione{
+      .CorrCurvRifr = 0, .CoeffRifr = 0.13, .RaggioTerra = 6371000.0};
   const TVettCr<TCoorCr> vettorePunti(punti);
   const TVettCr<TStaCr> vettoreStazioni(stazioni);
   RapportoSuSchermo rapporto;
 
-  CalcCmpRigVelid1 calcolo(&opzioni, &vettorePunti, &vettoreStazioni, &curvaturaRifrazione, &rapporto);
+  CalcCmpRigVelid1 calcolo(&opzioni, &vettorePunti, &vettoreStazioni, &curvaturaRifrazione,
+                           &rapporto);
   if (!calcolo.Esegui()) return 1;
 
   for (const TCoorCr& p : punti)
     if (p.TipoPla == kCompensato && p.TipoAlt == kCompensato)
-      std::cout << "\nPunto " << p.Nome << ": Est " << Cifre(p.Est, 4) << "  Nord " << Cifre(p.Nord, 4)
-                << "  Quota " << Cifre(p.Quota, 4) << '\n';
+      std::cout << "\nPunto " << p.Nome << ": Est " << Cifre(p.Est, 4) << "  Nord "
+                << Cifre(p.Nord, 4) << "  Quota " << Cifre(p.Quota, 4) << '\n';
   return 0;
 }

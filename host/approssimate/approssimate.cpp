@@ -4,7 +4,9 @@
 
 #include "host/approssimate/motivi.h"
 #include "host/approssimate/propagazione.h"
-#include "host/approssimate/quote.h"
+#include "host/approssimate/quote_approssimate.h"
+
+namespace compensa {
 
 namespace {
 
@@ -53,3 +55,5 @@ EsitoApprossimate CalcolaApprossimate(Rete& rete) {
   if ((rete.Opzioni.TipoCalcolo & kCalcoloAltimetria) != 0) PropagaQuote(rete, esito);
   return esito;
 }
+
+}  // namespace compensa

@@ -6,7 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "host/modello.h"
+#include "host/rete/modello.h"
+
+namespace compensa {
 
 // Findings in words, UTF-8, one line each.
 struct EsitoApprossimate {
@@ -22,3 +24,5 @@ struct EsitoApprossimate {
 // never changed, nor used if their point is excluded. The network must not have been adjusted yet:
 // coordinates in metres.
 EsitoApprossimate CalcolaApprossimate(Rete& rete);
+
+}  // namespace compensa

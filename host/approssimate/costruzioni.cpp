@@ -5,6 +5,8 @@
 
 #include "host/approssimate/propagazione.h"
 
+namespace compensa {
+
 namespace {
 
 constexpr std::size_t kElementiMassimi = 8;  // of one kind combined with each other
@@ -306,3 +308,5 @@ Propagazione::Esito Propagazione::Distanze(int punto) {
                         .ScartoMassimo = scelto.Disaccordo,
                         .Discordi = scelto.Disaccordo > tolleranza};
 }
+
+}  // namespace compensa

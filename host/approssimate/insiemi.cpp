@@ -8,6 +8,8 @@
 
 #include "host/approssimate/propagazione.h"
 
+namespace compensa {
+
 namespace {
 
 constexpr double kScartoMinimo = 0.5;        // misfit of a tie that is still believed [m]
@@ -95,3 +97,5 @@ bool Propagazione::Aggancia(int stazione, std::vector<char>& provate) {
                 .Discordi = mossa->ScartoMassimo > tolleranza});
   return true;
 }
+
+}  // namespace compensa

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace compensa {
+
 namespace {
 
 constexpr double kSenoTaglioMinimo = 0.08;        // rays nearer to parallel than 5 gon do not cut
@@ -198,3 +200,5 @@ std::optional<Rototraslazione> Sovrapponi(std::vector<Posto> locali, std::vector
   }
   return std::nullopt;
 }
+
+}  // namespace compensa

@@ -6,7 +6,9 @@
 #include <optional>
 #include <vector>
 
-#include "host/approssimate/visuali.h"
+#include "host/rete/visuali.h"
+
+namespace compensa {
 
 // A half-line on which the sought point lies.
 struct Raggio {
@@ -74,3 +76,5 @@ struct Rototraslazione {
 // Nothing with fewer than two pairs, or with those that are left too near to each other.
 std::optional<Rototraslazione> Sovrapponi(std::vector<Posto> locali, std::vector<Posto> noti,
                                           double tolleranza);
+
+}  // namespace compensa

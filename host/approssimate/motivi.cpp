@@ -5,9 +5,11 @@
 #include <algorithm>
 #include <cmath>
 
-#include "host/diagnostica.h"
-#include "host/numeri.h"
-#include "host/testi.h"
+#include "host/base/diagnostica.h"
+#include "host/base/numeri.h"
+#include "host/base/testi.h"
+
+namespace compensa {
 
 namespace {
 
@@ -136,3 +138,5 @@ std::string MotivoPunto(const Rete& rete, const Visuali& visuali, const Propagaz
   return testo + (daOrientare ? "; serve una visuale da quella stazione a un punto noto"
                               : "; serve un'altra direzione o distanza da un punto noto");
 }
+
+}  // namespace compensa

@@ -7,6 +7,8 @@
 
 #include "host/approssimate/propagazione.h"
 
+namespace compensa {
+
 // The first three names of points that something rests on, and how many others.
 std::string Elenco(const Rete& rete, const std::vector<int>& punti);
 
@@ -16,3 +18,5 @@ std::string NotaPunto(const Rete& rete, int punto, const Determinazione& determi
 // Why the point was not found and what would help.
 std::string MotivoPunto(const Rete& rete, const Visuali& visuali, const Propagazione& propagazione,
                         int punto);
+
+}  // namespace compensa

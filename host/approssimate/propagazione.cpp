@@ -7,6 +7,8 @@
 #include <cmath>
 #include <utility>
 
+namespace compensa {
+
 namespace {
 
 constexpr double kVicini = 0.05;           // a shorter sight does not orient [m]
@@ -188,3 +190,5 @@ void Propagazione::Esegui() {
   while (AgganciaInsiemi());
   Locale.clear();
 }
+
+}  // namespace compensa

@@ -7,8 +7,10 @@
 #include <vector>
 
 #include "host/approssimate/metodi.h"
-#include "host/approssimate/visuali.h"
-#include "host/modello.h"
+#include "host/rete/modello.h"
+#include "host/rete/visuali.h"
+
+namespace compensa {
 
 // How a point was found; the better ones first.
 enum class Metodo { Polare, StazioneLibera, InAvanti, Inversa, Distanze, Insieme };
@@ -51,7 +53,9 @@ class Propagazione {
   }
   // Of the points found, by index of the point.
   const std::vector<std::optional<Determinazione>>& Trovati() const { return Esiti; }
-  const Impedimento& OstacoloDi(int punto) const { return Ostacoli[static_cast<std::size_t>(punto)]; }
+  const Impedimento& OstacoloDi(int punto) const {
+    return Ostacoli[static_cast<std::size_t>(punto)];
+  }
 
  private:
   struct Elementi {
@@ -109,3 +113,5 @@ class Propagazione {
 // Positions that lie together and those that do not, reduced to one.
 std::optional<Determinazione> Media(const std::vector<Posto>& luoghi, const std::vector<int>& basi,
                                     Metodo metodo, double portata);
+
+}  // namespace compensa

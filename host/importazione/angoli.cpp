@@ -9,9 +9,11 @@
 #include <string>
 #include <utility>
 
-#include "host/campi.h"
-#include "host/numeri.h"
-#include "host/testi.h"
+#include "host/base/numeri.h"
+#include "host/base/testi.h"
+#include "host/rete/campi.h"
+
+namespace compensa {
 
 namespace {
 
@@ -106,3 +108,5 @@ std::optional<double> GonDaCifreCompatte(std::string_view cifre, int decimali) {
   if (!gradi || !primi || secondi.Esito != EsitoNumero::Valido) return std::nullopt;
   return GonDaGms(*gradi, *primi, secondi.Valore);
 }
+
+}  // namespace compensa

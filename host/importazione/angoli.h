@@ -8,6 +8,8 @@
 
 #include "host/importazione/opzioni.h"
 
+namespace compensa {
+
 inline constexpr double kGonPerGrado = 400.0 / 360.0;
 inline constexpr double kGonPerMil = 400.0 / 6400.0;
 
@@ -28,3 +30,5 @@ std::optional<double> LeggiAngolo(std::string_view testo, UnitaAngoli unita, boo
 // Digits dddmmss with decimali further digits of the second, as total-station memories pack them,
 // without a point: "08916180" with one decimal is 89 deg 16' 18.0".
 std::optional<double> GonDaCifreCompatte(std::string_view cifre, int decimali);
+
+}  // namespace compensa

@@ -14,11 +14,13 @@
 #include <unordered_map>
 #include <utility>
 
-#include "host/approssimate/visuali.h"
-#include "host/campi.h"
+#include "host/base/numeri.h"
+#include "host/base/unita.h"
 #include "host/importazione/angoli.h"
-#include "host/numeri.h"
-#include "host/unita.h"
+#include "host/rete/campi.h"
+#include "host/rete/visuali.h"
+
+namespace compensa {
 
 namespace {
 
@@ -321,3 +323,5 @@ EsitoFacce RiduciFacce(Libretto& libretto, ModoFacce modo, bool medie, const Sqm
   for (PostazioneLibretto& postazione : libretto.Postazioni) riduzione.Riduci(postazione);
   return riduzione.Concludi();
 }
+
+}  // namespace compensa

@@ -6,9 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "host/diagnostica.h"
+#include "host/base/diagnostica.h"
 #include "host/importazione/libretto.h"
 #include "host/importazione/opzioni.h"
+
+namespace compensa {
 
 // A target read on both faces.
 struct CoppiaFacce {
@@ -53,3 +55,5 @@ std::string ConSegno(double gon);
 // that cannot be joined.
 EsitoFacce RiduciFacce(Libretto& libretto, ModoFacce modo, bool medie, const SqmLetture& sqm,
                        Diagnostica& diagnostica);
+
+}  // namespace compensa

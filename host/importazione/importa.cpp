@@ -12,24 +12,26 @@
 #include <utility>
 
 #include "host/approssimate/approssimate.h"
-#include "host/avvertimenti/epsg.h"
-#include "host/data_ora.h"
-#include "host/diagnostica.h"
-#include "host/errori.h"
-#include "host/file_sicuro.h"
-#include "host/importazione/completamento.h"
+#include "host/base/data_ora.h"
+#include "host/base/diagnostica.h"
+#include "host/base/errori.h"
+#include "host/base/file_sicuro.h"
+#include "host/base/percorsi.h"
+#include "host/base/piattaforma/piattaforma.h"
+#include "host/base/suggerimenti.h"
+#include "host/base/terminale.h"
+#include "host/base/testo_file.h"
+#include "host/file_rete/scrittura_toml.h"
+#include "host/giudizio/avvertimenti/epsg.h"
+#include "host/importazione/completamento_libretto.h"
 #include "host/importazione/facce.h"
 #include "host/importazione/lettore.h"
 #include "host/importazione/resoconto.h"
 #include "host/importazione/rete_da_libretto.h"
-#include "host/importazione/scrittura_toml.h"
 #include "host/importazione/sqm_libretto.h"
 #include "host/importazione/unione.h"
-#include "host/percorsi.h"
-#include "host/piattaforma/piattaforma.h"
-#include "host/suggerimenti.h"
-#include "host/terminale.h"
-#include "host/testo_file.h"
+
+namespace compensa {
 
 namespace {
 
@@ -199,3 +201,5 @@ std::optional<Rete> PreparaRete(const OpzioniImporta& opzioni, Libretto& librett
 }
 
 Stato Importa(const OpzioniImporta& opzioni) { return Importazione(opzioni).Esegui(); }
+
+}  // namespace compensa

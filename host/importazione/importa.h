@@ -4,12 +4,14 @@
 
 #include <optional>
 
-#include "host/diagnostica.h"
+#include "host/base/diagnostica.h"
+#include "host/base/stato.h"
 #include "host/importazione/libretto.h"
 #include "host/importazione/opzioni.h"
 #include "host/importazione/resoconto.h"
-#include "host/modello.h"
-#include "host/stato.h"
+#include "host/rete/modello.h"
+
+namespace compensa {
 
 // Reads the books, completes them as the options ask, writes the network file and says on the
 // standard error what was found, computed and left out. Throws ErroreUso, ErroreUscita,
@@ -21,3 +23,5 @@ Stato Importa(const OpzioniImporta& opzioni);
 // if there are errors.
 std::optional<Rete> PreparaRete(const OpzioniImporta& opzioni, Libretto& libretto,
                                 Resoconto& resoconto, Diagnostica& diagnostica);
+
+}  // namespace compensa

@@ -6,9 +6,11 @@
 #include <string>
 #include <string_view>
 
-#include "host/diagnostica.h"
+#include "host/base/diagnostica.h"
 #include "host/importazione/libretto.h"
 #include "host/importazione/opzioni.h"
+
+namespace compensa {
 
 // Options of a call that concern the reading of some formats only.
 enum OpzioneLettura : unsigned {
@@ -36,11 +38,11 @@ struct Lettore {
                 Libretto& libretto, Diagnostica& diagnostica);
 };
 
-extern const Lettore kLettoreGkf;        // gkf.cpp
-extern const Lettore kLettoreGsi;        // gsi.cpp
-extern const Lettore kLettoreSdr;        // sdr.cpp
-extern const Lettore kLettoreCatasto;    // libretto_catastale.cpp
-extern const Lettore kLettoreCampagna;   // campagna_csv.cpp
+extern const Lettore kLettoreGkf;       // gkf.cpp
+extern const Lettore kLettoreGsi;       // gsi.cpp
+extern const Lettore kLettoreSdr;       // sdr.cpp
+extern const Lettore kLettoreCatasto;   // libretto_catastale.cpp
+extern const Lettore kLettoreCampagna;  // campagna_csv.cpp
 
 // All readers, in the order in which they are asked whether a text is theirs.
 std::span<const Lettore* const> Lettori();
@@ -50,3 +52,5 @@ const Lettore* RiconosciFormato(std::string_view testo);
 
 // The reader of a name given with --formato, null if there is none.
 const Lettore* LettoreDiNome(std::string_view nome);
+
+}  // namespace compensa

@@ -5,10 +5,12 @@
 
 #include "host/importazione/lettore.h"
 
+namespace compensa {
+
 namespace {
 
-constexpr std::array<const Lettore*, 5> kLettori = {
-    &kLettoreGkf, &kLettoreSdr, &kLettoreGsi, &kLettoreCatasto, &kLettoreCampagna};
+constexpr std::array<const Lettore*, 5> kLettori = {&kLettoreGkf, &kLettoreSdr, &kLettoreGsi,
+                                                    &kLettoreCatasto, &kLettoreCampagna};
 
 }  // namespace
 
@@ -26,3 +28,5 @@ const Lettore* LettoreDiNome(std::string_view nome) {
                                      [&](const Lettore* lettore) { return lettore->Nome == nome; });
   return trovato == kLettori.end() ? nullptr : *trovato;
 }
+
+}  // namespace compensa

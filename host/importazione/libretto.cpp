@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace compensa {
+
 void Libretto::Tralascia(const std::string& genere, const std::string& motivo, int riga, int quanti,
                          std::string_view file) {
   const auto voce = std::find_if(Esclusi.begin(), Esclusi.end(), [&](const Tralasciati& t) {
@@ -15,3 +17,5 @@ void Libretto::Tralascia(const std::string& genere, const std::string& motivo, i
     Esclusi.push_back({genere, motivo, quanti, riga, file});
   }
 }
+
+}  // namespace compensa

@@ -12,7 +12,9 @@
 #include <string_view>
 #include <vector>
 
-#include "host/modello.h"
+#include "host/rete/modello.h"
+
+namespace compensa {
 
 // A role that the file states; empty where it states none.
 struct RuoliLetti {
@@ -66,10 +68,10 @@ struct Tralasciati {
 
 // Options that a file states for the whole network.
 struct OpzioniLibretto {
-  std::optional<double> SqmDirezione;            // [gon], of an angle between two directions
-  std::optional<double> SqmDistCostante;         // [m]
-  std::optional<double> SqmDistProporzionale;    // [m/km]
-  std::optional<int> TipoCalcolo;                // bits of Calcolo
+  std::optional<double> SqmDirezione;          // [gon], of an angle between two directions
+  std::optional<double> SqmDistCostante;       // [m]
+  std::optional<double> SqmDistProporzionale;  // [m/km]
+  std::optional<int> TipoCalcolo;              // bits of Calcolo
   std::optional<int> Iterazioni;
   std::optional<bool> Cartografiche;
   std::optional<CCalcDsOr> CurvaturaRifrazione;
@@ -88,3 +90,5 @@ struct Libretto {
   void Tralascia(const std::string& genere, const std::string& motivo, int riga, int quanti = 1,
                  std::string_view file = {});
 };
+
+}  // namespace compensa

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 
-#include "host/codifica.h"
+#include "host/base/codifica.h"
+
+namespace compensa {
 
 std::size_t ByteDiCaratteri(std::string_view testo, int caratteri) {
   std::size_t byte = 0;
@@ -63,3 +65,5 @@ void Raccolta::Coordinate(const std::string& nome, const Terna& terna, const Pos
   punto.Quota = terna[2];
   punto.Dove = dove;
 }
+
+}  // namespace compensa

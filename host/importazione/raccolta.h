@@ -9,9 +9,11 @@
 #include <string>
 #include <string_view>
 
-#include "host/diagnostica.h"
+#include "host/base/diagnostica.h"
+#include "host/base/testi.h"
 #include "host/importazione/libretto.h"
-#include "host/testi.h"
+
+namespace compensa {
 
 // International foot [m].
 inline constexpr double kPiede = 0.3048;
@@ -56,3 +58,5 @@ class Raccolta {
   Diagnostica& Diario;
   bool Aperta = false;
 };
+
+}  // namespace compensa

@@ -8,13 +8,15 @@
 #include <functional>
 #include <string_view>
 
-#include "host/campi.h"
-#include "host/codifica.h"
-#include "host/diagnostica.h"
-#include "host/file_sicuro.h"
-#include "host/numeri.h"
-#include "host/testi.h"
-#include "host/versione.h"
+#include "host/base/codifica.h"
+#include "host/base/diagnostica.h"
+#include "host/base/file_sicuro.h"
+#include "host/base/numeri.h"
+#include "host/base/testi.h"
+#include "host/base/versione.h"
+#include "host/rete/campi.h"
+
+namespace compensa {
 
 namespace {
 
@@ -301,3 +303,5 @@ std::string SommarioImportazione(const Resoconto& resoconto, const Rete& rete,
   AggiungiVoce(testo, "Adesso:", {"compensa verifica " + (inFile ? uscita : "RETE.toml")});
   return testo;
 }
+
+}  // namespace compensa

@@ -6,11 +6,13 @@
 #include <vector>
 
 #include "host/approssimate/approssimate.h"
+#include "host/file_rete/scrittura_toml.h"
 #include "host/importazione/facce.h"
 #include "host/importazione/libretto.h"
-#include "host/importazione/scrittura_toml.h"
 #include "host/importazione/sqm_libretto.h"
-#include "host/modello.h"
+#include "host/rete/modello.h"
+
+namespace compensa {
 
 struct FileImportato {
   std::string Nome;
@@ -40,3 +42,5 @@ std::string TestoFacce(const EsitoFacce& facce);
 // The closing lines: what was found, left out and is missing, and what to do with the file uscita.
 std::string SommarioImportazione(const Resoconto& resoconto, const Rete& rete,
                                  const std::string& uscita);
+
+}  // namespace compensa

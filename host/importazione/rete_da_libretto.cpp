@@ -8,9 +8,11 @@
 #include <unordered_map>
 #include <utility>
 
-#include "host/campi.h"
-#include "host/costruttore.h"
-#include "host/numeri.h"
+#include "host/base/numeri.h"
+#include "host/file_rete/costruttore.h"
+#include "host/rete/campi.h"
+
+namespace compensa {
 
 namespace {
 
@@ -134,3 +136,5 @@ std::optional<Rete> ReteDaLibretto(const Libretto& libretto, const SqmScelti& sq
                                    Diagnostica& diagnostica) {
   return Traduzione(libretto, diagnostica).Esegui(sqm, curvatura);
 }
+
+}  // namespace compensa

@@ -4,10 +4,12 @@
 
 #include <optional>
 
-#include "host/diagnostica.h"
+#include "host/base/diagnostica.h"
 #include "host/importazione/libretto.h"
 #include "host/importazione/sqm_libretto.h"
-#include "host/modello.h"
+#include "host/rete/modello.h"
+
+namespace compensa {
 
 // The book as records, with the positions that it has. Its values have been checked, every shot is
 // on face I, every name that is used stands among the points. Angles are rounded to 1e-8 gon and
@@ -15,3 +17,5 @@
 // lack coordinates. Nothing is returned if there are errors.
 std::optional<Rete> ReteDaLibretto(const Libretto& libretto, const SqmScelti& sqm, bool curvatura,
                                    Diagnostica& diagnostica);
+
+}  // namespace compensa

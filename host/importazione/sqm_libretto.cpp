@@ -10,8 +10,10 @@
 #include <utility>
 #include <vector>
 
-#include "host/numeri.h"
-#include "host/testi.h"
+#include "host/base/numeri.h"
+#include "host/base/testi.h"
+
+namespace compensa {
 
 namespace {
 
@@ -137,3 +139,5 @@ SqmScelti ScegliSqm(const OpzioniImporta& opzioni, const Libretto& libretto,
   ScegliDistanza(opzioni, libretto, scelti, diagnostica);
   return scelti;
 }
+
+}  // namespace compensa

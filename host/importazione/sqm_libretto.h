@@ -4,10 +4,12 @@
 
 #include <string>
 
-#include "host/diagnostica.h"
+#include "host/base/diagnostica.h"
 #include "host/importazione/facce.h"
 #include "host/importazione/libretto.h"
 #include "host/importazione/opzioni.h"
+
+namespace compensa {
 
 struct SqmScelti {
   double Direzione = 0.0;          // of an angle read as the difference of two directions [gon]
@@ -25,3 +27,5 @@ struct SqmScelti {
 // deviation of single directions is turned into that of an angle by the square root of 2.
 SqmScelti ScegliSqm(const OpzioniImporta& opzioni, const Libretto& libretto,
                     Diagnostica& diagnostica);
+
+}  // namespace compensa

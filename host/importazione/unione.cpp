@@ -9,7 +9,9 @@
 #include <unordered_map>
 #include <utility>
 
-#include "host/numeri.h"
+#include "host/base/numeri.h"
+
+namespace compensa {
 
 namespace {
 
@@ -138,3 +140,5 @@ void UnisciPunti(Libretto& libretto, Diagnostica& diagnostica) {
   }
   libretto.Punti = std::move(unici);
 }
+
+}  // namespace compensa

@@ -2,8 +2,10 @@
 
 // Several books as one.
 
-#include "host/diagnostica.h"
+#include "host/base/diagnostica.h"
 #include "host/importazione/libretto.h"
+
+namespace compensa {
 
 // Adds the records of a book to those of another, with their positions. What both state for the
 // whole network and state differently stays as the first says, with a warning.
@@ -14,3 +16,5 @@ void Unisci(Libretto& unito, Libretto&& parte, Diagnostica& diagnostica);
 // calls fixed keeps the coordinates of that record; if one fixes its plan and another its height,
 // it keeps the plan of the one and the height of the other.
 void UnisciPunti(Libretto& libretto, Diagnostica& diagnostica);
+
+}  // namespace compensa

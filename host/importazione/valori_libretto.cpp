@@ -5,9 +5,11 @@
 #include <cmath>
 #include <optional>
 
-#include "host/campi.h"
+#include "host/base/numeri.h"
 #include "host/importazione/angoli.h"
-#include "host/numeri.h"
+#include "host/rete/campi.h"
+
+namespace compensa {
 
 namespace {
 
@@ -56,3 +58,5 @@ int ControllaValori(Libretto& libretto, Diagnostica& diagnostica) {
   }
   return nulle;
 }
+
+}  // namespace compensa

@@ -7,7 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include "host/risultati.h"
+#include "host/rete/risultati.h"
+
+namespace compensa {
 
 struct FileLetto {
   std::string Nome;      // as a message names it
@@ -22,3 +24,5 @@ struct Documento {
   std::string DataOra;                // of the run, gg/mm/aaaa hh:mm
   std::vector<FileLetto> File;        // the network file first, then its tables
 };
+
+}  // namespace compensa

@@ -10,14 +10,16 @@
 #include <string>
 #include <vector>
 
-#include "host/codifica.h"
-#include "host/grandezze.h"
-#include "host/numeri.h"
-#include "host/sistema_riferimento.h"
-#include "host/sommario.h"
+#include "host/base/codifica.h"
+#include "host/base/numeri.h"
+#include "host/base/versione.h"
+#include "host/rete/grandezze.h"
+#include "host/rete/sistema_riferimento.h"
 #include "host/uscite/scala_ellissi.h"
-#include "host/uscite/visuali.h"
-#include "host/versione.h"
+#include "host/uscite/sommario.h"
+#include "host/uscite/visuali_uniche.h"
+
+namespace compensa {
 
 namespace {
 
@@ -388,3 +390,5 @@ void Disegno::Componi() {
 void ScriviDxf(const Documento& documento, const Scrivi& scrivi) {
   Disegno(documento, scrivi).Componi();
 }
+
+}  // namespace compensa

@@ -7,5 +7,9 @@
 
 #include "host/uscite/documento.h"
 
+namespace compensa {
+
 // Passes the bytes of the file on in pieces.
 void ScriviDxf(const Documento& documento, const std::function<void(std::string_view)>& scrivi);
+
+}  // namespace compensa

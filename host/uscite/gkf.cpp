@@ -21,12 +21,14 @@
 #include <string>
 #include <unordered_set>
 
-#include "host/gkf_formato.h"
-#include "host/grandezze.h"
-#include "host/numeri.h"
-#include "host/unita.h"
+#include "host/base/gkf_formato.h"
+#include "host/base/numeri.h"
+#include "host/base/unita.h"
+#include "host/base/versione.h"
+#include "host/rete/grandezze.h"
 #include "host/uscite/gkf_registro.h"
-#include "host/versione.h"
+
+namespace compensa {
 
 namespace {
 
@@ -315,3 +317,5 @@ void Scrittore::Documenta() {
 void ScriviGkf(const Documento& documento, const std::function<void(std::string_view)>& scrivi) {
   Scrittore(documento, scrivi).Documenta();
 }
+
+}  // namespace compensa

@@ -4,7 +4,9 @@
 
 #include "host/uscite/gkf_registro.h"
 
-#include "host/numeri.h"
+#include "host/base/numeri.h"
+
+namespace compensa {
 
 namespace gkf {
 namespace {
@@ -114,3 +116,5 @@ std::string Protetto(std::string_view testo) {
 }
 
 }  // namespace gkf
+
+}  // namespace compensa

@@ -6,8 +6,10 @@
 #include <string>
 #include <string_view>
 
-#include "host/gkf_formato.h"
-#include "host/risultati.h"
+#include "host/base/gkf_formato.h"
+#include "host/rete/risultati.h"
+
+namespace compensa {
 
 namespace gkf {
 
@@ -23,3 +25,5 @@ std::string Chiusura(const Impronta& impronta);
 std::string Protetto(std::string_view testo);
 
 }  // namespace gkf
+
+}  // namespace compensa

@@ -9,9 +9,11 @@
 #include <cmath>
 #include <numbers>
 
-#include "host/grandezze.h"
-#include "host/numeri.h"
-#include "host/unita.h"
+#include "host/base/numeri.h"
+#include "host/base/unita.h"
+#include "host/rete/grandezze.h"
+
+namespace compensa {
 
 namespace {
 
@@ -117,3 +119,5 @@ std::vector<PuntoPiano> AnelloEllisse(const RisultatoPunto& p, double fattore, i
   }
   return anello;
 }
+
+}  // namespace compensa

@@ -7,7 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "host/risultati.h"
+#include "host/rete/risultati.h"
+
+namespace compensa {
 
 struct PuntoPiano {
   double Est, Nord;  // [m]
@@ -48,3 +50,5 @@ int VerticiEllisse(const Risultati& risultati);
 // The ellipse of a point as an open ring of that many vertices that begins at the end of its
 // semi-major axis and turns clockwise; fattore multiplies the standard semi-axes.
 std::vector<PuntoPiano> AnelloEllisse(const RisultatoPunto& punto, double fattore, int vertici);
+
+}  // namespace compensa

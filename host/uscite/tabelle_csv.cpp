@@ -10,9 +10,11 @@
 #include <span>
 #include <string>
 
-#include "host/campi.h"
-#include "host/grandezze.h"
-#include "host/numeri.h"
+#include "host/base/numeri.h"
+#include "host/rete/campi.h"
+#include "host/rete/grandezze.h"
+
+namespace compensa {
 
 namespace {
 
@@ -232,3 +234,5 @@ void ScriviOsservazioniCsv(const Documento& documento, Decimali decimali, const 
     for (const RisultatoOsservazione& o : r.Stazioni[i].Osservazioni)
       ScriviRiga<O>(kColonneOsservazioni, {r, i + 1, r.Stazioni[i], o, {decimali}}, scrivi);
 }
+
+}  // namespace compensa

@@ -8,6 +8,8 @@
 
 #include "host/uscite/documento.h"
 
+namespace compensa {
+
 enum class Decimali { Punto, Virgola };
 
 // Passes the bytes of one table on in pieces.
@@ -15,3 +17,5 @@ void ScriviPuntiCsv(const Documento& documento, Decimali decimali,
                     const std::function<void(std::string_view)>& scrivi);
 void ScriviOsservazioniCsv(const Documento& documento, Decimali decimali,
                            const std::function<void(std::string_view)>& scrivi);
+
+}  // namespace compensa

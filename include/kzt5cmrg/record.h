@@ -3,7 +3,8 @@
 // The records by which a host describes a network and reads the results back.
 //
 // The host owns and lays out every record; the job reads them in place and writes only into the
-// points. The records have no constructors and no initialisers, so that a host in any language can
+// points. The records and the two types below stand in the global namespace, all else in kzt5cmrg.
+// The records have no constructors and no initialisers, so that a host in any language can
 // lay them out: the offsets below are part of the interface.
 //
 // Lengths, heights and coordinates are in metres, directions and zenith angles in gon (400 to the
@@ -19,6 +20,8 @@ using TTestoCr = std::string_view;
 // The host's vector: element count and element access.
 template <class T>
 using TVettCr = std::span<T>;
+
+namespace kzt5cmrg {
 
 inline constexpr double kNonDato = 8.5e199;         // limit between a given value and a missing one
 inline constexpr double kValoreMancante = 9.0e199;  // what a host may store where nothing is given
@@ -44,6 +47,8 @@ enum Calcolo : int { kCalcoloPlanimetria = 1, kCalcoloAltimetria = 2 };
 
 // TStaCr::AltStrumNota. Any other value: no unknown, and the height does not enter the equations.
 enum AltezzaStrumento : int { kAltezzaIncognita = 0, kAltezzaNota = 1 };
+
+}  // namespace kzt5cmrg
 
 // A point of the network. A run adjusts its coordinates, height and roles in place.
 struct TCoorCr {

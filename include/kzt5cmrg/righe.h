@@ -6,6 +6,8 @@
 #include <memory>
 #include <new>
 
+namespace kzt5cmrg {
+
 // A table of equal rows, reached through an array of row pointers: what the numerical kernels take.
 // The rows lie one after the other in one block aligned to a cache line, unset at first.
 template <class T>
@@ -37,3 +39,5 @@ class Righe {
   std::unique_ptr<T*[]> Tabella;
   std::unique_ptr<T, Libera> Blocco;
 };
+
+}  // namespace kzt5cmrg

@@ -5,8 +5,10 @@
 #include <cstdlib>
 #include <string>
 
-#include "host/codifica.h"
+#include "host/base/codifica.h"
 #include "host/importazione/lettore.h"
+
+using namespace compensa;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* dati, std::size_t quanti);
 

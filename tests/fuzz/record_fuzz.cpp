@@ -7,7 +7,9 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "corruzione.h"
+#include "tests/comuni/corruzione.h"
+
+using namespace kzt5cmrg;
 
 extern "C" {
 int LLVMFuzzerTestOneInput(const std::uint8_t* dati, std::size_t quanti);

@@ -4,8 +4,10 @@
 #include <cstdint>
 #include <string>
 
-#include "host/codifica.h"
-#include "host/lettura_csv.h"
+#include "host/base/codifica.h"
+#include "host/file_rete/lettura_csv.h"
+
+using namespace compensa;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* dati, std::size_t quanti);
 
@@ -17,8 +19,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* dati, std::size_t quanti) {
   CostruttoreRete rete(diagnostica);
   LeggiPuntiCsv(std::string_view(*testo).substr(0, taglio), rete.RegistraFile("punti.csv"), rete,
                 diagnostica);
-  LeggiOsservazioniCsv(std::string_view(*testo).substr(taglio), rete.RegistraFile("osservazioni.csv"),
-                       rete, diagnostica);
+  LeggiOsservazioniCsv(std::string_view(*testo).substr(taglio),
+                       rete.RegistraFile("osservazioni.csv"), rete, diagnostica);
   if (!rete.Completa() && diagnostica.Righe().empty()) std::abort();
   return 0;
 }

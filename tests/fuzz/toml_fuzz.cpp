@@ -4,8 +4,10 @@
 #include <filesystem>
 #include <string>
 
-#include "host/codifica.h"
-#include "host/lettura_toml.h"
+#include "host/base/codifica.h"
+#include "host/file_rete/lettura_toml.h"
+
+using namespace compensa;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* dati, std::size_t quanti);
 

@@ -1,9 +1,0 @@
-#pragma once
-
-// Heights spread over a network by trigonometric heighting.
-
-#include "host/approssimate/approssimate.h"
-
-// Quota of the unknown points that lack it, from both directions of every sight, outward from the
-// heights given; what is found or not is added to the outcome.
-void PropagaQuote(Rete& rete, EsitoApprossimate& esito);

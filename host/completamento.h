@@ -1,8 +1,0 @@
-#pragma once
-
-// Completion of the command line in bash.
-
-#include <string>
-
-// A script that defines the completion of compensa, for the folder of completions.
-std::string CompletamentoBash();

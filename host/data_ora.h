@@ -1,9 +1,0 @@
-#pragma once
-
-// The moment of a run.
-
-#include <string>
-
-// Now in local time, or the moment of SOURCE_DATE_EPOCH (seconds since 1970) in UTC where that is
-// set: gg/mm/aaaa hh:mm.
-std::string DataOraCorrente();

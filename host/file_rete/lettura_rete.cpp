@@ -1,0 +1,42 @@
+// A network from its file: the order in which the readers run.
+
+#include "host/file_rete/lettura_rete.h"
+
+#include <algorithm>
+#include <string>
+
+#include "host/base/testo_file.h"
+#include "host/file_rete/costruttore.h"
+#include "host/file_rete/lettura_toml.h"
+#include "host/importazione/lettore.h"
+
+namespace compensa {
+
+namespace {
+
+constexpr std::uintmax_t kMassimoToml = 1u << 28;  // [bytes]; once parsed it takes 30 times as much
+
+}  // namespace
+
+std::optional<Rete> LeggiRete(const std::filesystem::path& percorso, Diagnostica& diagnostica,
+                              bool impronte) {
+  CostruttoreRete rete(diagnostica, impronte);
+  const std::string_view file = rete.RegistraFile(percorso.string());
+  std::optional<std::string> testo =
+      LeggiTesto(percorso, kMassimoToml, {file, 0, 0}, "", diagnostica, rete.NuovaImpronta());
+  if (!testo) return std::nullopt;
+  const Lettore* altro = percorso.extension() == ".toml" ? nullptr : RiconosciFormato(*testo);
+  if (altro != nullptr) {
+    diagnostica.Errore({file, 0, 0}, {.Problema = "non è una rete",
+                                      .Trovato = std::string(altro->Descrizione),
+                                      .Voluto = "un file TOML",
+                                      .Suggerimento = "compensa importa ne fa una rete"});
+    return std::nullopt;
+  }
+  const bool righeConCr = testo->find('\n') == std::string::npos;  // TOML itself knows LF and CRLF
+  if (righeConCr) std::replace(testo->begin(), testo->end(), '\r', '\n');
+  LeggiToml(*testo, file, percorso.parent_path(), rete, diagnostica);
+  return rete.Completa();
+}
+
+}  // namespace compensa

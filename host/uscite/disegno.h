@@ -1,9 +1,0 @@
-#pragma once
-
-// The network as a drawing in the page: points, sights and ellipses in metres, North up, with its
-// layers, its legend and its scale bar.
-
-#include "host/risultati.h"
-#include "host/uscite/html_scrittura.h"
-
-void ScriviDisegno(Pagina& pagina, const Risultati& risultati);
