@@ -100,10 +100,6 @@ class KZT5CMRG_API CalcCmpRigVelid1 {
 
   TCoorCr& Punto(int indice) const { return (*Punti)[static_cast<std::size_t>(indice)]; }
 
-  // frame/caricatore.cpp
-  static std::string CaricaTesto(unsigned id);
-  static std::string EtichettaRuolo(int ruolo);
-
   // frame/ingresso.cpp
   bool Input();
   void ScriviPuntiApprossimati();
@@ -164,7 +160,6 @@ class KZT5CMRG_API CalcCmpRigVelid1 {
   void CreaEquazDir(int& equazione);
   int Eoss(int riga, int stazione, int riferimento, double direzioneRif, int collimato,
            double& direzione);
-  void RiduciDirezione(const TStaCr& stazione, int collimato, double soglia, double& direzione);
   void AvvisaDistanza(int stazione, int collimato, double distanza);
   void AvvisaAnomalia(int stazione, int collimato, double termineNoto, double direzione);
 
@@ -172,19 +167,7 @@ class KZT5CMRG_API CalcCmpRigVelid1 {
   void CreaEquazDis(int& equazione);
   int Eodis(int riga, int stazione, int collimato, double distanza);
   double DistanzaOrizzontale(const TOssCr& osservazione) const;
-  double DistanzaAlCentro(const TStaCr& stazione, double direzione, double distanza) const;
-  double DistanzaEllissoide(int stazione, int collimato, double distanza);
   void AvvisaNonRiducibile(int stazione, int collimato, double distanza);
-
-  // planimetry/geometria.cpp
-  static int Anomalia(double e1, double n1, double e2, double n2, double& azimut, double& distanza);
-  int ExCentro(int stazione, int collimato, double eccDistanza, double eccDirezione,
-               double& direzione) const;
-  static int Angl2(double gon, double& gradi, double& primi, double& secondi);
-
-  // planimetry/orientamento.cpp
-  int Orienta();
-  double OrientamentoMedio(const TStaCr& stazione) const;
 
   // altimetry/altimetria.cpp
   bool CalcCompZe();
@@ -202,6 +185,17 @@ class KZT5CMRG_API CalcCmpRigVelid1 {
   void ScriviStazioneAlt(const TStaCr& stazione, int& strumento);
   void ScriviZenit(const TOssCr& osservazione, double residuo, double w);
 
+  // projection/geometria.cpp
+  static int Anomalia(double e1, double n1, double e2, double n2, double& azimut, double& distanza);
+  int ExCentro(int stazione, int collimato, double eccDistanza, double eccDirezione,
+               double& direzione) const;
+  static int Angl2(double gon, double& gradi, double& primi, double& secondi);
+
+  // projection/riduzioni.cpp
+  void RiduciDirezione(const TStaCr& stazione, int collimato, double soglia, double& direzione);
+  double DistanzaAlCentro(const TStaCr& stazione, double direzione, double distanza) const;
+  double DistanzaEllissoide(int stazione, int collimato, double distanza);
+
   // projection/gauss_boaga.cpp
   int Gauss(int primo, int secondo, double& scala, double& correzione);
   static int Geogra(double nord, double daMeridiano, double& latitudine, double& longitudine);
@@ -211,13 +205,9 @@ class KZT5CMRG_API CalcCmpRigVelid1 {
   // projection/modulo_deformazione.cpp
   int Modulo();
 
-  // reports/scrittura.cpp
-  void ScriviTesto(unsigned id);
-  void ScriviTestoLn(unsigned id);
-  void ScriviConteggio(unsigned id, int conteggio);
-  void ScriviTitolo(unsigned riga, unsigned titolo);
-  void ScriviSezione(unsigned titolo);
-  void ScriviRigaPunto(int punto);
+  // reports/orientamento.cpp
+  int Orienta();
+  double OrientamentoMedio(const TStaCr& stazione) const;
 
   // reports/conteggi.cpp
   void ScriviConteggi(int nonUsati, int fissi, int incogniti);
@@ -253,4 +243,16 @@ class KZT5CMRG_API CalcCmpRigVelid1 {
   void RisultatiFin();
   void ScriviRigaGeografica(int punto);
   void ScriviSessagesimali(double gon, bool ultimo);
+
+  // resources/caricatore.cpp
+  static std::string CaricaTesto(unsigned id);
+  static std::string EtichettaRuolo(int ruolo);
+
+  // resources/scrittura.cpp
+  void ScriviTesto(unsigned id);
+  void ScriviTestoLn(unsigned id);
+  void ScriviConteggio(unsigned id, int conteggio);
+  void ScriviTitolo(unsigned riga, unsigned titolo);
+  void ScriviSezione(unsigned titolo);
+  void ScriviRigaPunto(int punto);
 };

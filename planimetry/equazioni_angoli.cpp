@@ -71,20 +71,6 @@ void CalcCmpRigVelid1::CreaEquazAng(int& equazione) {
 // Adds nothing: a direction enters only through its angles.
 void CalcCmpRigVelid1::CreaEquazDir(int& /*equazione*/) {}
 
-// Brings a reading [gon] to the projection plane and to the station centre; an eccentricity up to
-// `soglia` [m] is left alone.
-void CalcCmpRigVelid1::RiduciDirezione(const TStaCr& stazione, int collimato, double soglia,
-                                       double& direzione) {
-  if (Opzioni->Cartografiche != 0) {
-    double scala = 0.0;
-    double correzione = 0.0;
-    Gauss(stazione.Punto, collimato, scala, correzione);
-    direzione -= correzione;
-  }
-  if (Eccentricita(stazione) > soglia)
-    ExCentro(stazione.Punto, collimato, stazione.EccDistanza, stazione.EccDirezione, direzione);
-}
-
 // Writes one row. The two readings come reduced, in gon; `direzione` leaves in radians.
 int CalcCmpRigVelid1::Eoss(int riga, int stazione, int riferimento, double direzioneRif,
                            int collimato, double& direzione) {

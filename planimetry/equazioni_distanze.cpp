@@ -99,33 +99,6 @@ double CalcCmpRigVelid1::DistanzaOrizzontale(const TOssCr& osservazione) const {
   return D * std::sin(std::abs(z));
 }
 
-// The distance from the station centre when the instrument stood off it: cosine rule in the
-// triangle of centre, instrument and target, the direction read at the instrument [m].
-double CalcCmpRigVelid1::DistanzaAlCentro(const TStaCr& stazione, double direzione,
-                                          double distanza) const {
-  const double e = Eccentricita(stazione);
-  const double angolo = (stazione.EccDirezione - direzione) * FattoreRad;
-  const double quadrato = distanza * distanza + e * e - 2.0 * e * distanza * std::cos(angolo);
-  return std::sqrt(quadrato < 0.0 ? 0.0 : quadrato);  // below 0 only by rounding
-}
-
-// A horizontal distance brought from the mean height of its ends to the ellipsoid, in its own unit.
-// The radius is the one that the last projected point has left, or else that of the station point.
-// An end without height takes the other's.
-double CalcCmpRigVelid1::DistanzaEllissoide(int stazione, int collimato, double distanza) {
-  if (RaggioMedio == 0.0) {
-    double scala = 0.0;
-    double correzione = 0.0;
-    Gauss(stazione, collimato, scala, correzione);
-  }
-  double qP = Punto(stazione).Quota;
-  double qT = Punto(collimato).Quota;
-  if (Mancante(qP)) qP = Mancante(qT) ? 0.0 : qT;
-  if (Mancante(qT)) qT = qP;
-  const double h = (qP + qT) * FattoreKm / 2.0;
-  return distanza * RaggioMedio / (h + RaggioMedio);
-}
-
 void CalcCmpRigVelid1::AvvisaNonRiducibile(int stazione, int collimato, double distanza) {
   ScriviTesto(kLaDistanza);
   Out->ScriviNumero(collimato + 1, 4, 0);
