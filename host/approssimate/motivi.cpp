@@ -93,7 +93,7 @@ std::string Elenco(const Rete& rete, const std::vector<int>& punti) {
 }
 
 std::string NotaPunto(const Rete& rete, int punto, const Determinazione& d) {
-  std::string testo = NomePunto(Nome(rete, punto)) + ": coordinate approssimate da " +
+  std::string testo = NomePunto(Nome(rete, punto)).Testo() + ": coordinate approssimate da " +
                       std::string(TestoMetodo(d.Modo)) + Elenco(rete, d.Basi);
   const std::string scarto = "scarto massimo " + NumeroFisso(d.ScartoMassimo, kDecimali) + " m";
   if (d.Modo == Metodo::Polare && d.Media > 1)
@@ -111,7 +111,7 @@ std::string NotaPunto(const Rete& rete, int punto, const Determinazione& d) {
 std::string MotivoPunto(const Rete& rete, const Visuali& visuali, const Propagazione& propagazione,
                         int punto) {
   const auto p = static_cast<std::size_t>(punto);
-  const std::string nome = NomePunto(Nome(rete, punto));
+  const std::string nome = NomePunto(Nome(rete, punto)).Testo();
   if (rete.RuoliIniziali[p].Pla == kFisso)
     return nome + " fisso senza coordinate: vanno date, non si calcolano";
   const std::string inizio = nome + " senza coordinate: ";

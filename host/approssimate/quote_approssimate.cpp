@@ -117,7 +117,7 @@ double Propagatore::Media(int punto, const std::vector<Valore>& valori) {
     limite = std::max(limite, kScartoRelativo * v.Lunghezza);
     if (std::find(basi.begin(), basi.end(), v.Base) == basi.end()) basi.push_back(v.Base);
   }
-  std::string nota = NomePunto(R.Nomi[static_cast<std::size_t>(punto)]) +
+  std::string nota = NomePunto(R.Nomi[static_cast<std::size_t>(punto)]).Testo() +
                      ": quota approssimata per dislivelli da " + Elenco(R, basi);
   if (tenuti.size() > 1)
     nota += " (media di " + std::to_string(tenuti.size()) + ", scarto massimo " +

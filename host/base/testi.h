@@ -24,6 +24,13 @@ std::string Minuscole(std::string_view testo);
 // Whether a text is made of digits alone, one at least.
 bool TutteCifre(std::string_view testo);
 
+// With control characters and bytes that are not UTF-8, which would act on the terminal, as \xNN; cut
+// after so many characters, -1 = whole.
+std::string Visibile(std::string_view testo, int massimo = -1);
+
+// A text of the file between quotes, cut to a readable length, likewise.
+std::string Cita(std::string_view testo);
+
 // "1 punto", "3 punti"
 std::string Conta(std::integral auto quanti, std::string_view uno, std::string_view molti) {
   return std::to_string(quanti) + " " + std::string(quanti == 1 ? uno : molti);
@@ -33,6 +40,21 @@ std::string Conta(std::integral auto quanti, std::string_view uno, std::string_v
 // "e un'altra", "e altre 3".
 enum class Genere { Maschile, Femminile };
 std::string EAltri(std::size_t quanti, Genere genere = Genere::Maschile);
+
+// A list cut to what one reads, `"A", "B" e altri 3`: what testo makes of the first of the things, and
+// how many others there are.
+inline constexpr std::size_t kElencati = 8;
+template <class Cose, class Testo>
+std::string Elenca(const Cose& cose, Testo testo, std::size_t massimo = kElencati,
+                   Genere genere = Genere::Maschile) {
+  std::string elenco;
+  std::size_t n = 0;
+  for (const auto& cosa : cose) {
+    if (n == massimo) return elenco + " " + EAltri(std::size(cose) - n, genere);
+    elenco += (n++ == 0 ? "" : ", ") + std::string(testo(cosa));
+  }
+  return elenco;
+}
 
 struct RigaTesto {
   std::string_view Testo;  // without its end

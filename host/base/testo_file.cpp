@@ -36,7 +36,8 @@ std::optional<std::string> LeggiTesto(const std::filesystem::path& percorso, std
                                       Diagnostica& diagnostica, std::string* impronta) {
   const std::string nome = Cita(percorso.string());
   const auto errore = [&](std::string problema) {
-    diagnostica.Errore(dove, {.Campo = campo, .Problema = std::move(problema)});
+    diagnostica.Errore(
+        dove, {.Quale = Codice::FileNonLetto, .Campo = campo, .Problema = std::move(problema)});
     return std::nullopt;
   };
   std::error_code guasto;

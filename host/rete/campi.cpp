@@ -44,9 +44,10 @@ std::string NumeroVoluto(const RegolaNumero& regola) {
   return voluto;
 }
 
-Guasto GuastoNumero(std::string record, const RegolaNumero& regola, std::string trovato,
+Guasto GuastoNumero(Soggetto record, const RegolaNumero& regola, std::string trovato,
                     double valore) {
-  Guasto guasto{.Record = std::move(record),
+  Guasto guasto{.Quale = Codice::NumeroNonAmmesso,
+                .Record = std::move(record),
                 .Campo = std::string(regola.Nome),
                 .Trovato = std::move(trovato),
                 .Voluto = NumeroVoluto(regola)};
@@ -90,11 +91,12 @@ std::string TipoVoluto() {
   return elenco;
 }
 
-Guasto GuastoParola(std::string record, std::string_view campo, std::span<const ParolaNota> parole,
+Guasto GuastoParola(Soggetto record, std::string_view campo, std::span<const ParolaNota> parole,
                     std::string_view trovato, std::string voluto) {
   std::vector<std::string_view> testi;
   for (const ParolaNota& parola : parole) testi.push_back(parola.Testo);
-  return {.Record = std::move(record),
+  return {.Quale = Codice::ParolaSconosciuta,
+          .Record = std::move(record),
           .Campo = std::string(campo),
           .Problema = "parola sconosciuta",
           .Trovato = Cita(trovato),
@@ -102,9 +104,10 @@ Guasto GuastoParola(std::string record, std::string_view campo, std::span<const 
           .Suggerimento = Forse(PiuVicino(trovato, testi))};
 }
 
-Guasto ChiaveSconosciuta(std::string record, std::string_view genere, std::string_view trovata,
+Guasto ChiaveSconosciuta(Soggetto record, std::string_view genere, std::string_view trovata,
                          std::span<const std::string_view> note) {
-  return {.Record = std::move(record),
+  return {.Quale = Codice::ChiaveSconosciuta,
+          .Record = std::move(record),
           .Problema = std::string(genere) + " " + Cita(trovata) + " sconosciuta",
           .Suggerimento = Forse(PiuVicino(trovata, note))};
 }

@@ -60,7 +60,7 @@ bool Ammesso(const RegolaNumero& regola, double valore);
 std::string NumeroVoluto(const RegolaNumero& regola);
 
 // The fault of a value that is not Ammesso; trovato is how the file writes it.
-Guasto GuastoNumero(std::string record, const RegolaNumero& regola, std::string trovato,
+Guasto GuastoNumero(Soggetto record, const RegolaNumero& regola, std::string trovato,
                     double valore);
 
 // A word of the file and the code that it stands for.
@@ -112,11 +112,11 @@ bool TipoNoto(int tipo);
 std::string TipoVoluto();  // the words and the codes of a kind of distance
 
 // The fault of a text that is none of the words, with the nearest of them.
-Guasto GuastoParola(std::string record, std::string_view campo, std::span<const ParolaNota> parole,
+Guasto GuastoParola(Soggetto record, std::string_view campo, std::span<const ParolaNota> parole,
                     std::string_view trovato, std::string voluto);
 
 // The fault of a key or column that does not exist, with the nearest that does.
-Guasto ChiaveSconosciuta(std::string record, std::string_view genere, std::string_view trovata,
+Guasto ChiaveSconosciuta(Soggetto record, std::string_view genere, std::string_view trovata,
                          std::span<const std::string_view> note);
 
 }  // namespace compensa

@@ -16,7 +16,6 @@ namespace compensa {
 
 namespace {
 
-constexpr std::size_t kMostrati = 50;
 constexpr std::size_t kChiusureElencate = 5;
 // One good closure in some hundreds is beyond its limit, which one who looks a network over may well
 // see, but who adjusts it need not.
@@ -53,21 +52,18 @@ Rilievi Chiusure(const Rete& rete) {
             .Problema = "non tornano più di " + std::to_string(kChiusureElencate) +
                         " chiusure su " + std::to_string(tutte) +
                         " (distanze e dislivelli misurati nei due versi, triangoli), come " +
-                        trovati.front().Cosa.Record + ", " + trovati.front().Cosa.Problema,
+                        trovati.front().Cosa.Record.Testo() + ", " + trovati.front().Cosa.Problema,
             .Suggerimento = "compensa verifica le elenca; tipo delle distanze, s.q.m. o rifrazione "
                             "sbagliati?"}}};
 }
 
 // What concerns the network, the options or the project names no point in quotes; it may be the
 // cause of all the rest.
-bool Generale(const Rilievo& r) { return r.Cosa.Record.find('"') == std::string::npos; }
+bool Generale(const Rilievo& r) { return r.Cosa.Record.Testo().find('"') == std::string::npos; }
 
 void Riferisci(Rilievi trovati, Diagnostica& diagnostica) {
   std::stable_partition(trovati.begin(), trovati.end(), Generale);
-  const std::size_t altri = trovati.size() > kMostrati ? trovati.size() - kMostrati : 0;
-  trovati.resize(trovati.size() - altri);
   for (Rilievo& r : trovati) diagnostica.Avviso(r.Dove, std::move(r.Cosa));
-  diagnostica.TaciAvvisi(altri);
 }
 
 }  // namespace

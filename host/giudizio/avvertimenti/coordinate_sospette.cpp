@@ -144,7 +144,7 @@ void Esame::EsaminaLocali() {
   const std::size_t i = Cartografici.front();
   SuOpzione(Su(Cartografici.size(), Presenti.size()) + " sembrano " +
                 std::string(kFusi[static_cast<std::size_t>(FusoDi(Punto(i).Est))].Nome) + " (" +
-                NomePunto(R.Nomi[i]) + ": " + Coordinate(Punto(i)) +
+                NomePunto(R.Nomi[i]).Testo() + ": " + Coordinate(Punto(i)) +
                 "), ma le osservazioni non si riducono al piano: " + effetto,
             "se le coordinate sono cartografiche serve cartografiche = true");
 }
@@ -160,7 +160,7 @@ void Esame::EsaminaFuso() {
   if (primo == R.Punti.end()) {
     if (!Presenti.empty())
       SuOpzione("il fuso non si riconosce: nessun punto ha est oltre 80 km (" +
-                    NomePunto(R.Nomi[Presenti.front()]) + ": " +
+                    NomePunto(R.Nomi[Presenti.front()]).Testo() + ": " +
                     Coordinate(Punto(Presenti.front())) +
                     "), e le distanze si riducono come sul meridiano centrale, -0.400 m per km",
                 std::string(kForse));
@@ -200,7 +200,7 @@ void Esame::EsaminaFuoriFuso(int fuso) {
   if (Maggioranza(fuoriItalia)) {
     const std::size_t i = fuoriItalia.front();
     SuOpzione(Su(fuoriItalia.size(), Presenti.size()) + " hanno un Nord che non è italiano (" +
-                  NomePunto(R.Nomi[i]) + ": " + Coordinate(Punto(i)) + ")",
+                  NomePunto(R.Nomi[i]).Testo() + ": " + Coordinate(Punto(i)) + ")",
               std::string(kForse));
     return;
   }

@@ -84,7 +84,7 @@ void Esame::EsaminaZona(const PianoNoto& piano, const std::string& nome) {
   const auto altra =
       std::ranges::find_if(kZone, [&](const Zona& zona) { return Maggioranza(Quanti(zona)); });
   const TCoorCr& p = R.Punti[Presenti.front()];
-  const std::string esempio = " (" + NomePunto(R.Nomi[Presenti.front()]) + ": est " +
+  const std::string esempio = " (" + NomePunto(R.Nomi[Presenti.front()]).Testo() + ": est " +
                               NumeroFisso(p.Est, kDecimali) + ", nord " +
                               NumeroFisso(p.Nord, kDecimali) + ")";
   const std::string inizio = nome + " ha un falso Est di " + NumeroFisso(piano.FalsoEst, 0) + " m";

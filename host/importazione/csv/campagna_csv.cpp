@@ -80,7 +80,7 @@ class LettoreCampagna {
   std::string Record() const { return NomeOsservazione(Stazione(), Csv.Campo(kCPunto)); }
 
   void Errore(std::size_t colonna, Guasto guasto) {
-    if (guasto.Record.empty()) guasto.Record = Record();
+    if (guasto.Record.Nomi.empty()) guasto.Record = Record();
     Diario.Errore(Csv.Dove(colonna), std::move(guasto));
   }
 

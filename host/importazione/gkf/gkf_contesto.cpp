@@ -192,7 +192,7 @@ void Contesto::NonSupportato(const pugi::xml_node& nodo, const std::string& gene
 }
 
 void Contesto::Conta(Gravita livello, const pugi::xml_node& nodo, Guasto guasto, int quanti) {
-  const std::string chiave = guasto.Record + '\n' + guasto.Campo + '\n' + guasto.Problema;
+  const std::string chiave = guasto.Record.Testo() + '\n' + guasto.Campo + '\n' + guasto.Problema;
   const auto [voce, nuova] = Contati.try_emplace(chiave, Contato{livello, {}, {}, 0});
   if (nuova) {
     voce->second.Dove = Dove(nodo);
@@ -224,7 +224,7 @@ std::string RecordDi(const pugi::xml_node& nodo) {
   std::string_view da = Contesto::Valore(nodo, "from");
   if (da.empty()) da = Contesto::Valore(nodo.parent(), "from");
   const std::string_view a = Contesto::Valore(nodo, elemento == "angle" ? "fs" : "to");
-  return "<" + std::string(elemento) + ">, " + NomeOsservazione(da, a);
+  return "<" + std::string(elemento) + ">, " + NomeOsservazione(da, a).Testo();
 }
 
 pugi::xml_node Successivo(pugi::xml_node nodo, const pugi::xml_node& radice) {

@@ -221,7 +221,7 @@ std::vector<const Equazione*> Scegli(const Risultati& r, TipoEquazione tipo, std
 }
 
 // One table for each kind of equation: columns of its own, then those that all have.
-struct Genere {
+struct GenereOsservazione {
   TipoEquazione Tipo;
   std::string_view Chiave, Titolo, Spiegazione;
   int Decimali;            // of the values
@@ -249,7 +249,7 @@ constexpr std::array kColonneDislivelli = {Colonna{"Da"},
                                            Colonna{"Dislivello usato", "m", Numero},
                                            Colonna{"Compensato", "m", Numero}};
 
-std::vector<Colonna> ColonneDi(const Genere& g) {
+std::vector<Colonna> ColonneDi(const GenereOsservazione& g) {
   std::vector<Colonna> colonne(g.Colonne.begin(), g.Colonne.end());
   colonne.insert(colonne.end(), {{"Residuo", g.Unita, NumeroAssoluto},
                                  {"s.q.m.", g.Unita, Numero},
@@ -262,21 +262,23 @@ std::vector<Colonna> ColonneDi(const Genere& g) {
 }
 
 constexpr std::array kGeneri = {
-    Genere{
+    GenereOsservazione{
         TipoEquazione::Angolo, "angoli", "Osservazioni: angoli",
         "Angolo dalla visuale di riferimento della stazione alla visuale, in senso orario; usato: "
         "ridotto in centro e al piano dove serve. ",
         kDecimaliGon, "cc", kCcPerGon, kColonneAngoli},
-    Genere{TipoEquazione::Distanza, "distanze", "Osservazioni: distanze",
-           "Misurata: come nel file; usata: ridotta all'orizzonte, in centro e al piano dove "
-           "serve. ",
-           kDecimaliMetri, "mm", kMmPerMetro, kColonneDistanze},
-    Genere{TipoEquazione::Dislivello, "dislivelli", "Osservazioni: dislivelli",
-           "Dislivello fra i due punti, con le altezze di strumento e segnale. Le quote si pesano "
-           "solo fra loro: non c'è s.q.m. a priori, né minimo errore rilevabile. ",
-           kDecimaliMetri, "mm", kMmPerMetro, kColonneDislivelli}};
+    GenereOsservazione{
+        TipoEquazione::Distanza, "distanze", "Osservazioni: distanze",
+        "Misurata: come nel file; usata: ridotta all'orizzonte, in centro e al piano dove "
+        "serve. ",
+        kDecimaliMetri, "mm", kMmPerMetro, kColonneDistanze},
+    GenereOsservazione{
+        TipoEquazione::Dislivello, "dislivelli", "Osservazioni: dislivelli",
+        "Dislivello fra i due punti, con le altezze di strumento e segnale. Le quote si pesano "
+        "solo fra loro: non c'è s.q.m. a priori, né minimo errore rilevabile. ",
+        kDecimaliMetri, "mm", kMmPerMetro, kColonneDislivelli}};
 
-void ScriviEquazione(TabellaHtml& tabella, const Risultati& r, const Genere& g,
+void ScriviEquazione(TabellaHtml& tabella, const Risultati& r, const GenereOsservazione& g,
                      const Equazione& e) {
   const RisultatoOsservazione& o = Osservazione(r, e, e.Osservazione);
   const bool angolo = e.Tipo == TipoEquazione::Angolo;
@@ -305,7 +307,7 @@ void ScriviEquazione(TabellaHtml& tabella, const Risultati& r, const Genere& g,
   tabella.Testo(Giudizio(e));
 }
 
-void ScriviOsservazioni(Pagina& pagina, const Risultati& r, const Genere& g) {
+void ScriviOsservazioni(Pagina& pagina, const Risultati& r, const GenereOsservazione& g) {
   std::size_t quante = 0;
   const std::vector<const Equazione*> scelte = Scegli(r, g.Tipo, quante);
   if (scelte.empty()) return;
@@ -346,7 +348,7 @@ void ScriviTabelle(Pagina& pagina, const Risultati& r) {
                "perché punto fisso che nessuna osservazione usa."},
               [](const RisultatoPunto& p) { return !Fisso(p) && !Compensato(p); });
   ScriviStazioni(pagina, r);
-  for (const Genere& g : kGeneri) ScriviOsservazioni(pagina, r, g);
+  for (const GenereOsservazione& g : kGeneri) ScriviOsservazioni(pagina, r, g);
 }
 
 }  // namespace compensa

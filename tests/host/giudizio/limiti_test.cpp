@@ -57,7 +57,7 @@ Rete Costruisci(const std::string& rilievo, const std::string& fissi) {
 
 std::string Testo(const Rilievi& rilievi) {
   std::string testo;
-  for (const Rilievo& r : rilievi) testo += r.Cosa.Record + ": " + r.Cosa.Problema + "\n";
+  for (const Rilievo& r : rilievi) testo += r.Cosa.Record.Testo() + ": " + r.Cosa.Problema + "\n";
   return testo;
 }
 
