@@ -115,12 +115,14 @@ void ScriviNota(std::string_view file, std::string_view testo) {
   ScriviMessaggio(file, kNota, kAzzurro, testo);
 }
 
-void MostraMessaggi(const Diagnostica& diagnostica) {
+std::string TestoMessaggi(const Diagnostica& diagnostica) {
   const bool colori = ColoriSu(kErroriStandard);
   std::string testo;
   for (const std::string& riga : diagnostica.Righe())
     testo += (colori ? ColoraMessaggio(riga) : riga) + "\n";
-  ScriviErrori(testo);
+  return testo;
 }
+
+void MostraMessaggi(const Diagnostica& diagnostica) { ScriviErrori(TestoMessaggi(diagnostica)); }
 
 }  // namespace compensa

@@ -35,7 +35,8 @@ void ScriviErrore(std::string_view file, std::string_view testo);
 void ScriviAvviso(std::string_view file, std::string_view testo);
 void ScriviNota(std::string_view file, std::string_view testo);
 
-// All messages on the standard error, one line each.
+// All messages, one line each, in colours where the standard error shows them; and on it.
+std::string TestoMessaggi(const Diagnostica& diagnostica);
 void MostraMessaggi(const Diagnostica& diagnostica);
 
 }  // namespace compensa

@@ -121,11 +121,12 @@ class Importazione {
     if (Diario.HaErrori()) return Rinuncia();
     const std::optional<Rete> rete = PreparaRete(O, Unito, Resa, Diario);
     if (!rete) return Rinuncia();
+    // Made while there is still nothing to undo.
+    const std::string detto = O.Quieto ? std::string()
+                                       : TestoMessaggi(Diario) + TestoFacce(Resa.Facce) +
+                                             SommarioImportazione(Resa, *rete, O.Uscita);
     Scrivi(*rete);
-    if (O.Quieto) return kStatoRiuscito;
-    MostraMessaggi(Diario);
-    ScriviErrori(TestoFacce(Resa.Facce));
-    ScriviErrori(SommarioImportazione(Resa, *rete, O.Uscita));
+    ScriviErrori(detto);
     return kStatoRiuscito;
   }
 
