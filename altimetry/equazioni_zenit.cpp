@@ -13,7 +13,6 @@
 using namespace kzt5cmrg;
 
 namespace {
-constexpr double kGonPerRad = 200.0 / kPi;
 enum SlotZenit : int { kSlotStazione = 0, kSlotStrumento = 1, kSlotCollimato = 2 };
 }  // namespace
 

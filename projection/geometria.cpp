@@ -10,9 +10,8 @@
 using namespace kzt5cmrg;
 
 namespace {
-constexpr double kEstOvest = 1e-7;  // a smaller difference of North makes a line due east or west
-constexpr double kGradiPerGon = 0.9;
-constexpr double kCentesimi = 100.0;   // minutes and seconds are split off as hundredths
+constexpr double kEstOvest = 1e-7;    // a smaller difference of North makes a line due east or west
+constexpr double kCentesimi = 100.0;  // minutes and seconds are split off as hundredths
 constexpr double kSessantesimi = 0.6;  // hundredths of a part to its sixtieths
 }  // namespace
 

@@ -11,6 +11,9 @@ namespace kzt5cmrg {
 inline constexpr double kPi = std::numbers::pi;
 inline constexpr double kGiro = 2.0 * std::numbers::pi;  // full circle [rad]
 inline constexpr double kRadPerGon = std::numbers::pi / 200.0;
+inline constexpr double kGonPerRad = 200.0 / std::numbers::pi;
+inline constexpr double kGradiPerGon = 0.9;
+inline constexpr double kMetriPerKm = 1000.0;
 inline constexpr double kKmPerMetro = 0.001;
 inline constexpr double kSigmaZeroPriori = 1e-6;
 
@@ -23,8 +26,6 @@ inline constexpr int kSlotVuoto = -1;  // number of the unknown in an empty slot
 
 enum StatoDistanze : int { kSenzaDistanze = 1, kConDistanze = 2 };
 enum StatoSolutore : int { kSolutoreRiuscito = 1, kSolutoreFallito = 100 };
-
-inline constexpr double kMetriPerKm = 1000.0;
 
 // An eccentricity up to these lengths is not reduced [m]: in the angle equations, and in the
 // orientations, the reports and the heights.

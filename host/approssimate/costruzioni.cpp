@@ -4,6 +4,8 @@
 #include <cmath>
 
 #include "host/approssimate/propagazione.h"
+#include "host/base/unita.h"
+#include "host/rete/statistica.h"
 
 namespace compensa {
 
@@ -12,9 +14,9 @@ namespace {
 constexpr std::size_t kElementiMassimi = 8;  // of one kind combined with each other
 constexpr double kScartoDistanze = 0.5;      // misfit that decides between two positions [m]
 constexpr double kScartoDistanzeRelativo = 0.003;
-constexpr double kRapportoDecisivo = 4.0;           // how much worse the refused one must fit
-constexpr double kScartoInversa = 0.5 * kRadDaGon;  // a sight further off is left out [rad]
-constexpr double kScartoInversaBuono = 0.02 * kRadDaGon;
+constexpr double kRapportoDecisivo = 4.0;            // how much worse the refused one must fit
+constexpr double kScartoInversa = 0.5 * kRadPerGon;  // a sight further off is left out [rad]
+constexpr double kScartoInversaBuono = 0.02 * kRadPerGon;
 constexpr double kStessoPosto = 0.05;  // [m]
 
 double Tolleranza(double portata) {
@@ -55,7 +57,7 @@ void Propagazione::AggiungiRaggiInversi(int punto, Elementi& elementi) const {
   for (const int s : V.Postazioni[static_cast<std::size_t>(punto)]) {
     const auto i = static_cast<std::size_t>(s);
     if (BraccioFuoriCentro(R.Stazioni[i]) > 0.0) continue;
-    double zero = kSenzaValore;
+    double zero = kAssente;
     int origine = -1;
     for (int j = V.Inizio[i]; j < V.Inizio[i + 1] && origine < 0; ++j) {
       const Visuale& v = V.Tutte[static_cast<std::size_t>(j)];
@@ -63,14 +65,14 @@ void Propagazione::AggiungiRaggiInversi(int punto, Elementi& elementi) const {
       for (std::size_t r = 0; r < std::min(diretti, kElementiMassimi) && origine < 0; ++r) {
         if (elementi.Raggi[r].Punto != v.A) continue;
         origine = v.A;
-        zero = elementi.Raggi[r].Azimut + std::numbers::pi - v.Direzione;
+        zero = elementi.Raggi[r].Azimut + kPi - v.Direzione;
       }
     }
     if (origine < 0) continue;
     for (int j = V.Inizio[i]; j < V.Inizio[i + 1]; ++j) {
       const Visuale& v = V.Tutte[static_cast<std::size_t>(j)];
       if (v.ConDirezione() && v.A != origine && Noto(v.A))
-        elementi.Raggi.push_back({Luogo(v.A), zero + v.Direzione + std::numbers::pi, v.A});
+        elementi.Raggi.push_back({Luogo(v.A), zero + v.Direzione + kPi, v.A});
     }
   }
 }
@@ -227,7 +229,7 @@ Propagazione::Esito Propagazione::InversaDa(int s, int punto) {
     if (BraccioFuoriCentro(stazione) > 0.0)
       migliore->Luogo =
           inversa->Luogo + BraccioFuoriCentro(stazione) *
-                               Versore(stazione.EccDirezione * kRadDaGon + inversa->Orientamento);
+                               Versore(stazione.EccDirezione * kRadPerGon + inversa->Orientamento);
   };
   for (std::size_t i = 0; i < t.size(); ++i)
     for (std::size_t j = i + 1; j < t.size(); ++j)

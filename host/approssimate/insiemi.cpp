@@ -25,7 +25,7 @@ void Propagazione::Azzera() {
     Esiti[static_cast<std::size_t>(p)].reset();
   }
   for (const int s : std::exchange(StazioniToccate, {}))
-    Zeri[static_cast<std::size_t>(s)] = kSenzaValore;
+    Zeri[static_cast<std::size_t>(s)] = kAssente;
   for (std::vector<int>& attesa : Attesa) {
     for (const int p : attesa) InCoda[static_cast<std::size_t>(p)] = 0;
     attesa.clear();

@@ -5,6 +5,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "host/base/unita.h"
+#include "host/rete/statistica.h"
+
 namespace compensa {
 
 namespace {
@@ -14,8 +17,8 @@ constexpr double kCotangenteMassima = 1e9;        // of directions on one line
 constexpr double kSommaCotangentiMinima = 1e-17;  // far below the last digit of any but 0
 constexpr double kToccoRelativo = 2e-3;     // circles that miss by this part of their radii touch
 constexpr double kAngoloVerificato = 1e-5;  // how well a resection must give its angles back [rad]
-constexpr double kScartoZeri = 0.5 * kRadDaGon;  // a sight further from the median is left out
-constexpr double kVicini = 0.01;                 // places nearer than this give no direction [m]
+constexpr double kScartoZeri = 0.5 * kRadPerGon;  // a sight further from the median is left out
+constexpr double kVicini = 0.01;                  // places nearer than this give no direction [m]
 
 double Vettoriale(Posto a, Posto b) { return a.Est * b.Nord - a.Nord * b.Est; }
 double Scalare(Posto a, Posto b) { return a.Est * b.Est + a.Nord * b.Nord; }

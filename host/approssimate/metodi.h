@@ -28,7 +28,7 @@ struct Cerchio {
 struct Collimato {
   Posto Luogo;
   double Direzione = 0.0;  // [rad]
-  double Distanza = kSenzaValore;
+  double Distanza = kAssente;
   int Punto = 0;
 };
 

@@ -7,6 +7,9 @@
 #include <cmath>
 #include <utility>
 
+#include "host/base/unita.h"
+#include "host/rete/statistica.h"
+
 namespace compensa {
 
 namespace {
@@ -57,7 +60,7 @@ Propagazione::Propagazione(const Rete& rete, const Visuali& visuali, const Riduz
       K(riduzioni),
       Noti(rete.Punti.size(), 0),
       Luoghi(rete.Punti.size()),
-      Zeri(rete.Stazioni.size(), kSenzaValore),
+      Zeri(rete.Stazioni.size(), kAssente),
       Esiti(rete.Punti.size()),
       Ostacoli(rete.Punti.size()),
       InCoda(rete.Punti.size(), 0),
@@ -145,7 +148,7 @@ Posto Propagazione::Strumento(int s) const {
   const TStaCr& stazione = R.Stazioni[static_cast<std::size_t>(s)];
   const Posto centro = Luogo(stazione.Punto);
   if (!(BraccioFuoriCentro(stazione) > 0.0)) return centro;
-  const double azimut = Zeri[static_cast<std::size_t>(s)] + stazione.EccDirezione * kRadDaGon;
+  const double azimut = Zeri[static_cast<std::size_t>(s)] + stazione.EccDirezione * kRadPerGon;
   return centro + -BraccioFuoriCentro(stazione) * Versore(azimut);
 }
 

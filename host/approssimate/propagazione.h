@@ -49,7 +49,7 @@ class Propagazione {
   Posto Luogo(int punto) const { return Luoghi[static_cast<std::size_t>(punto)]; }
   bool Orientata(int stazione) const {
     const double zero = Zeri[static_cast<std::size_t>(stazione)];
-    return zero == zero;
+    return Presente(zero);
   }
   // Of the points found, by index of the point.
   const std::vector<std::optional<Determinazione>>& Trovati() const { return Esiti; }
@@ -98,7 +98,7 @@ class Propagazione {
   const Riduzioni& K;
   std::vector<char> Noti;
   std::vector<Posto> Luoghi;
-  std::vector<double> Zeri;  // azimuth of the zero of each set-up's circle; kSenzaValore = unknown
+  std::vector<double> Zeri;  // azimuth of the zero of each set-up's circle; kAssente = unknown
   std::vector<std::optional<Determinazione>> Esiti;
   std::vector<Impedimento> Ostacoli;
   std::vector<int> DaOrientare;

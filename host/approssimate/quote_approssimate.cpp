@@ -10,6 +10,7 @@
 #include "host/approssimate/motivi.h"
 #include "host/base/diagnostica.h"
 #include "host/base/numeri.h"
+#include "host/rete/statistica.h"
 #include "host/rete/visuali.h"
 
 namespace compensa {

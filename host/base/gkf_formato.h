@@ -1,6 +1,6 @@
 #pragma once
 
-// What the reader and the writer of .gkf files agree on: units, names, and the register, the
+// What the reader and the writer of .gkf files agree on: names and the register, the
 // network's own records in processing instructions that other programs pass over.
 //
 // The register closes with a fingerprint of all elements and of itself: where it does not match,
@@ -13,10 +13,6 @@
 namespace compensa {
 
 namespace gkf {
-
-inline constexpr double kGonPerCc = 1e-4;
-inline constexpr double kGonPerSecondo = 1.0 / 3240.0;  // of a sexagesimal degree
-inline constexpr double kMetriPerMm = 1e-3;
 
 inline constexpr std::string_view kRadice = "gama-local";
 inline constexpr std::size_t kInizioCercato = 65536;  // the root stands in the first bytes

@@ -10,15 +10,13 @@
 #include <cmath>
 #include <stdexcept>
 
+#include "host/base/unita.h"
 #include "host/calcolo/osservatore.h"
-#include "records/costanti.h"
+#include "host/rete/geometria.h"
 
 namespace compensa {
 
 namespace {
-
-constexpr double kGonPerRad = 1.0 / kRadPerGon;
-constexpr double kGiroGon = 400.0;
 
 // Below this the residual of an equation and its cofactor are differences of rounded numbers, and w
 // says nothing.
@@ -26,11 +24,6 @@ constexpr double kRidondanzaMinima = 1e-6;
 
 // Coordinates nearer than this give an equation without a known term [km].
 constexpr double kCoincidenti = 1e-7;
-
-double InGiro(double gon) {
-  const double angolo = std::fmod(gon, kGiroGon);
-  return angolo < 0.0 ? angolo + kGiroGon : angolo;
-}
 
 }  // namespace
 
@@ -118,7 +111,7 @@ void OsservatoreCalcolo::PrendiOrientamenti() {
     if (std::ranges::none_of(s.Osservazioni,
                              [&](const TOssCr& o) { return Calcolo->LetturaElencata(o); }))
       continue;
-    R.Stazioni[i].Orientamento = InGiro(Calcolo->OrientamentoMedio(s) * kGonPerRad);
+    R.Stazioni[i].Orientamento = NelGiro(Calcolo->OrientamentoMedio(s) * kGonPerRad);
   }
 }
 
@@ -151,7 +144,7 @@ void OsservatoreCalcolo::PrendiAngoli(int& riga) {
                           .Osservazione = osservazione,
                           .Riferimento = riferimento};
       const double noto = Calcolo->TermineNoto[static_cast<std::size_t>(riga)];
-      equazione.Usato = InGiro((noto + calcolato) * kGonPerRad);
+      equazione.Usato = NelGiro((noto + calcolato) * kGonPerRad);
       if (pesati) equazione.SqmPriori = Calcolo->Opzioni->SqmDir;
       auto& osservazioni = R.Stazioni[i].Osservazioni;
       osservazioni[static_cast<std::size_t>(riferimento)].DirezioneRiferimento = true;

@@ -34,12 +34,19 @@ Posizione LettoreCsv::DoveInizio(std::size_t inizio) const {
   return {NomeFile, Riga, 1 + ContaCaratteri(Testo.substr(InizioRiga, inizio - InizioRiga))};
 }
 
+const LettoreCsv::CampoLetto* LettoreCsv::CampoDi(std::size_t colonna) const {
+  const std::optional<std::size_t> posto = Posti[colonna];
+  return posto && *posto < Campi.size() ? &Campi[*posto] : nullptr;
+}
+
 std::string_view LettoreCsv::Campo(std::size_t colonna) const {
-  return Posti[colonna] < Campi.size() ? Campi[Posti[colonna]].Valore : std::string_view();
+  const CampoLetto* campo = CampoDi(colonna);
+  return campo != nullptr ? campo->Valore : std::string_view();
 }
 
 Posizione LettoreCsv::Dove(std::size_t colonna) const {
-  return Posti[colonna] < Campi.size() ? DoveInizio(Campi[Posti[colonna]].Inizio) : DoveRiga();
+  const CampoLetto* campo = CampoDi(colonna);
+  return campo != nullptr ? DoveInizio(campo->Inizio) : DoveRiga();
 }
 
 // Reads the field that begins at da; returns where its delimiter or line end stands.
@@ -147,7 +154,7 @@ TitoloCsv LettoreCsv::NomeNoto(std::string_view titolo) const {
 
 bool LettoreCsv::LeggiIntestazione() {
   const std::size_t errori = Diario.Errori();
-  Posti.assign(Colonne.size(), kAssente);
+  Posti.assign(Colonne.size(), std::nullopt);
   do {
     TrovaDelimitatore();
     if (!LeggiRiga()) {
@@ -163,14 +170,14 @@ bool LettoreCsv::LeggiIntestazione() {
     TitoloCsv titolo = Titoli ? Titoli(valore) : NomeNoto(valore);
     if (titolo.Cosa) {
       Diario.Errore(DoveInizio(Campi[i].Inizio), std::move(*titolo.Cosa));
-    } else if (titolo.Colonna && Posti[*titolo.Colonna] != kAssente) {
+    } else if (titolo.Colonna && Posti[*titolo.Colonna]) {
       ErroreColonna(i, "colonna " + Cita(valore) + " ripetuta");
     } else if (titolo.Colonna) {
       Posti[*titolo.Colonna] = i;
     }
   }
   for (std::size_t i = 0; i < Colonne.size(); ++i) {
-    if (!Colonne[i].Necessaria || Posti[i] != kAssente) continue;
+    if (!Colonne[i].Necessaria || Posti[i]) continue;
     Diario.Errore(DoveRiga(), {.Record = "intestazione",
                                .Problema = "manca la colonna " + Cita(Colonne[i].Nome)});
   }

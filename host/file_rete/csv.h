@@ -47,7 +47,7 @@ class LettoreCsv {
   // without them: a column that is unknown, given twice or missing.
   bool LeggiIntestazione();
   // Whether the header has the column.
-  bool Presente(std::size_t colonna) const { return Posti[colonna] != kAssente; }
+  bool Presente(std::size_t colonna) const { return Posti[colonna].has_value(); }
 
   // Goes on to the next row that holds anything; false at the end.
   bool ProssimaRiga();
@@ -69,6 +69,7 @@ class LettoreCsv {
     std::size_t Inizio = 0;  // of the field in the text, blanks left out
   };
 
+  const CampoLetto* CampoDi(std::size_t colonna) const;  // null if the row has it not
   TitoloCsv NomeNoto(std::string_view titolo) const;
   bool LeggiRiga();
   std::size_t LeggiCampo(std::size_t da);
@@ -79,8 +80,6 @@ class LettoreCsv {
   Posizione DoveInizio(std::size_t inizio) const;
   bool FineRiga(std::size_t i) const;
   void ErroreColonna(std::size_t campo, std::string problema);
-
-  static constexpr std::size_t kAssente = static_cast<std::size_t>(-1);
 
   std::string_view Testo;
   std::string_view NomeFile;
@@ -94,8 +93,8 @@ class LettoreCsv {
   std::vector<CampoLetto> Campi;
   bool VirgoletteSbagliate = false;     // in the current row
   std::deque<std::string> SenzaDoppie;  // fields of the current row that had doubled quotes
-  std::vector<std::size_t> Posti;       // column given -> field, kAssente if the file lacks it
-  std::size_t NCampi = 0;               // columns of the header
+  std::vector<std::optional<std::size_t>> Posti;  // column given -> field, if the file has it
+  std::size_t NCampi = 0;                         // columns of the header
 };
 
 }  // namespace compensa

@@ -20,8 +20,7 @@ namespace compensa {
 
 namespace {
 
-constexpr double kCoincidenti = 1e-4;    // ends of a sight nearer than this give no equation [m]
-constexpr double kZenitMassimo = 200.0;  // of a reading on the first face [gon]
+constexpr double kCoincidenti = 1e-4;  // ends of a sight nearer than this give no equation [m]
 
 void Aggiungi(std::string& motivi, std::string_view motivo) {
   if (!motivi.empty()) motivi += "; ";
@@ -203,9 +202,9 @@ void Esame::MotiviZenit(const Postazione& p, const TOssCr& o, std::string& motiv
                       Punto(o.Punto).TipoPla != kNonUsato;
   if (Verticali || !Assegnato(o.Zenit) || !(pianta || (p.InQuota && QuotaUsata(p.Record, o))))
     return;
-  if (o.Zenit == 0.0 || o.Zenit == kZenitMassimo || o.Zenit == kGiroGon) {
+  if (o.Zenit == 0.0 || o.Zenit == kMezzoGiroGon || o.Zenit == kGiroGon) {
     Aggiungi(motivi, "zenit di una visuale verticale: se non è stato letto va tolto");
-  } else if (o.Zenit > kZenitMassimo) {
+  } else if (o.Zenit > kMezzoGiroGon) {
     Aggiungi(motivi, "zenit oltre 200 gon: la lettura va riportata al cerchio sinistro");
   }
 }

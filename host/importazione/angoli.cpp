@@ -5,20 +5,18 @@
 #include "host/importazione/angoli.h"
 
 #include <algorithm>
-#include <cmath>
 #include <string>
 #include <utility>
 
 #include "host/base/numeri.h"
 #include "host/base/testi.h"
-#include "host/rete/campi.h"
+#include "host/base/unita.h"
 
 namespace compensa {
 
 namespace {
 
 constexpr int kSessanta = 60;
-constexpr double kSecondiPerGon = 3240.0;
 
 // Takes a sign off the front; true if it is negative.
 bool Segno(std::string_view& testo) {
@@ -64,12 +62,6 @@ std::optional<double> DaCompatto(std::string_view testo, bool virgola) {
 }
 
 }  // namespace
-
-double NelGiro(double gon) {
-  const double resto = std::fmod(gon, kGiroGon);
-  const double positivo = resto < 0.0 ? resto + kGiroGon : resto;
-  return positivo < kGiroGon ? positivo : 0.0;
-}
 
 std::optional<double> GonDaGms(int gradi, int primi, double secondi) {
   if (gradi < 0 || primi < 0 || primi >= kSessanta || !(secondi >= 0.0) || secondi >= kSessanta)

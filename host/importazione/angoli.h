@@ -7,17 +7,12 @@
 #include <string_view>
 
 #include "host/importazione/opzioni.h"
+#include "host/rete/geometria.h"
 
 namespace compensa {
 
-inline constexpr double kGonPerGrado = 400.0 / 360.0;
-inline constexpr double kGonPerMil = 400.0 / 6400.0;
-
 // Degrees as gon.
 constexpr double GonDaGradi(double gradi) { return gradi * 10.0 / 9.0; }
-
-// A direction brought within the circle, from 0 to less than 400 [gon].
-double NelGiro(double gon);
 
 // Degrees, minutes and seconds as gon; nothing if minutes or seconds are 60 or more, or negative.
 std::optional<double> GonDaGms(int gradi, int primi, double secondi);

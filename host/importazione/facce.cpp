@@ -18,13 +18,13 @@
 #include "host/base/unita.h"
 #include "host/importazione/angoli.h"
 #include "host/rete/campi.h"
+#include "host/rete/statistica.h"
 #include "host/rete/visuali.h"
 
 namespace compensa {
 
 namespace {
 
-constexpr double kMezzoGiro = kGiroGon / 2.0;
 constexpr double kTolleranzaSegnale = 0.0005;  // target heights that count as the same [m]
 constexpr double kLimiteSqm = 3.0;  // standard deviations from which a reading is suspect
 constexpr int kDecimaliGon = 5;
@@ -36,7 +36,7 @@ double Avvolgi(double gon) { return std::remainder(gon, kGiroGon); }
 bool Seconda(const std::string& stazione, const BattutaLibretto& b, Diagnostica& diario) {
   const bool dallaNota = b.Lato == Faccia::Seconda;
   if (!b.Zenit) return dallaNota;
-  const bool seconda = *b.Zenit > kMezzoGiro;
+  const bool seconda = *b.Zenit > kMezzoGiroGon;
   if (b.Lato != Faccia::Ignota && seconda != dallaNota) {
     diario.Avviso(b.Dove, {.Record = NomeOsservazione(stazione, b.Punto),
                            .Campo = "faccia",
@@ -49,7 +49,7 @@ bool Seconda(const std::string& stazione, const BattutaLibretto& b, Diagnostica&
 }
 
 void Gira(BattutaLibretto& b) {
-  if (b.Direzione) b.Direzione = NelGiro(*b.Direzione - kMezzoGiro);
+  if (b.Direzione) b.Direzione = NelGiro(*b.Direzione - kMezzoGiroGon);
   if (b.Zenit) b.Zenit = kGiroGon - *b.Zenit;
   b.Lato = Faccia::Prima;
 }
@@ -187,7 +187,7 @@ class Riduzione {
     coppia.Punto = a.Punto;
     coppia.Dove = a.Dove;
     if (a.Direzione && b.Direzione)
-      coppia.Collimazione = Avvolgi(*b.Direzione - kMezzoGiro - *a.Direzione) / 2.0;
+      coppia.Collimazione = Avvolgi(*b.Direzione - kMezzoGiroGon - *a.Direzione) / 2.0;
     if (a.Zenit && b.Zenit) coppia.Indice = (*a.Zenit + *b.Zenit - kGiroGon) / 2.0;
     Esito.Coppie.push_back(std::move(coppia));
     return true;
@@ -253,7 +253,7 @@ class Riduzione {
     const std::vector<double> distanze = Valori(battute, &BattutaLibretto::Distanza);
     if (distanze.size() < 2) return;
     const auto [minima, massima] = std::minmax_element(distanze.begin(), distanze.end());
-    const double sqm = Sqm.DistCostante + Sqm.DistProporzionale * *massima / kMetriPerChilometro;
+    const double sqm = Sqm.DistCostante + Sqm.DistProporzionale * *massima / kMetriPerKm;
     if (*massima - *minima <= kLimiteSqm * std::sqrt(2.0) * sqm) return;
     Diario.Avviso(battute.back()->Dove,
                   {.Record = NomeOsservazione(postazione.Punto, battute.front()->Punto),

@@ -9,14 +9,12 @@
 #include <string_view>
 
 #include "host/base/diagnostica.h"
+#include "host/base/unita.h"
 #include "kzt5cmrg/record.h"
 
 namespace compensa {
 
 using namespace kzt5cmrg;  // codes and limits of the records
-
-inline constexpr double kGiroGon = 400.0;
-inline constexpr double kOrizzonte = 100.0;  // zenith angle of a horizontal sight [gon]
 
 // What a network file may ask for, and what holds where it is silent.
 inline constexpr int kIterazioniMassime = 1000;
@@ -39,6 +37,7 @@ inline constexpr RegolaNumero kAltezza{"altezza", "m"};
 inline constexpr RegolaNumero kSegnale{"segnale", "m"};
 inline constexpr RegolaNumero kDirezione{"direzione", "gon", 0.0, kGiroGon};
 inline constexpr RegolaNumero kZenit{"zenit", "gon", 0.0, kGiroGon};
+inline constexpr double kOrizzonte = kRettoGon;  // zenith angle of a horizontal sight
 inline constexpr RegolaNumero kDistanza{"distanza", "m", 0.0, kNonDato, true};
 inline constexpr RegolaNumero kEccDistanza{"ecc_distanza", "m", 0.0};
 inline constexpr RegolaNumero kEccDirezione{"ecc_direzione", "gon", 0.0, kGiroGon};

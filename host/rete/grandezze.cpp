@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "host/rete/campi.h"
+#include "host/rete/geometria.h"
 #include "host/rete/statistica.h"
 
 namespace compensa {
@@ -47,9 +48,8 @@ double AffidabilitaEsterna(const Equazione& equazione) {
 }
 
 double CompensatoInGiro(const Equazione& equazione) {
-  if (equazione.Tipo != TipoEquazione::Angolo) return equazione.Compensato;
-  const double ridotto = std::fmod(equazione.Compensato, kGiroGon);
-  return ridotto < 0.0 ? ridotto + kGiroGon : ridotto;
+  const double valore = equazione.Compensato;
+  return equazione.Tipo == TipoEquazione::Angolo ? NelGiro(valore) : valore;
 }
 
 double Correzione(int ruolo, double compensata, double iniziale) {

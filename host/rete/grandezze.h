@@ -6,14 +6,10 @@
 #include <string>
 #include <string_view>
 
+#include "host/base/unita.h"
 #include "host/rete/risultati.h"
 
 namespace compensa {
-
-inline constexpr double kMmPerMetro = 1000.0;
-inline constexpr double kMgonPerGon = 1000.0;
-inline constexpr double kCcPerGon = 10000.0;
-inline constexpr double kGradiPerGon = 0.9;
 
 // From this |w| on an observation is worth a look, above the other it is suspect: two-sided risk of
 // 5 % and of 0.1 % of a standard normal variable (W. Baarda, A Testing Procedure for Use in Geodetic

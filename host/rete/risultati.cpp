@@ -6,13 +6,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
+
+#include "host/rete/geometria.h"
 
 namespace compensa {
 
 namespace {
-
-constexpr double kMezzoGiroGon = 200.0;
 
 RisultatoOsservazione Iniziale(const TOssCr& o) {
   RisultatoOsservazione risultato;
@@ -72,11 +71,8 @@ Risultati RisultatiIniziali(const Rete& rete) {
 Ellisse CalcolaEllisse(double varEst, double varNord, double covarianza) {
   const double media = (varEst + varNord) / 2.0;
   const double raggio = std::hypot((varEst - varNord) / 2.0, covarianza);
-  double azimut = std::atan2(2.0 * covarianza, varNord - varEst) / 2.0;
-  if (azimut < 0.0) azimut += std::numbers::pi;
-  azimut *= kMezzoGiroGon / std::numbers::pi;
-  if (azimut >= kMezzoGiroGon) azimut = 0.0;  // a hair below zero, rounded up
-  return {std::sqrt(media + raggio), std::sqrt(std::max(media - raggio, 0.0)), azimut};
+  const double azimut = std::atan2(2.0 * covarianza, varNord - varEst) / 2.0;
+  return {std::sqrt(media + raggio), std::sqrt(std::max(media - raggio, 0.0)), AzimutRetta(azimut)};
 }
 
 bool TutteRiuscite(const Risultati& risultati) {

@@ -8,18 +8,13 @@
 // Azimuths count from grid north clockwise. A residual is observed minus adjusted. A number that
 // does not exist is kAssente; an index that does not exist is kNessuno.
 
-#include <cmath>
-#include <limits>
 #include <string>
 #include <vector>
 
+#include "host/base/assente.h"
 #include "host/rete/modello.h"
 
 namespace compensa {
-
-inline constexpr double kAssente = std::numeric_limits<double>::quiet_NaN();
-inline constexpr int kNessuno = -1;
-inline bool Presente(double valore) { return !std::isnan(valore); }
 
 // How an adjustment ended.
 enum class Esito {

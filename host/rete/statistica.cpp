@@ -20,9 +20,9 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <numbers>
 
-#include "host/rete/risultati.h"
+#include "host/base/assente.h"
+#include "host/base/unita.h"
 
 namespace compensa {
 
@@ -83,10 +83,19 @@ double ProbabilitaStudent(double theta, int n) {
   double somma = n > 1 ? termine : 0.0;
   for (int k = dispari ? 3 : 2; k <= n - 2; k += 2)
     somma += termine *= coseno * coseno * (k - 1) / k;
-  return dispari ? 2.0 / std::numbers::pi * (theta + seno * somma) : seno * somma;
+  return dispari ? 2.0 / kPi * (theta + seno * somma) : seno * somma;
 }
 
 }  // namespace
+
+double Mediana(std::vector<double> valori) {
+  if (valori.empty()) return kAssente;
+  const std::size_t n = valori.size();
+  const auto meta = valori.begin() + static_cast<std::ptrdiff_t>(n / 2);
+  std::nth_element(valori.begin(), meta, valori.end());
+  if (n % 2 == 1) return *meta;
+  return (*meta + *std::max_element(valori.begin(), meta)) / 2.0;
+}
 
 double QuantileChiQuadro(double probabilita, double gradi) {
   if (!(probabilita > 0.0 && probabilita < 1.0 && gradi > 0.0)) return kAssente;
@@ -123,7 +132,7 @@ double FattoreEllisse(double probabilita, int ridondanza) {
 double QuantileStudent(double probabilita, int gradi) {
   if (!(probabilita > 0.5 && probabilita < 1.0) || gradi <= 0) return kAssente;
   constexpr int kBisezioni = 100;
-  double basso = 0.0, alto = std::numbers::pi / 2.0;
+  double basso = 0.0, alto = kPi / 2.0;
   for (int i = 0; i < kBisezioni; ++i) {
     const double theta = (basso + alto) / 2.0;
     (ProbabilitaStudent(theta, gradi) < 2.0 * probabilita - 1.0 ? basso : alto) = theta;

@@ -1,8 +1,13 @@
 #pragma once
 
-// Quantiles of the distributions that an adjustment is judged by.
+// Quantiles of the distributions that an adjustment is judged by, and of samples.
+
+#include <vector>
 
 namespace compensa {
+
+// Middle value; the mean of the two middle ones of an even number. Of no values kAssente.
+double Mediana(std::vector<double> valori);
 
 // The value that a chi-square variable with that many degrees of freedom (> 0) stays below with the
 // given probability (0 to 1, both excluded); kAssente outside of these limits. To 1e-10 of its value

@@ -14,7 +14,6 @@ namespace compensa {
 
 namespace {
 
-constexpr double kGiroRad = 2.0 * std::numbers::pi;
 constexpr double kScalaCentrale = 0.9996;
 constexpr double kFalsiEst[] = {1500000.0, 2520000.0, 500000.0};  // of the map zones [m]
 constexpr double kSemiampiezza = 500000.0;                        // of a zone around its own [m]
@@ -26,12 +25,13 @@ constexpr double kSenoMinimo = 1e-6;    // a sight along the vertical has no hor
 // On the horizontal of the instrument [m]; the constants of types 6 and 7, a few centimetres, are
 // left to the adjustment.
 double Orizzontale(const TOssCr& o) {
-  if (!Assegnato(o.Distanza)) return kSenzaValore;
+  if (!Assegnato(o.Distanza)) return kAssente;
   if (!Inclinata(o.TipoDist)) return o.Distanza;
-  if (!Assegnato(o.Zenit)) return kSenzaValore;
-  const double seno = std::abs(std::sin(o.Zenit * kRadDaGon));
-  if (seno < kSenoMinimo) return kSenzaValore;
-  const double braccio = o.TipoDist == kInclinata ? 0.0 : kSbraccio * std::cos(o.Zenit * kRadDaGon);
+  if (!Assegnato(o.Zenit)) return kAssente;
+  const double seno = std::abs(std::sin(o.Zenit * kRadPerGon));
+  if (seno < kSenoMinimo) return kAssente;
+  const double braccio =
+      o.TipoDist == kInclinata ? 0.0 : kSbraccio * std::cos(o.Zenit * kRadPerGon);
   return (o.Distanza + (o.TipoDist == kInclinataTipo6 ? braccio : 0.0)) * seno;
 }
 
@@ -39,7 +39,7 @@ double AlCentro(const TStaCr& s, const TOssCr& o, double distanza) {
   if (!FuoriCentro(o.TipoDist) || !(BraccioFuoriCentro(s) > 0.0) || !Assegnato(o.Direzione))
     return distanza;
   const double e = BraccioFuoriCentro(s);
-  const double angolo = (s.EccDirezione - o.Direzione) * kRadDaGon;
+  const double angolo = (s.EccDirezione - o.Direzione) * kRadPerGon;
   return std::sqrt(
       std::max(0.0, distanza * distanza + e * e - 2.0 * e * distanza * std::cos(angolo)));
 }
@@ -49,7 +49,7 @@ Visuale CreaVisuale(const TStaCr& s, const TOssCr& o) {
   v.Da = s.Punto;
   v.A = o.Punto;
   v.Piana = o.TipoDist == kPiana;
-  if (Assegnato(o.Direzione)) v.Direzione = o.Direzione * kRadDaGon;
+  if (Assegnato(o.Direzione)) v.Direzione = o.Direzione * kRadPerGon;
   v.Distanza = AlCentro(s, o, Orizzontale(o));
   if (v.ConDirezione() && v.ConDistanza())
     v.DirezioneCentro = RiduciAlCentro(s, v.Direzione, v.Distanza);
@@ -58,23 +58,9 @@ Visuale CreaVisuale(const TStaCr& s, const TOssCr& o) {
 
 }  // namespace
 
-double Lunghezza(Posto a) { return std::hypot(a.Est, a.Nord); }
-double Azimut(Posto a) { return std::atan2(a.Est, a.Nord); }
-Posto Versore(double azimut) { return {std::sin(azimut), std::cos(azimut)}; }
-double MezzoGiro(double angolo) { return std::remainder(angolo, kGiroRad); }
-
-double Mediana(std::vector<double> valori) {
-  if (valori.empty()) return kSenzaValore;
-  const std::size_t n = valori.size();
-  const auto meta = valori.begin() + static_cast<std::ptrdiff_t>(n / 2);
-  std::nth_element(valori.begin(), meta, valori.end());
-  if (n % 2 == 1) return *meta;
-  return (*meta + *std::max_element(valori.begin(), meta)) / 2.0;
-}
-
 double RiduciAlCentro(const TStaCr& stazione, double direzione, double distanza) {
   if (!(BraccioFuoriCentro(stazione) > 0.0) || !(distanza > 0.0)) return direzione;
-  const double x = direzione - stazione.EccDirezione * kRadDaGon;
+  const double x = direzione - stazione.EccDirezione * kRadPerGon;
   return direzione +
          std::asin(std::clamp(BraccioFuoriCentro(stazione) * std::sin(x) / distanza, -1.0, 1.0));
 }
@@ -85,10 +71,10 @@ double Dislivello(const Rete& rete, const Visuale& visuale) {
   const TOssCr& o = stazione.Osservazioni[static_cast<std::size_t>(visuale.Osservazione)];
   if (!Assegnato(stazione.AltStrum) || !Assegnato(o.Zenit) || !Assegnato(o.Distanza) ||
       !Assegnato(o.AltSegnale))
-    return kSenzaValore;
-  const double z = o.Zenit * kRadDaGon;
+    return kAssente;
+  const double z = o.Zenit * kRadPerGon;
   const bool inclinata = Inclinata(o.TipoDist);
-  if (!inclinata && std::abs(std::sin(z)) < kSenoMinimo) return kSenzaValore;
+  if (!inclinata && std::abs(std::sin(z)) < kSenoMinimo) return kAssente;
   const double orizzontale = inclinata ? o.Distanza * std::abs(std::sin(z)) : o.Distanza;
   double dislivello = inclinata ? o.Distanza * std::cos(z) : o.Distanza / std::tan(z);
   const CCalcDsOr& cr = rete.CurvaturaRifrazione;

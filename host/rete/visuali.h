@@ -4,48 +4,29 @@
 // horizontal and referred to the station centre. Shared by the approximate coordinates and by the
 // checks that look a network over.
 
-#include <limits>
 #include <vector>
 
+#include "host/base/assente.h"
 #include "host/base/unita.h"
+#include "host/rete/geometria.h"
 #include "host/rete/modello.h"
 
 namespace compensa {
 
 inline constexpr double kRaggioMedio = 6371000.0;  // of the earth [m]
-inline constexpr double kSenzaValore = std::numeric_limits<double>::quiet_NaN();
 
-// A position on the plane [m].
-struct Posto {
-  double Est = 0.0, Nord = 0.0;
-};
-
-inline Posto operator+(Posto a, Posto b) { return {a.Est + b.Est, a.Nord + b.Nord}; }
-inline Posto operator-(Posto a, Posto b) { return {a.Est - b.Est, a.Nord - b.Nord}; }
-inline Posto operator*(double k, Posto a) { return {k * a.Est, k * a.Nord}; }
-double Lunghezza(Posto a);
-// From North clockwise, -pi to pi [rad].
-double Azimut(Posto a);
-// The unit vector of an azimuth.
-Posto Versore(double azimut);
-// An angle brought between -pi and pi [rad].
-double MezzoGiro(double angolo);
-
-// Middle value; the mean of the two middle ones of an even number. Of no values kSenzaValore.
-double Mediana(std::vector<double> valori);
-
-// One sight; kSenzaValore for what was not read.
+// One sight; kAssente for what was not read.
 struct Visuale {
-  int Stazione = 0;                       // set-up
-  int Osservazione = 0;                   // of the set-up
-  int Da = 0, A = 0;                      // points
-  double Direzione = kSenzaValore;        // as read at the instrument [rad]
-  double Distanza = kSenzaValore;         // horizontal, from the station centre [m]
-  double DirezioneCentro = kSenzaValore;  // brought to the centre; needs the distance [rad]
-  bool Piana = false;                     // the distance is on the projection plane already
+  int Stazione = 0;                   // set-up
+  int Osservazione = 0;               // of the set-up
+  int Da = 0, A = 0;                  // points
+  double Direzione = kAssente;        // as read at the instrument [rad]
+  double Distanza = kAssente;         // horizontal, from the station centre [m]
+  double DirezioneCentro = kAssente;  // brought to the centre; needs the distance [rad]
+  bool Piana = false;                 // the distance is on the projection plane already
 
-  bool ConDirezione() const { return Direzione == Direzione; }
-  bool ConDistanza() const { return Distanza == Distanza; }
+  bool ConDirezione() const { return Presente(Direzione); }
+  bool ConDistanza() const { return Presente(Distanza); }
 };
 
 // Distance of the instrument from the station centre [m]; one that was not given is none.
@@ -57,7 +38,7 @@ inline double BraccioFuoriCentro(const TStaCr& stazione) {
 // [rad, m]: alpha + asin(e sin(alpha - phi) / D) (Bezoari, Monti, Selvini, Topografia generale).
 double RiduciAlCentro(const TStaCr& stazione, double direzione, double distanza);
 
-// Height of the target point above the station point from one sight [m], kSenzaValore if something
+// Height of the target point above the station point from one sight [m], kAssente if something
 // is missing: dh = D cot z + hi - hs, with the curvature and refraction that the network asks for.
 double Dislivello(const Rete& rete, const Visuale& visuale);
 

@@ -114,7 +114,7 @@ std::string Scrittore::Nome(int punto) const { return std::string(NomePunto(R, p
 
 std::string Scrittore::StdevAngolo(double sqm) const {
   const double dato = Presente(sqm) ? sqm : ValoreDato(R.Opzioni.SqmDir);
-  return NumeroCorto((dato > 0.0 ? dato : kSqmUnitario) / gkf::kGonPerCc, kDecimaliStdev);
+  return NumeroCorto((dato > 0.0 ? dato : kSqmUnitario) / kGonPerCc, kDecimaliStdev);
 }
 
 bool Scrittore::Fatta(TipoEquazione tipo) const {
@@ -220,7 +220,7 @@ void Scrittore::ScriviStazione(std::size_t stazione) {
     if (!Presente(e.Usato)) continue;  // the ends coincide
     Vuoto("distance", {{"to", Nome(o.Punto)},
                        {"val", NumeroFisso(e.Usato, kDecimaliMetri)},
-                       {"stdev", NumeroCorto(e.SqmPriori / gkf::kMetriPerMm, kDecimaliMetri)}});
+                       {"stdev", NumeroCorto(e.SqmPriori / kMetriPerMm, kDecimaliMetri)}});
   }
   Scrivi("</obs>\n");
 }
@@ -252,8 +252,7 @@ void Scrittore::ScriviLetture(const RisultatoStazione& s) {
       (R.Opzioni.SqmDir > 0.0 ? ValoreDato(R.Opzioni.SqmDir) : kSqmUnitario) / std::numbers::sqrt2);
   const auto distanza = [&](double metri) {
     const double mm =
-        (R.Opzioni.SqmDistCost + R.Opzioni.SqmDistProp * metri / kMetriPerChilometro) /
-        gkf::kMetriPerMm;
+        (R.Opzioni.SqmDistCost + R.Opzioni.SqmDistProp * metri / kMetriPerKm) / kMetriPerMm;
     return mm > 0.0 ? NumeroCorto(mm, kDecimaliMetri) : std::string();
   };
   Apri("obs", {{"from", Nome(s.Punto)}, {"from_dh", inQuota ? NumeroBreve(s.AltStrum) : ""}},
@@ -278,7 +277,7 @@ void Scrittore::ScriviLetture(const RisultatoStazione& s) {
             {{"to", a},
              {"val", NumeroBreve(o.TipoDist == kOrizzontale
                                      ? o.Distanza
-                                     : o.Distanza * std::abs(std::sin(o.Zenit * kRadDaGon)))},
+                                     : o.Distanza * std::abs(std::sin(o.Zenit * kRadPerGon)))},
              {"stdev", distanza(o.Distanza)}});
   }
   Scrivi("</obs>\n");

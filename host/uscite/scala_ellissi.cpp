@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <numbers>
 
 #include "host/base/numeri.h"
 #include "host/base/unita.h"
@@ -106,12 +105,12 @@ int VerticiEllisse(const Risultati& r) {
 std::vector<PuntoPiano> AnelloEllisse(const RisultatoPunto& p, double fattore, int vertici) {
   const double a = p.EllAsseMag * fattore;
   const double b = p.EllAsseMin * fattore;
-  const double seno = std::sin(p.EllAzimut * kRadDaGon);
-  const double coseno = std::cos(p.EllAzimut * kRadDaGon);
+  const double seno = std::sin(p.EllAzimut * kRadPerGon);
+  const double coseno = std::cos(p.EllAzimut * kRadPerGon);
   std::vector<PuntoPiano> anello;
   anello.reserve(static_cast<std::size_t>(vertici));
   for (int i = 0; i < vertici; ++i) {
-    const double u = 2.0 * std::numbers::pi * i / vertici;
+    const double u = 2.0 * kPi * i / vertici;
     const double lungo = a * std::cos(u);
     const double traverso = b * std::sin(u);
     anello.push_back(

@@ -132,8 +132,9 @@ void Esame::EsaminaLocali() {
     const TCoorCr& t = Punto(static_cast<std::size_t>(v.A));
     if (!ConPianta(p) || !ConPianta(t)) continue;
     const double angolo = v.ConDirezione() ? -riduzioni.CordaArco(Luogo(v.Da), Luogo(v.A)) : 0.0;
-    nota(v, angolo, SqmAngolo(R),
-         " la direzione cambierebbe di " + NumeroFisso(angolo / kRadDaGon, kDecimali + 1) + " gon");
+    nota(
+        v, angolo, SqmAngolo(R),
+        " la direzione cambierebbe di " + NumeroFisso(angolo / kRadPerGon, kDecimali + 1) + " gon");
     if (!v.ConDistanza()) continue;
     const double quota = Assegnato(p.Quota) ? p.Quota : t.Quota;
     const double cambio = v.Distanza * (riduzioni.Scala(v, (p.Est + t.Est) / 2.0, quota) - 1.0);

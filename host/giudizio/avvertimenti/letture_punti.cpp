@@ -151,7 +151,7 @@ Riga Esame::FaiRiga(Lettura l, int p, bool distanza) const {
     return {l, true, k * lato.Est, k * lato.Nord};
   }
   const double sqm = E.Opzioni.SqmDir > 0.0 ? E.Opzioni.SqmDir : kSqmDirezione;
-  const double k = segno / (D * D * sqm * kRadDaGon);
+  const double k = segno / (D * D * sqm * kRadPerGon);
   return {l, false, k * lato.Nord, -k * lato.Est};
 }
 

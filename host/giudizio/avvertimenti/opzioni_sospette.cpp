@@ -21,7 +21,6 @@ constexpr double kSqmPropMinimo = 0.00005, kSqmPropMassimo = 0.1;  // [m/km]
 constexpr double kRifrazioneMassima = 1.0;
 // Radii of curvature of the ellipsoid lie between 6335 and 6400 km.
 constexpr double kRaggioMinimo = 6.3e6, kRaggioMassimo = 6.45e6;  // [m]
-constexpr double kMille = 1000.0;
 
 // Without an exponent.
 std::string InDecimali(double valore) {
@@ -75,7 +74,7 @@ void Esame::EsaminaSqm() {
   if (distanze && O.SqmDistCost > kSqmDistMassimo)
     Aggiungi(D.SqmDistCostante, "opzioni", kSqmDistCostante, O.SqmDistCost,
              "più di " + NumeroBreve(kSqmDistMassimo),
-             "in millimetri? sarebbe " + NumeroBreve(O.SqmDistCost / kMille) + " m");
+             "in millimetri? sarebbe " + NumeroBreve(O.SqmDistCost / kMmPerMetro) + " m");
   if (distanze && O.SqmDistCost < kSqmDistMinimo && O.SqmDistProp < kSqmPropMinimo)
     Aggiungi(D.SqmDistCostante, "opzioni", kSqmDistCostante, O.SqmDistCost,
              "meno di " + InDecimali(kSqmDistMinimo),
@@ -83,7 +82,7 @@ void Esame::EsaminaSqm() {
   if (distanze && O.SqmDistProp > kSqmPropMassimo)
     Aggiungi(D.SqmDistProporzionale, "opzioni", kSqmDistProporzionale, O.SqmDistProp,
              "più di " + NumeroBreve(kSqmPropMassimo),
-             "in ppm, cioè mm/km? sarebbe " + NumeroBreve(O.SqmDistProp / kMille) + " m/km");
+             "in ppm, cioè mm/km? sarebbe " + NumeroBreve(O.SqmDistProp / kMmPerMetro) + " m/km");
 }
 
 void Esame::EsaminaCurvatura() {
@@ -94,7 +93,7 @@ void Esame::EsaminaCurvatura() {
     Aggiungi(D.Coefficiente, kRecord, kCoefficiente, c.CoeffRifr,
              FuoriDa(-kRifrazioneMassima, kRifrazioneMassima), "di solito è 0.13");
   if (c.RaggioTerra >= kRaggioMinimo && c.RaggioTerra <= kRaggioMassimo) return;
-  const double metri = c.RaggioTerra * kMille;
+  const double metri = c.RaggioTerra * kMetriPerKm;
   const bool chilometri = metri >= kRaggioMinimo && metri <= kRaggioMassimo;
   Aggiungi(
       D.Raggio, kRecord, kRaggio, c.RaggioTerra, FuoriDa(kRaggioMinimo, kRaggioMassimo),

@@ -107,7 +107,7 @@ bool Esame::ZenitSmentito(const RisultatoOsservazione& o, double usato, double s
   const Equazione& h = E.Equazioni[static_cast<std::size_t>(o.Dislivello)];
   if (h.W * h.W < E.Altimetria.Ridondanza() / 2.0) return false;
   const double parte = o.TipoDist == kOrizzontale ? 1.0 - seno : 1.0 / seno - 1.0;
-  const double daTipo = usato * std::abs(std::cos(o.Zenit * kRadDaGon)) / seno * parte;
+  const double daTipo = usato * std::abs(std::cos(o.Zenit * kRadPerGon)) / seno * parte;
   const double errore = std::abs(h.Residuo / h.Ridondanza);
   return std::abs(errore - daTipo) > errore / 2.0;
 }
@@ -120,7 +120,7 @@ void Esame::Raccogli() {
     const RisultatoOsservazione& o = E.Stazioni[static_cast<std::size_t>(e.Stazione)]
                                          .Osservazioni[static_cast<std::size_t>(e.Osservazione)];
     if (o.TipoDist != kOrizzontale && o.TipoDist != kInclinata) continue;
-    const double seno = std::abs(std::sin(o.Zenit * kRadDaGon));
+    const double seno = std::abs(std::sin(o.Zenit * kRadPerGon));
     if (!(seno > kSenoMinimo)) continue;
     const double d = e.Usato * (o.TipoDist == kOrizzontale ? 1.0 - seno : 1.0 - 1.0 / seno);
     if (std::abs(d) > kVolteSqm * e.SqmPriori && !ZenitSmentito(o, e.Usato, seno))

@@ -16,6 +16,7 @@
 #include "host/base/numeri.h"
 #include "host/giudizio/avvertimenti/prima.h"
 #include "host/rete/campi.h"
+#include "host/rete/statistica.h"
 #include "host/rete/visuali.h"
 
 namespace compensa {
@@ -26,11 +27,10 @@ namespace {
 // twenty thousand times; two wrong distances are in the same proportion far more often.
 constexpr std::size_t kAngoliMinimi = 2;
 constexpr std::size_t kDistanzeMinime = 3;
-constexpr double kSenoMinimo = 0.15;        // an angle near 0 or 200 gon is its own mirror image
-constexpr double kTorna = 1.0 * kRadDaGon;  // a hypothesis fits [rad]
-constexpr double kNonTorna = 3.0 * kRadDaGon;
-constexpr double kLatoMinimo = 1.0;  // coordinates of nearer points tell no direction [m]
-constexpr double kGiroGradi = 360.0;
+constexpr double kSenoMinimo = 0.15;         // an angle near 0 or 200 gon is its own mirror image
+constexpr double kTorna = 1.0 * kRadPerGon;  // a hypothesis fits [rad]
+constexpr double kNonTorna = 3.0 * kRadPerGon;
+constexpr double kLatoMinimo = 1.0;      // coordinates of nearer points tell no direction [m]
 constexpr double kScalaTorna = 0.01;     // scatter of the ratios of distances, relative
 constexpr double kScalaNonTorna = 0.05;  // their distance from 1
 
@@ -38,9 +38,9 @@ struct Unita {
   double Rapporto;  // of a value in it to the same in metres
   std::string_view Nome;
 };
-constexpr std::array<Unita, 5> kUnita{{{0.001, "in chilometri"},
-                                       {100.0, "in centimetri"},
-                                       {1000.0, "in millimetri"},
+constexpr std::array<Unita, 5> kUnita{{{1.0 / kMetriPerKm, "in chilometri"},
+                                       {kCmPerMetro, "in centimetri"},
+                                       {kMmPerMetro, "in millimetri"},
                                        {3.280839895, "in piedi"},
                                        {10.0, "con la virgola spostata"}}};
 
@@ -80,7 +80,7 @@ bool Esame::Misurabile(const Visuale& v, Posto& lato) const {
 
 void Esame::Raccogli() {
   for (std::size_t s = 0; s < R.Stazioni.size(); ++s) {
-    double primaLetta = kSenzaValore;
+    double primaLetta = kAssente;
     double primoAzimut = 0.0;
     for (int i = V.Inizio[s]; i < V.Inizio[s + 1]; ++i) {
       const Visuale& v = V.Tutte[static_cast<std::size_t>(i)];
@@ -92,7 +92,7 @@ void Esame::Raccogli() {
       const double azimut = Azimut(lato);
       const double da = azimut - std::exchange(primoAzimut, azimut);
       const double dr = letta - std::exchange(primaLetta, letta);
-      if (dr != dr || std::abs(std::sin(da)) < kSenoMinimo) continue;
+      if (!Presente(dr) || std::abs(std::sin(da)) < kSenoMinimo) continue;
       Dritti.push_back(std::abs(MezzoGiro(da - dr)));
       Speculari.push_back(std::abs(MezzoGiro(da + dr)));
       InGradi.push_back(std::abs(MezzoGiro(da - dr * kGiroGon / kGiroGradi)));
@@ -106,15 +106,15 @@ void Esame::EsaminaAngoli() {
   const double dritti = Mediana(std::move(Dritti));
   if (dritti < kNonTorna) return;
   const std::string scostano = quanti + " angoli si scostano in mediana di " +
-                               NumeroFisso(dritti / kRadDaGon, 2) +
+                               NumeroFisso(dritti / kRadPerGon, 2) +
                                " gon da quelli delle coordinate, ma solo di ";
   const double speculari = Mediana(std::move(Speculari));
   const double inGradi = Mediana(std::move(InGradi));
   if (speculari < kTorna)
-    Aggiungi(scostano + NumeroFisso(speculari / kRadDaGon, 2) + " gon se si cambia verso",
+    Aggiungi(scostano + NumeroFisso(speculari / kRadPerGon, 2) + " gon se si cambia verso",
              "Est e Nord scambiati in tutti i punti, o direzioni antiorarie?");
   else if (inGradi < kTorna)
-    Aggiungi(scostano + NumeroFisso(inGradi / kRadDaGon, 2) + " gon se le direzioni sono in gradi",
+    Aggiungi(scostano + NumeroFisso(inGradi / kRadPerGon, 2) + " gon se le direzioni sono in gradi",
              "gradi sessagesimali invece di gon? si moltiplicano per 10/9");
 }
 

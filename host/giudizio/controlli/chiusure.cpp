@@ -18,6 +18,7 @@
 #include "host/giudizio/controlli/rilievi.h"
 #include "host/giudizio/controlli/spiegazioni.h"
 #include "host/giudizio/controlli/tolleranze.h"
+#include "host/rete/statistica.h"
 #include "host/rete/visuali.h"
 
 namespace compensa {
@@ -27,8 +28,7 @@ namespace {
 constexpr double kSqmAltezze = 0.005;           // instrument and target heights together [m]
 constexpr double kIncertezzaRifrazione = 0.15;  // of the refraction coefficient, each way
 constexpr double kScalaIncerta = 4e-6;          // of distances reduced in different ways
-constexpr double kRadiceTre = 1.7320508075688772;
-constexpr int kVisteMassime = 60;  // of a set-up that are looked through for triangles
+constexpr int kVisteMassime = 60;               // of a set-up that are looked through for triangles
 constexpr std::size_t kTriangoliMostrati = 30;
 constexpr std::size_t kTriangoliSignificativi = 20;  // from here on they tell their own precision
 constexpr double kSigmaDaMediana = 1.4826;           // of absolute values of a normal distribution
@@ -123,7 +123,7 @@ void Esame::EsaminaCoppia(const Coppia* primo, const Coppia* ultimo) {
     if (distanze[verso] == nullptr && v.ConDistanza()) distanze[verso] = &v;
     const TStaCr& stazione = R.Stazioni[static_cast<std::size_t>(v.Stazione)];
     const double dh = Dislivello(R, v);
-    if (dislivelli[verso] == nullptr && dh == dh && stazione.AltStrumNota == kAltezzaNota)
+    if (dislivelli[verso] == nullptr && Presente(dh) && stazione.AltStrumNota == kAltezzaNota)
       dislivelli[verso] = &v;
   }
   if (distanze[0] != nullptr && distanze[1] != nullptr)
@@ -139,9 +139,9 @@ void Esame::ConfrontaDistanze(const Visuale& andata, const Visuale& ritorno) {
   const double b = SuiPiani(ritorno);
   const TOssCr& o = R.Stazioni[static_cast<std::size_t>(ritorno.Stazione)]
                         .Osservazioni[static_cast<std::size_t>(ritorno.Osservazione)];
-  const double dh = Assegnato(o.Zenit) ? std::abs(b / std::tan(o.Zenit * kRadDaGon)) : 0.0;
+  const double dh = Assegnato(o.Zenit) ? std::abs(b / std::tan(o.Zenit * kRadPerGon)) : 0.0;
   const double limite =
-      Sigma * kRadiceDue * SqmDistanza(R, a) + kScalaIncerta * a + dh * a / kRaggioMedio;
+      Sigma * std::numbers::sqrt2 * SqmDistanza(R, a) + kScalaIncerta * a + dh * a / kRaggioMedio;
   if (!(std::abs(a - b) > limite)) return;
   std::string forse = SpiegaDistanza(b, a, limite);
   Trovati.push_back(
@@ -164,7 +164,7 @@ void Esame::ConfrontaDislivelli(const Visuale& andata, const Visuale& ritorno) {
   const bool corretta = R.CurvaturaRifrazione.CorrCurvRifr != 0;
   const double sfera = 2.0 * D * D / (2.0 * kRaggioMedio);
   const double limite =
-      Sigma * kRadiceDue * (D * SqmZenit(R) + kSqmAltezze + pendenza * SqmDistanza(R, D)) +
+      Sigma * std::numbers::sqrt2 * (D * SqmZenit(R) + kSqmAltezze + pendenza * SqmDistanza(R, D)) +
       (corretta ? kIncertezzaRifrazione : 1.0) * sfera +
       pendenza * (Eccentricita(andata) + Eccentricita(ritorno));
   if (!(std::abs(a - b) > limite)) return;
@@ -195,33 +195,33 @@ double Esame::Direzione(int s, int punto) const {
       [](const auto& a, const auto& b) { return std::pair(std::get<0>(a), std::get<1>(a)) < b; });
   const bool trovata =
       voce != Direzioni.end() && std::get<0>(*voce) == s && std::get<1>(*voce) == punto;
-  return trovata ? std::get<2>(*voce) : kSenzaValore;
+  return trovata ? std::get<2>(*voce) : kAssente;
 }
 
 // At a vertex, clockwise from one point to the other, in the first set-up that sees both.
 double Esame::Angolo(int vertice, int da, int a) const {
   for (const int s : V.Postazioni[static_cast<std::size_t>(vertice)]) {
     const double angolo = Direzione(s, a) - Direzione(s, da);
-    if (angolo == angolo) return MezzoGiro(angolo);
+    if (Presente(angolo)) return MezzoGiro(angolo);
   }
-  return kSenzaValore;
+  return kAssente;
 }
 
 void Esame::EsaminaTriangolo(const Visuale& v, int a, int b, int c) {
   const double somma = Angolo(a, b, c) + Angolo(b, c, a) + Angolo(c, a, b);
-  if (somma != somma) return;
+  if (!Presente(somma)) return;
   Fatti.emplace(a, std::min(b, c), std::max(b, c));
   const double lato = v.ConDistanza() ? v.Distanza : 0.0;
-  Chiusi.push_back({&v, a, b, c, std::abs(somma) - std::numbers::pi,
-                    lato * lato / (kRaggioMedio * kRaggioMedio)});
+  Chiusi.push_back(
+      {&v, a, b, c, std::abs(somma) - kPi, lato * lato / (kRaggioMedio * kRaggioMedio)});
 }
 
 void Esame::RiferisciTriangolo(const Triangolo& t, double limite) {
   Trovati.push_back(
       {Dove(*t.Dove),
        {.Record = "triangolo " + Cita(Nome(t.A)) + ", " + Cita(Nome(t.B)) + ", " + Cita(Nome(t.C)),
-        .Problema = "errore di chiusura angolare " + NumeroFisso(t.Chiusura / kRadDaGon, 4) +
-                    " gon, limite " + NumeroFisso(limite / kRadDaGon, 4) + " gon"}});
+        .Problema = "errore di chiusura angolare " + NumeroFisso(t.Chiusura / kRadPerGon, 4) +
+                    " gon, limite " + NumeroFisso(limite / kRadPerGon, 4) + " gon"}});
 }
 
 void Esame::Triangoli() {
@@ -253,12 +253,12 @@ void Esame::Triangoli() {
     quadrati += t.Chiusura * t.Chiusura;
   }
   if (Chiusi.empty()) return;
-  N.Ferrero = std::sqrt(quadrati / (3.0 * static_cast<double>(Chiusi.size()))) / kRadDaGon;
+  N.Ferrero = std::sqrt(quadrati / (3.0 * static_cast<double>(Chiusi.size()))) / kRadPerGon;
   // Many triangles that all close worse than the options promise are no slips.
   double sqm = SqmAngolo(R);
   if (Chiusi.size() >= kTriangoliSignificativi)
-    sqm = std::max(sqm, kSigmaDaMediana * Mediana(std::move(chiusure)) / kRadiceTre);
-  const double limite = Tolleranza.Margine * VolteSigma(Chiusi.size()) * kRadiceTre * sqm;
+    sqm = std::max(sqm, kSigmaDaMediana * Mediana(std::move(chiusure)) / std::numbers::sqrt3);
+  const double limite = Tolleranza.Margine * VolteSigma(Chiusi.size()) * std::numbers::sqrt3 * sqm;
   std::size_t aperti = 0;
   for (const Triangolo& t : Chiusi)
     if (std::abs(t.Chiusura) > limite + t.Eccesso && ++aperti <= kTriangoliMostrati)

@@ -13,9 +13,7 @@ namespace compensa {
 
 namespace {
 
-constexpr double kZenitMassimo = 200.0;   // of the first face [gon]
 constexpr double kQuasiOrizzonte = 50.0;  // a vertical angle is nearer to 0 than this [gon]
-constexpr double kQuartoGiro = 100.0;     // [gon]
 // Parts of the distance: by more a reading contradicts the coordinates, by less it fits them.
 constexpr double kSmentita = 0.2;
 constexpr double kConforme = 0.05;
@@ -27,8 +25,7 @@ constexpr double kCentimetri = 50.0;  // from here on a height looks like centim
 std::string Metri(double valore) { return NumeroFisso(valore, 3) + " m"; }
 
 std::string ForseCentimetri(double valore) {
-  constexpr double kCentimetriPerMetro = 100.0;
-  return valore >= kCentimetri ? "in centimetri? sarebbe " + Metri(valore / kCentimetriPerMetro)
+  return valore >= kCentimetri ? "in centimetri? sarebbe " + Metri(valore / kCmPerMetro)
                                : std::string();
 }
 
@@ -99,7 +96,7 @@ void Esame::RiferisciVerticali(std::size_t s, const Zenit& zenit, const std::str
 std::string Esame::Smentisce(int da, const TOssCr& o, double giusto) const {
   const TCoorCr& p = R.Punti[static_cast<std::size_t>(da)];
   const TCoorCr& t = R.Punti[static_cast<std::size_t>(o.Punto)];
-  const double letto = o.Zenit * kRadDaGon, vero = giusto * kRadDaGon;
+  const double letto = o.Zenit * kRadPerGon, vero = giusto * kRadPerGon;
   const bool inclinata = Inclinata(o.TipoDist);
   const double D = o.Distanza;
   const double data = inclinata ? D * std::abs(std::sin(letto)) : D;
@@ -125,7 +122,7 @@ void Esame::EsaminaVerticale(std::size_t s, std::size_t i) {
   if (!Assegnato(o.Zenit) || !Assegnato(o.Distanza)) return;
   const double verticale = std::remainder(o.Zenit, kGiroGon);
   if (verticale == 0.0 || !(std::abs(verticale) < kQuasiOrizzonte)) return;
-  const double giusto = kQuartoGiro - verticale;
+  const double giusto = kOrizzonte - verticale;
   const std::string come = Smentisce(R.Stazioni[s].Punto, o, giusto);
   if (come.empty()) return;
   Aggiungi(R.PosizioniOsservazioni[s][i], Record(s, o),
@@ -210,7 +207,7 @@ void Esame::EsaminaVisualiVerticali(std::size_t s) {
   const TStaCr& stazione = R.Stazioni[s];
   for (std::size_t i = 0; i < stazione.Osservazioni.size(); ++i) {
     const TOssCr& o = stazione.Osservazioni[i];
-    if (!Assegnato(o.Zenit) || std::remainder(o.Zenit, kZenitMassimo) != 0.0) continue;
+    if (!Assegnato(o.Zenit) || std::remainder(o.Zenit, kMezzoGiroGon) != 0.0) continue;
     Aggiungi(R.PosizioniOsservazioni[s][i], Record(s, o),
              "zenit " + NumeroFisso(o.Zenit, 4) + ", una visuale verticale",
              o.Zenit == 0.0 ? "uno zero al posto di «non letto»? va tolto" : "");
@@ -222,7 +219,7 @@ void Esame::EsaminaSecondaFaccia(std::size_t s) {
   if (ContaZenit(s).Verticali()) return;
   for (std::size_t i = 0; i < stazione.Osservazioni.size(); ++i) {
     const TOssCr& o = stazione.Osservazioni[i];
-    if (!Assegnato(o.Zenit) || o.Zenit <= kZenitMassimo || o.Zenit == kGiroGon) continue;
+    if (!Assegnato(o.Zenit) || o.Zenit <= kMezzoGiroGon || o.Zenit == kGiroGon) continue;
     Aggiungi(
         R.PosizioniOsservazioni[s][i], Record(s, o),
         "zenit " + NumeroFisso(o.Zenit, 4) + ", oltre 200 gon",

@@ -16,7 +16,6 @@ namespace compensa {
 namespace {
 
 constexpr double kVicini = 0.05;      // points nearer than this are in the same place [m]
-constexpr double kConiugate = 200.0;  // difference of the readings on the two faces [gon]
 constexpr double kScartoFacce = 0.5;  // [gon]
 
 std::string Aggiunta(const std::string& testo, const std::string& altro) {
@@ -27,15 +26,15 @@ std::string Aggiunta(const std::string& testo, const std::string& altro) {
 std::string Differenze(const Rete& rete, const TOssCr& a, const TOssCr& b) {
   std::string testo;
   const double volte = VolteSigma(rete.Stazioni.size());
-  const double limite = volte * kRadiceDue;
+  const double limite = volte * std::numbers::sqrt2;
   if (Assegnato(a.Direzione) && Assegnato(b.Direzione)) {
     const double d = std::abs(std::remainder(a.Direzione - b.Direzione, kGiroGon));
-    if (d > volte * SqmAngolo(rete) / kRadDaGon)
+    if (d > volte * SqmAngolo(rete) / kRadPerGon)
       testo = "le direzioni differiscono di " + NumeroFisso(d, 4) + " gon";
   }
   if (Assegnato(a.Zenit) && Assegnato(b.Zenit) && a.AltSegnale == b.AltSegnale) {
     const double d = std::abs(a.Zenit - b.Zenit);
-    if (d > limite * SqmZenit(rete) / kRadDaGon)
+    if (d > limite * SqmZenit(rete) / kRadPerGon)
       testo = Aggiunta(testo, "gli zenit di " + NumeroFisso(d, 4) + " gon");
   }
   if (Assegnato(a.Distanza) && Assegnato(b.Distanza) && a.TipoDist == b.TipoDist &&
@@ -61,7 +60,7 @@ void VisualiRipetute(const Rete& rete, std::size_t s, Rilievi& trovati) {
     if (differenze.empty()) continue;
     const double d = std::remainder(a.Direzione - b.Direzione, kGiroGon);
     const bool coniugate = Assegnato(a.Direzione) && Assegnato(b.Direzione) &&
-                           std::abs(std::abs(d) - kConiugate) < kScartoFacce;
+                           std::abs(std::abs(d) - kMezzoGiroGon) < kScartoFacce;
     const int riga = rete.PosizioniOsservazioni[s][ordine[k - 1]].Riga;
     trovati.push_back(
         {rete.PosizioniOsservazioni[s][ordine[k]],

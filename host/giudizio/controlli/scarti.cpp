@@ -15,6 +15,7 @@
 #include "host/giudizio/controlli/spiegazioni.h"
 #include "host/giudizio/controlli/tolleranze.h"
 #include "host/rete/campi.h"
+#include "host/rete/statistica.h"
 
 namespace compensa {
 
@@ -42,9 +43,9 @@ constexpr int kSpiegateMassime = 50;  // sights compared with every other point
 constexpr double kVicini = 0.05;      // [m]
 
 struct Scarto {
-  double Trasversale = kSenzaValore, Longitudinale = kSenzaValore;  // signed [m]
-  double Angolo = kSenzaValore;                                     // computed less read [rad]
-  double Lato = 0.0;                                                // computed [m]
+  double Trasversale = kAssente, Longitudinale = kAssente;  // signed [m]
+  double Angolo = kAssente;                                 // computed less read [rad]
+  double Lato = 0.0;                                        // computed [m]
 };
 
 class Esame {
@@ -133,7 +134,7 @@ void Esame::CalcolaStazione(std::size_t s) {
     tutti.push_back(Scarti[j].Angolo);
     if (Fisso(V.Tutte[j].Da) && Fisso(V.Tutte[j].A)) fissi.push_back(Scarti[j].Angolo);
   }
-  Zeri[s] = kSenzaValore;
+  Zeri[s] = kAssente;
   if (tutti.empty()) return;
   constexpr std::size_t kFissiBastanti = 3;
   Zeri[s] =
@@ -150,7 +151,7 @@ void Esame::CalcolaScarti() {
   SoliFissi.assign(R.Stazioni.size(), 1);
   for (const Visuale& v : V.Tutte)
     if (!Fisso(v.Da) || !Fisso(v.A)) SoliFissi[static_cast<std::size_t>(v.Stazione)] = 0;
-  Zeri.assign(R.Stazioni.size(), kSenzaValore);
+  Zeri.assign(R.Stazioni.size(), kAssente);
   for (std::size_t s = 0; s < R.Stazioni.size(); ++s) CalcolaStazione(s);
 }
 
@@ -159,7 +160,7 @@ void Esame::TaraLimiti() {
   for (std::size_t i = 0; i < Scarti.size(); ++i) {
     if (Fisso(V.Tutte[i].Da) && Fisso(V.Tutte[i].A)) continue;
     for (const double x : {Scarti[i].Trasversale, Scarti[i].Longitudinale})
-      if (x == x) lunghezze.push_back(std::abs(x));
+      if (Presente(x)) lunghezze.push_back(std::abs(x));
   }
   double coda = 0.0;
   if (lunghezze.size() >= kVisualiMolte) {
@@ -183,8 +184,8 @@ void Esame::TaraVicinati() {
   for (std::size_t i = 0; i < Scarti.size(); ++i)
     for (const double x : {Scarti[i].Trasversale, Scarti[i].Longitudinale})
       for (const int p : {V.Tutte[i].Da, V.Tutte[i].A})
-        if (x == x) scarti[static_cast<std::size_t>(p)].push_back(std::abs(x));
-  std::vector<double> mediane(R.Punti.size(), kSenzaValore);
+        if (Presente(x)) scarti[static_cast<std::size_t>(p)].push_back(std::abs(x));
+  std::vector<double> mediane(R.Punti.size(), kAssente);
   std::vector<std::vector<double>> vicini(R.Punti.size());
   for (std::size_t p = 0; p < scarti.size(); ++p) {
     if (scarti[p].empty()) continue;
@@ -193,7 +194,7 @@ void Esame::TaraVicinati() {
   }
   for (const Visuale& v : V.Tutte)
     for (const auto& [p, altro] : {std::pair(v.Da, v.A), std::pair(v.A, v.Da)})
-      if (const double m = mediane[static_cast<std::size_t>(altro)]; m == m)
+      if (const double m = mediane[static_cast<std::size_t>(altro)]; Presente(m))
         vicini[static_cast<std::size_t>(p)].push_back(m);
   for (std::size_t p = 0; p < vicini.size(); ++p)
     if (R.PiantaCalcolata[p] != 0 && !vicini[p].empty())
@@ -244,13 +245,13 @@ double Esame::LimiteAngolo(std::size_t i) const {
   const double stretto = Sigma * SqmAngolo(R);
   if (SoliFissi[static_cast<std::size_t>(v.Stazione)] != 0) return stretto;
   return std::max(
-      {stretto, kAngoloMinimo * kRadDaGon, Generale(v) / std::max(Scarti[i].Lato, kVicini)});
+      {stretto, kAngoloMinimo * kRadPerGon, Generale(v) / std::max(Scarti[i].Lato, kVicini)});
 }
 
 double Esame::LimiteDistanza(std::size_t i) const {
   const Visuale& v = V.Tutte[i];
   const double stretto =
-      Sigma * kRadiceDue * SqmDistanza(R, Scarti[i].Lato) + kScalaIncerta * Scarti[i].Lato;
+      Sigma * std::numbers::sqrt2 * SqmDistanza(R, Scarti[i].Lato) + kScalaIncerta * Scarti[i].Lato;
   return Fisso(v.Da) && Fisso(v.A) ? stretto : std::max(stretto, Generale(v));
 }
 
@@ -332,7 +333,7 @@ void Esame::CercaSpostati() {
 std::string Esame::AltroPunto(std::size_t i) const {
   const Visuale& v = V.Tutte[i];
   const double zero = Zeri[static_cast<std::size_t>(v.Stazione)];
-  if (!v.ConDistanza() || !v.ConDirezione() || zero != zero) return {};
+  if (!v.ConDistanza() || !v.ConDirezione() || !Presente(zero)) return {};
   int trovato = -1;
   for (std::size_t p = 0; p < R.Punti.size(); ++p) {
     const int punto = static_cast<int>(p);
@@ -359,13 +360,13 @@ void Esame::Riferisci(std::size_t i) {
   std::string problema;
   std::string forse = ++Spiegate <= kSpiegateMassime ? AltroPunto(i) : std::string();
   if (direzione) {
-    const double limite = LimiteAngolo(i) / kRadDaGon;
+    const double limite = LimiteAngolo(i) / kRadPerGon;
     problema = "direzione " + NumeroFisso(o.Direzione, 4) + " gon, si scosta di " +
-               NumeroFisso(std::abs(s.Angolo) / kRadDaGon, 4) +
+               NumeroFisso(std::abs(s.Angolo) / kRadPerGon, 4) +
                " gon da quanto danno le coordinate e le altre letture della stazione, limite " +
                NumeroFisso(limite, 4) + " gon";
     if (forse.empty())
-      forse = SpiegaDirezione(o.Direzione, o.Direzione + s.Angolo / kRadDaGon, limite);
+      forse = SpiegaDirezione(o.Direzione, o.Direzione + s.Angolo / kRadPerGon, limite);
   }
   if (distanza) {
     problema += problema.empty() ? "" : "; ";

@@ -14,7 +14,6 @@ namespace compensa {
 namespace {
 
 constexpr int kDecimali = 4;
-constexpr double kMezzoGiroGon = 200.0;
 constexpr double kVolteTolleranza = 3.0;  // a smaller slip would be explained by chance
 
 // The value with two neighbouring digits exchanged that fits; empty if there is none.

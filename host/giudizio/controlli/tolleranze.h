@@ -20,7 +20,6 @@ inline double VolteSigma(std::size_t prove) {
   return std::max(kMinime, std::sqrt(2.0 * std::log(n)));
 }
 
-inline constexpr double kRadiceDue = 1.4142135623730951;
 inline constexpr double kSqmAngoloMinimo = 0.0001;  // [gon]
 inline constexpr double kSqmZenitMinimo = 0.001;    // of a zenith angle, refraction apart [gon]
 inline constexpr double kSqmDistMinimo = 0.001;     // where the options give none [m]
@@ -28,15 +27,15 @@ inline constexpr double kSqmDistMinimo = 0.001;     // where the options give no
 // Standard deviation of a distance by the options [m].
 inline double SqmDistanza(const Rete& rete, double distanza) {
   const TOpzCr& o = rete.Opzioni;
-  return std::max(kSqmDistMinimo, o.SqmDistCost + o.SqmDistProp * distanza / kMetriPerChilometro);
+  return std::max(kSqmDistMinimo, o.SqmDistCost + o.SqmDistProp * distanza / kMetriPerKm);
 }
 
 // Standard deviations of an angle, the difference of two directions, and of a zenith angle [rad].
 inline double SqmAngolo(const Rete& rete) {
-  return std::max(rete.Opzioni.SqmDir, kSqmAngoloMinimo) * kRadDaGon;
+  return std::max(rete.Opzioni.SqmDir, kSqmAngoloMinimo) * kRadPerGon;
 }
 inline double SqmZenit(const Rete& rete) {
-  return std::max(rete.Opzioni.SqmDir, kSqmZenitMinimo) * kRadDaGon;
+  return std::max(rete.Opzioni.SqmDir, kSqmZenitMinimo) * kRadPerGon;
 }
 
 }  // namespace compensa

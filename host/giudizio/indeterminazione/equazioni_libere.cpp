@@ -9,6 +9,8 @@
 
 #include <cmath>
 
+#include "host/base/unita.h"
+
 namespace compensa {
 
 namespace {
@@ -16,7 +18,6 @@ namespace {
 // Where a network gives none [m, gon]: only the proportion of the rows depends on them.
 constexpr double kSqmDistanza = 0.01;
 constexpr double kSqmDirezione = 0.001;
-constexpr double kMetriPerKm = 1000.0;
 
 double OAltrimenti(double valore, double altrimenti) {
   return valore > 0.0 && std::isfinite(valore) ? valore : altrimenti;
@@ -97,7 +98,7 @@ void Costruttore::Azimut(RigaLibera& riga, int da, int a, double fattore) const 
 
 void Costruttore::AggiungiAngoli(int stazione) {
   const RisultatoStazione& s = R.Stazioni[static_cast<std::size_t>(stazione)];
-  const double fattore = 1.0 / (OAltrimenti(R.Opzioni.SqmDir, kSqmDirezione) * kRadDaGon);
+  const double fattore = 1.0 / (OAltrimenti(R.Opzioni.SqmDir, kSqmDirezione) * kRadPerGon);
   int riferimento = kNessuno;
   for (std::size_t k = 0; k < s.Osservazioni.size(); ++k) {
     const RisultatoOsservazione& o = s.Osservazioni[k];
@@ -159,7 +160,7 @@ SistemaLibero Costruttore::Planimetria() {
 // The error of a height difference grows with the length of its sight.
 void Costruttore::AggiungiDislivelli(int stazione, int nodoStrumento) {
   const RisultatoStazione& s = R.Stazioni[static_cast<std::size_t>(stazione)];
-  const double zenit = OAltrimenti(R.Opzioni.SqmDir, kSqmDirezione) * kRadDaGon;
+  const double zenit = OAltrimenti(R.Opzioni.SqmDir, kSqmDirezione) * kRadPerGon;
   for (std::size_t k = 0; k < s.Osservazioni.size(); ++k) {
     const RisultatoOsservazione& o = s.Osservazioni[k];
     if (!InQuota(o.Punto) || !Presente(o.Distanza) || !Presente(o.Zenit) || !Presente(o.AltSegnale))

@@ -14,6 +14,7 @@
 
 #include "host/base/diagnostica.h"
 #include "host/base/numeri.h"
+#include "host/base/unita.h"
 #include "host/giudizio/indeterminazione/correzioni.h"
 #include "host/giudizio/indeterminazione/parole.h"
 
@@ -28,7 +29,6 @@ constexpr double kSqmDebole = 1.0;  // from here on a motion is hardly controlle
 // that is only rounding, where the coefficients are large; what comes out is no result.
 constexpr double kRadiceCofattorePla = 1e3;
 constexpr double kRadiceCofattoreAlt = 1e4;
-constexpr double kMetriPerKm = 1000.0;
 
 bool Sospetta(const Risultati& r, const RisultatoCompensazione& c) {
   if (c.Fine == Esito::NonConvergente || !(c.SigmaZero > 0.0)) return true;

@@ -27,17 +27,9 @@ constexpr std::size_t U(int i) { return static_cast<std::size_t>(i); }
 constexpr std::size_t kNominati = 5;
 constexpr double kNulla = 1e-4;        // part of a motion that is none, for a body of radius 1
 constexpr double kNullaDebole = 0.05;  // likewise of a motion that is not quite free
-constexpr double kMezzoGiro = 200.0;   // [gon]
 constexpr double kSqmIntera = 10.0;    // larger ones are written without decimals [m]
 
 std::string Nome(const Risultati& r, int punto) { return Cita(r.Punti[U(punto)].Nome); }
-
-// Azimuth of a line, 0 to 200 gon.
-double AzimutRetta(double est, double nord) {
-  const double azimut = std::atan2(est, nord) / kRadDaGon;
-  const double retta = azimut < 0.0 ? azimut + kMezzoGiro : azimut;
-  return retta >= kMezzoGiro ? retta - kMezzoGiro : retta;
-}
 
 std::string Gon(double azimut) {
   const std::string testo = NumeroFisso(azimut, 1);
@@ -285,7 +277,7 @@ std::string Frase::Direzioni() const {
   std::string testo;
   for (std::size_t k = 0; k < std::min(I.Nodi.size(), kNominati); ++k)
     testo += (k == 0 ? "" : ", ") + Nome(R, Moto.Punti[k]) + " lungo " +
-             Gon(AzimutRetta(I.Moto[2 * k], I.Moto[2 * k + 1]));
+             Gon(AzimutRetta(Azimut({I.Moto[2 * k], I.Moto[2 * k + 1]})));
   return testo + (I.Nodi.size() > kNominati ? "…" : "");
 }
 
@@ -300,7 +292,7 @@ MotoLibero Frase::Componi() {
   C = Analizza(I, Raggio, Debole() ? kNullaDebole : kNulla);
   Moto.Gradi = static_cast<int>(I.Similitudini.size());
   if (C.Traslazioni == 1)
-    Moto.Azimut = AzimutRetta(C.Traslazione.TraslEst, C.Traslazione.TraslNord);
+    Moto.Azimut = AzimutRetta(Azimut({C.Traslazione.TraslEst, C.Traslazione.TraslNord}));
   if (C.Traslazioni == 0) NominaCentri();
   Moto.Tipo = C.Traslazioni > 0
                   ? (C.Ruota || C.Dilata ? TipoMoto::Rototraslazione : TipoMoto::Traslazione)
@@ -334,7 +326,7 @@ MotoLibero MotoDiPunto(const Risultati& r, const SistemaLibero& s, const NodoLib
   moto.Punti = {s.Punti[U(libero.Nodo)]};
   const std::string nome = Nome(r, moto.Punti.front());
   if (libero.Gradi == 1) {
-    moto.Azimut = AzimutRetta(libero.Est, libero.Nord);
+    moto.Azimut = AzimutRetta(Azimut({libero.Est, libero.Nord}));
     moto.Parole =
         nome + " libero lungo " + Gon(moto.Azimut) + ": " + PercheLungoRetta(r, s, libero.Nodo);
   } else {

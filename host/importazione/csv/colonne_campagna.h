@@ -83,9 +83,6 @@ inline constexpr std::array<ParolaNota, 5> kParoleTipoBrevi{{
 }};
 // clang-format on
 
-inline constexpr double kGonPerMgon = 1.0e-3;
-inline constexpr double kGonPerCc = 1.0e-4;
-inline constexpr double kMetriPerMm = 1.0e-3;
 inline constexpr double kSqmDirMassimo = 0.1;   // [gon]; more is a number in another unit
 inline constexpr double kSqmDistMassimo = 1.0;  // [m]; likewise
 

@@ -13,6 +13,7 @@
 #include "host/base/numeri.h"
 #include "host/base/suggerimenti.h"
 #include "host/base/testi.h"
+#include "host/base/unita.h"
 #include "host/importazione/angoli.h"
 
 namespace compensa {

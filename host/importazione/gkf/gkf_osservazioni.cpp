@@ -210,8 +210,7 @@ bool LettoreObs::CompletaDistanza(BattutaLibretto& b, const pugi::xml_node& e,
   } else if (Predefinite.Distanza) {
     modello = &*Predefinite.Distanza;
     b.SqmDistanza =
-        (modello->A + modello->B * std::pow(*distanza / kMetriPerChilometro, modello->C)) *
-        kMetriPerMm;
+        (modello->A + modello->B * std::pow(*distanza / kMetriPerKm, modello->C)) * kMetriPerMm;
   }
   if (b.SqmDistanza) C.SqmLetti.AggiungiDistanza(*distanza, *b.SqmDistanza, modello);
   return true;

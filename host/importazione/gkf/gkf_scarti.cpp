@@ -57,7 +57,7 @@ void Scarti::AggiungiDistanza(double distanza, double sqm, const ModelloDistanza
     ++NPredefinite;
   } else {
     Conta(Distanze, {sqm, 0.0});
-    Esplicite.emplace_back(distanza / kMetriPerChilometro, sqm);
+    Esplicite.emplace_back(distanza / kMetriPerKm, sqm);
   }
 }
 

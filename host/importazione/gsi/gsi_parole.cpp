@@ -12,6 +12,7 @@
 
 #include "host/base/codifica.h"
 #include "host/base/numeri.h"
+#include "host/base/unita.h"
 #include "host/importazione/angoli.h"
 #include "host/importazione/raccolta.h"
 
@@ -24,7 +25,6 @@ constexpr int kPostoUnita = 5;  // from 0
 constexpr int kPostoSegno = 6;
 constexpr int kDati8 = 8;
 constexpr int kDati16 = 16;
-constexpr double kMillimetriPerMetro = 1000.0;
 constexpr double kScalaGon = 1.0e5;  // also of decimal degrees
 constexpr double kScalaMil = 1.0e4;
 constexpr int kDecimaliSecondo = 1;
@@ -228,7 +228,7 @@ ValoreGsi AngoloGsi(const ParolaGsi& parola) {
 ValoreGsi MillimetriGsi(const ParolaGsi& parola) {
   const CifreLette cifre = Cifre(parola);
   if (cifre.Esito) return *cifre.Esito;
-  return Valore(parola, cifre.Intero / kMillimetriPerMetro);
+  return Valore(parola, cifre.Intero / kMmPerMetro);
 }
 
 }  // namespace compensa

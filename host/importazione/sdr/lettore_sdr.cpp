@@ -25,8 +25,6 @@ namespace compensa {
 namespace {
 
 constexpr std::string_view kInizioFile = "00NMSDR";
-constexpr double kMezzoGiro = kGiroGon / 2.0;
-constexpr double kRetto = kGiroGon / 4.0;
 
 // Where the values of a shot come from; of one target the lowest counts.
 enum Rango { kFacceLette, kMedieCorrette, kMedieDirezioni, kIgnoto };
@@ -237,10 +235,10 @@ bool LetturaSdr::DellaPostazione() {
 // What the record says, unless the zenith angle belies it: past the zenith the telescope is turned.
 Faccia LetturaSdr::Lato(std::string_view provenienza, const std::optional<double>& zenit) {
   const bool seconda = provenienza == "F2";
-  if (zenit && seconda && *zenit < kMezzoGiro) {
+  if (zenit && seconda && *zenit < kMezzoGiroGon) {
     Riga.Errore(Campi->Verticale, "faccia II con un angolo zenitale minore di mezzo giro",
                 "una lettura non ridotta alla faccia I");
-  } else if (zenit && !seconda && *zenit > kMezzoGiro) {
+  } else if (zenit && !seconda && *zenit > kMezzoGiroGon) {
     Riga.AvvisaUnaVolta(
         "faccia", Campi->Verticale,
         "riga F1 con un angolo zenitale maggiore di mezzo giro: vale come faccia II",
@@ -268,7 +266,7 @@ std::optional<double> LetturaSdr::Zenit() {
     return std::nullopt;
   }
   if (!DallOrizzonte) return gon;
-  const double zenit = std::fmod(kRetto - *gon + kGiroGon, kGiroGon);
+  const double zenit = std::fmod(kOrizzonte - *gon + kGiroGon, kGiroGon);
   return zenit;
 }
 

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <numbers>
 #include <string>
 
 #include "host/base/numeri.h"
@@ -22,7 +21,6 @@ namespace compensa {
 
 namespace {
 
-constexpr double kMezzoGiroGradi = 180.0;
 constexpr double kRaggioSimbolo = 6.0, kRaggioStazione = 9.0;  // [pixel]
 // Beyond these numbers the page would become slow: sights are then drawn as a few paths without
 // text of their own, points without names and ellipses.
@@ -154,7 +152,7 @@ void Disegno::ScriviFreccia(const VisualeUnica& v) {
   const RisultatoPunto &a = Punto(v.Da), &b = Punto(v.A);
   const double x = Q.X(a.Est), y = Q.Y(a.Nord), dx = Q.X(b.Est) - x, dy = Q.Y(b.Nord) - y;
   if (std::hypot(dx, dy) < kLatoMinimo * E.Riduzione * Q.MetriPerPixel) return;
-  const double gradi = std::atan2(dy, dx) / std::numbers::pi * kMezzoGiroGradi;
+  const double gradi = std::atan2(dy, dx) * kGonPerRad * kGradiPerGon;
   P << "<g class=\"p\" transform=\"" << InPixel(x + kPosto * dx, y + kPosto * dy, E.Riduzione)
     << "rotate(" << NumeroFisso(gradi, 1) << ")\"><use class=\"fr fr"
     << std::to_string(static_cast<int>(ClasseDi(v.WMassimo))) << "\" href=\"#fr\"/></g>\n";
@@ -258,7 +256,6 @@ void Disegno::ScriviScala() {
   constexpr double kParteFoglio = 0.2, kDaiBordi = 24.0, kDaDestra = 30.0, kDaAlto = 50.0;
   const double metri = TondoInferiore(Q.Larghezza * kParteFoglio);
   const double u = Q.MetriPerPixel;
-  constexpr double kMetriPerKm = 1000.0;
   const std::string testo =
       metri >= kMetriPerKm ? TestoTondo(metri / kMetriPerKm) + " km" : TestoTondo(metri) + " m";
   P << "<g id=\"scala\" transform=\""

@@ -10,7 +10,7 @@ using namespace compensa;
 
 namespace {
 
-Raggio R(double est, double nord, double gon) { return {{est, nord}, gon * kRadDaGon, 0}; }
+Raggio R(double est, double nord, double gon) { return {{est, nord}, gon * kRadPerGon, 0}; }
 Cerchio C(double est, double nord, double raggio) { return {{est, nord}, raggio, 0}; }
 std::vector<Posto> Taglio(const Raggio& a, const Raggio& b) {
   const std::optional<Posto> p = Interseca(a, b);
@@ -19,7 +19,7 @@ std::vector<Posto> Taglio(const Raggio& a, const Raggio& b) {
 
 TEST(Costruzioni, Luoghi) {
   const Raggio est = R(0, 0, 100);
-  const double lontano = 1 / std::tan(5.11 * kRadDaGon);  // the limit is at 5.098 gon
+  const double lontano = 1 / std::tan(5.11 * kRadPerGon);  // the limit is at 5.098 gon
   const struct {
     std::vector<Posto> Comuni, Attesi;
   } casi[] = {{Taglio(R(0, 0, 50), R(100, 0, 350)), {{50, 50}}},
@@ -52,7 +52,7 @@ TEST(Costruzioni, Luoghi) {
 std::optional<Inversa> Vede(const double (&azimut)[3], const double (&distanza)[3], double zero) {
   Collimato c[3];
   for (int i = 0; i < 3; ++i)
-    c[i] = {distanza[i] * Versore(azimut[i] * kRadDaGon), (azimut[i] - zero) * kRadDaGon};
+    c[i] = {distanza[i] * Versore(azimut[i] * kRadPerGon), (azimut[i] - zero) * kRadPerGon};
   return IntersezioneInversa(c[0], c[1], c[2]);
 }
 
@@ -63,7 +63,7 @@ TEST(Costruzioni, IntersezioneInversa) {
         const auto x = Vede({0, segno * b, segno * c}, {400, 250, 300}, 37.5);
         ASSERT_TRUE(x) << b << " " << c * segno;
         EXPECT_LT(Lunghezza(x->Luogo), 1e-6) << b << " " << c;
-        EXPECT_NEAR(x->Orientamento, 37.5 * kRadDaGon, 1e-9);
+        EXPECT_NEAR(x->Orientamento, 37.5 * kRadPerGon, 1e-9);
       }
   // At the centre of an equilateral triangle sqrt 6 / (3 sqrt 3 / 2).
   EXPECT_NEAR(Vede({0, 400 / 3.0, 800 / 3.0}, {5000, 5000, 5000}, 0)->Amplificazione,
@@ -75,10 +75,10 @@ TEST(Costruzioni, Orienta) {  // zeros of a circle, their mean, the largest misf
                                              {{0, 0, 0.48}, 0.16, 0.32, 0},
                                              {{0, 0, 0.51}, 0, 0, 1},
                                              {{-199.9, 199.9, 0, 200.3}, -199.9, 0.2, 1}}) {
-    for (double& z : zeri) z *= kRadDaGon;
+    for (double& z : zeri) z *= kRadPerGon;
     const Orientazione o = Orienta(zeri);
-    EXPECT_NEAR(MezzoGiro(o.Zero - zero * kRadDaGon), 0, 1e-12) << zero;
-    EXPECT_NEAR(o.ScartoMassimo, scarto * kRadDaGon, 1e-12) << zero;
+    EXPECT_NEAR(MezzoGiro(o.Zero - zero * kRadPerGon), 0, 1e-12) << zero;
+    EXPECT_NEAR(o.ScartoMassimo, scarto * kRadPerGon, 1e-12) << zero;
     EXPECT_EQ(o.Escluse, escluse) << zero;
   }
 }

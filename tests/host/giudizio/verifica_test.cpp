@@ -144,7 +144,7 @@ Rete Griglia(unsigned seme) {
     r.PosizioniOsservazioni.emplace_back(kViste);
     for (int k = 1; k <= kViste; ++k) {
       const auto [D, j] = vicini[k];
-      const double azimut = std::atan2(luoghi[j][0] - e, luoghi[j][1] - n) / kRadDaGon;
+      const double azimut = std::atan2(luoghi[j][0] - e, luoghi[j][1] - n) / kRadPerGon;
       TOssCr& o = viste.emplace_back(TOssCr{{},
                                             j,
                                             std::fmod(azimut + zero + errore(7e-4) + 800, 400),
