@@ -1,11 +1,7 @@
 // The completion script: tables of words for each command, from the table of the options, and one
 // function over them. It needs nothing but bash.
 
-#include "host/comando/completamento_bash.h"
-
-#include <string_view>
-
-#include "host/comando/opzioni_programma.h"
+#include "host/comando/pagine.h"
 
 namespace compensa {
 
@@ -48,54 +44,40 @@ _compensa() {
 complete -F _compensa compensa
 )BASH";
 
-std::string Nomi(const Opzione& opzione) {
-  std::string nomi;
-  for (const std::string& parola : ParoleOpzione(opzione))
-    nomi += (nomi.empty() ? "" : " ") + parola;
-  return nomi;
-}
-
-std::string Alternative(const Comando& comando, const Opzione& opzione) {
-  std::string casi;
-  for (const std::string& parola : ParoleOpzione(opzione))
-    casi += (casi.empty() ? "" : "|") + std::string(comando.Nome) + ":" + parola;
-  return casi;
-}
-
-// What completes the value of an option, nothing for one without a value.
-std::string CasoValore(const Comando& comando, const Opzione& opzione) {
-  std::string azione;
-  switch (opzione.Genere) {
+// What completes a value, "" for none.
+std::string Azione(GenereValore genere, const std::string& quale, const std::string& parole = "") {
+  switch (genere) {
     case GenereValore::Nessuno: return {};
-    case GenereValore::Parola:
-      azione = "COMPREPLY=($(compgen -W '";
-      for (const std::string_view parola : opzione.Parole)
-        azione += (parola == opzione.Parole.front() ? "" : " ") + std::string(parola);
-      azione += "' -- \"$3\"))";
-      break;
-    case GenereValore::Testo: azione = ":"; break;
-    case GenereValore::File: azione = "_compensa_file '' \"$3\""; break;
-    case GenereValore::Rete: azione = "_compensa_file .toml \"$3\""; break;
+    case GenereValore::Parola: return "COMPREPLY=($(compgen -W '" + parole + "' -- " + quale + "))";
+    case GenereValore::Testo: return ":";
+    case GenereValore::File: return "_compensa_file '' " + quale;
+    case GenereValore::Rete: return "_compensa_file .toml " + quale;
   }
-  return "    " + Alternative(comando, opzione) + ") " + azione + " ;;\n";
+  return {};
 }
 
 }  // namespace
 
-std::string CompletamentoBash() {
+std::string CompletamentoBash(std::span<const Comando> tutti) {
   std::string comandi, opzioni, valori, argomenti;
-  for (const Comando* comando : Comandi()) {
-    const std::string nome(comando->Nome);
+  for (const Comando& comando : tutti) {
+    const std::string nome(comando.Nome);
     if (!nome.empty()) comandi += (comandi.empty() ? "" : " ") + nome;
-    std::string parole;
-    for (const Gruppo& gruppo : comando->Gruppi)
+    std::string nomi;
+    for (const Gruppo& gruppo : comando.Gruppi)
       for (const Opzione& opzione : gruppo.Opzioni) {
-        parole += (parole.empty() ? "" : " ") + Nomi(opzione);
-        valori += CasoValore(*comando, opzione);
+        std::string parole;
+        for (const ParolaNota& parola : opzione.Verso.Parole)
+          parole += (parole.empty() ? "" : " ") + std::string(parola.Testo);
+        const std::string azione = Azione(opzione.Verso.Genere, "\"$3\"", parole);
+        for (const std::string_view parola : opzione.Nomi()) {
+          nomi += (nomi.empty() ? "" : " ") + std::string(parola);
+          if (!azione.empty())
+            valori += "    " + nome + ":" + std::string(parola) + ") " + azione + " ;;\n";
+        }
       }
-    opzioni += "    '" + nome + "') echo '" + parole + "' ;;\n";
-    argomenti += "    '" + nome + "') _compensa_file '" +
-                 (comando->Argomenti == GenereValore::Rete ? ".toml" : "") + "' \"$2\" ;;\n";
+    opzioni += "    '" + nome + "') echo '" + nomi + "' ;;\n";
+    argomenti += "    '" + nome + "') " + Azione(comando.GenereArgomenti, "\"$2\"") + " ;;\n";
   }
   return "# bash completion of compensa\n\n_compensa_comandi='" + comandi +
          "'\n\n# The options of a command.\n_compensa_opzioni() {\n  case $1 in\n" + opzioni +

@@ -11,10 +11,10 @@
 #include <filesystem>
 #include <new>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
-#include <variant>
 #include <vector>
 
 #include "host/approssimate/approssimate.h"
@@ -27,16 +27,18 @@
 #include "host/base/percorsi.h"
 #include "host/base/piattaforma/piattaforma.h"
 #include "host/base/terminale.h"
+#include "host/base/versione.h"
 #include "host/calcolo/calcolo.h"
 #include "host/calcolo/rapporto.h"
-#include "host/comando/nomi_uscite.h"
-#include "host/comando/opzioni_programma.h"
+#include "host/comando/comandi.h"
+#include "host/comando/pagine.h"
 #include "host/comando/scrittura_uscite.h"
 #include "host/comando/verifica.h"
 #include "host/file_rete/lettura_rete.h"
 #include "host/giudizio/avvertimenti/avvertimenti.h"
 #include "host/giudizio/record_ignorati.h"
 #include "host/importazione/importa.h"
+#include "host/importazione/lettore.h"
 #include "host/uscite/sommario.h"
 #include "host/uscite/tabella_reti.h"
 
@@ -96,13 +98,17 @@ EsitoApprossimate Approssima(Rete& rete, const std::string& file, bool quieto) {
   return approssimate;
 }
 
-// Also a quiet run says which points that it was asked for are not in its results.
-void SegnalaNonCalcolati(const std::string& file, const Risultati& r) {
+// Also a quiet run says why its status is not that of success: what was not adjusted, and which
+// points that it was asked for are not in its results.
+void SegnalaNonRiuscite(const std::string& file, const Risultati& r) {
+  const std::string nota = " (compensa verifica dice che cosa manca)";
   for (const auto& [nome, c] :
-       {std::pair("planimetria: ", &r.Planimetria), std::pair("altimetria: ", &r.Altimetria)})
-    if (!c->PuntiNonCalcolati.empty())
-      ScriviErrore(file,
-                   nome + TestoNonCalcolati(r, *c) + " (compensa verifica dice che cosa manca)");
+       {std::pair("planimetria: ", &r.Planimetria), std::pair("altimetria: ", &r.Altimetria)}) {
+    const bool misure = c->Fine != Esito::NonConvergente && c->Fine != Esito::NonFinita;
+    if (c->Fine != Esito::NonRichiesta && (c->Fine != Esito::Riuscita || c->GradiLiberi > 0))
+      ScriviErrore(file, nome + TestoEsito(r, *c) + (misure ? nota : ""));
+    if (!c->PuntiNonCalcolati.empty()) ScriviErrore(file, nome + TestoNonCalcolati(r, *c) + nota);
+  }
 }
 
 void ScriviSommario(const Risultati& risultati, const std::vector<std::string>& scritti) {
@@ -125,11 +131,12 @@ std::vector<FileLetto> FileLetti(const Rete& rete) {
 }
 
 // The run over one network. Throws what goes wrong with its files and its memory.
-Stato CompensaRete(const Argomenti& a, const std::string& file, EsitoRete& esito) {
+Stato CompensaRete(const OpzioniCompensa& a, const std::string& file, EsitoRete& esito) {
   std::vector<Destinazione> destinazioni = Destinazioni(a, file);
-  const bool documentata = VuoleDocumento(destinazioni);
+  const bool documentata =
+      std::ranges::any_of(destinazioni, [](const Destinazione& d) { return d.Cosa->Documentato; });
   Diagnostica lettura;
-  std::optional<Rete> rete = LeggiRete(PercorsoDa(file), lettura, documentata);
+  std::optional<Rete> rete = LeggiRete(PercorsoDa(file), lettura, documentata, DescrizioneLibretto);
   if (!rete || !a.Quieto) MostraMessaggi(lettura);
   if (!rete) return kStatoRete;
   RifiutaIngressi(destinazioni, rete->NomiFile);
@@ -141,7 +148,7 @@ Stato CompensaRete(const Argomenti& a, const std::string& file, EsitoRete& esito
   const Risultati risultati = CompensaConMessaggi(*rete, rapporto, a.Quieto, messaggi);
   Accoda(messaggi, std::move(approssimate.NonRaggiunti));
   Riassumi(risultati, esito);
-  SegnalaNonCalcolati(file, risultati);
+  SegnalaNonRiuscite(file, risultati);
 
   std::string testo;
   if (documentata) testo = DaWindows1252(rapporto.Byte());
@@ -149,7 +156,7 @@ Stato CompensaRete(const Argomenti& a, const std::string& file, EsitoRete& esito
                             std::move(messaggi), std::move(approssimate.Note),
                             DataOraCorrente(),   FileLetti(*rete)};
   try {
-    uscite.Scrivi(documento, rapporto, a);
+    uscite.Scrivi({documento, rapporto, a});
   } catch (...) {
     esito.Scritti = uscite.Scritti();
     throw;
@@ -217,7 +224,7 @@ void ScriviTesto(std::string_view testo) {
 }
 
 // Tables of any of the networks that an output of another one would replace before they are read.
-void RifiutaTabelleAltrui(const Argomenti& a) {
+void RifiutaTabelleAltrui(const OpzioniCompensa& a) {
   std::vector<Destinazione> presenti;  // outputs that replace something
   for (const std::string& rete : a.Reti)
     for (Destinazione& destinazione : Destinazioni(a, rete))
@@ -231,7 +238,7 @@ void RifiutaTabelleAltrui(const Argomenti& a) {
   }
 }
 
-Stato EseguiReti(const Argomenti& a) {
+Stato EseguiReti(const OpzioniCompensa& a) {
   RifiutaTabelleAltrui(a);
   std::vector<EsitoRete> esiti;
   Stato peggiore = kStatoRiuscito;
@@ -248,40 +255,87 @@ Stato EseguiReti(const Argomenti& a) {
   return peggiore;
 }
 
-Stato Esegui(const OpzioniImporta& opzioni) { return Importa(opzioni); }
-
-Stato Esegui(const ArgomentiVerifica& argomenti) {
-  Stato peggiore = kStatoRiuscito;
-  for (const OpzioniVerifica& rete : argomenti.Reti)
-    peggiore = std::max(peggiore, ConMessaggi([&] { return Verifica(rete); }));
-  return peggiore;
+// What could only be meant otherwise: a book that would count twice, a point both fixed and left out.
+void RifiutaContraddizioni(const OpzioniImporta& o) {
+  std::set<std::string> letti;
+  for (const std::string& file : o.File)
+    if (const std::string chi = IdentitaFile(file); !chi.empty() && !letti.insert(chi).second)
+      throw ErroreUso("il file " + Cita(file) + " è dato due volte");
+  for (const auto* fissi : {&o.Fissi, &o.FissiPlanimetria, &o.FissiAltimetria})
+    for (const std::string& nome : *fissi)
+      if (std::ranges::count(o.Escludi, nome) > 0)
+        throw ErroreUso("il punto " + Cita(nome) + " non può essere insieme fisso ed escluso");
 }
 
-Stato Esegui(const TestoRichiesto& richiesto) {
-  ScriviTesto(richiesto.Testo);
-  return kStatoRiuscito;
+// The network beside the first file.
+std::string UscitaPredefinita(const std::string& libretto) {
+  std::filesystem::path rete = PercorsoDa(libretto);
+  if (libretto.starts_with("/dev/") || libretto == "-" || rete.stem().empty())
+    throw ErroreUso("serve -o RETE.toml: il file da scrivere");
+  if (rete.extension() == ".toml") throw ErroreUso(Cita(libretto) + " è già una rete");
+  rete.replace_extension(".toml");
+  std::error_code guasto;
+  if (exists(rete, guasto))
+    throw ErroreUso("la rete " + Cita(rete.string()) +
+                    " esiste già e non viene sovrascritta: per farlo, -o " + rete.string());
+  return rete.string();
+}
+
+Stato EseguiRiga(const std::vector<std::string>& parole, std::string& nomeComando) {
+  constexpr std::string_view kGenera = "genera";  // for the build: not in the help
+  Richieste richieste;
+  const std::vector<Comando> comandi = Comandi(richieste);
+  if (!parole.empty() && parole.front() == kGenera) {
+    const std::string_view cosa = parole.size() == 2 ? parole.back() : std::string_view();
+    if (cosa != "man1" && cosa != "man5" && cosa != "bash")
+      throw ErroreUso("il comando genera vuole man1, man5 o bash");
+    ScriviTesto(cosa == "man1"   ? ManualeProgramma(comandi)
+                : cosa == "man5" ? ManualeFile()
+                                 : CompletamentoBash(comandi));
+    return kStatoRiuscito;
+  }
+  const Comando& comando = ScegliComando(comandi, parole);
+  nomeComando = comando.NomeIntero();
+  LeggiParole(comando, comandi, std::span(parole).subspan(comando.Nome.empty() ? 0 : 1));
+  if (richieste.Aiuto)
+    ScriviTesto(TestoAiuto(comando, comandi));
+  else if (richieste.Versione)
+    ScriviTesto(std::string(kNomeProgramma) + " " + std::string(kVersioneProgramma) + "\n");
+  if (richieste.Aiuto || richieste.Versione) return kStatoRiuscito;
+  ImpostaColori(richieste.Colore);
+  return comando.Esegui();
 }
 
 }  // namespace
 
-Stato Esegui(const Argomenti& a) {
-  ControllaDestinazioni(a);
-  if (a.Reti.size() > 1) return EseguiReti(a);
+Stato Esegui(const OpzioniCompensa& o) {
+  ControllaUscite(o);
+  if (o.Reti.size() > 1) return EseguiReti(o);
   EsitoRete esito;
-  return CompensaRete(a, a.Reti.front(), esito);
+  return CompensaRete(o, o.Reti.front(), esito);
+}
+
+Stato Esegui(OpzioniImporta o) {
+  RifiutaContraddizioni(o);
+  if (o.Uscita.empty()) o.Uscita = UscitaPredefinita(o.File.front());
+  return Importa(o);
+}
+
+Stato EseguiVerifica(const std::vector<std::string>& reti) {
+  Stato peggiore = kStatoRiuscito;
+  for (const std::string& rete : reti)
+    peggiore = std::max(peggiore, ConMessaggi([&] { return Verifica({rete}); }));
+  return peggiore;
 }
 
 int Programma(int argc, const char* const* argv) {
   std::set_terminate(SenzaRitorno);
   return ConMessaggi([&] {
+    std::string comando(kNomeProgramma);
     const Stato stato = ConMotivi([&] {
-      const Richiesta richiesta = LeggiRigaComando(argc, argv);
-      return std::visit([](const auto& cosa) { return Esegui(cosa); }, richiesta);
+      return EseguiRiga(std::vector<std::string>(argv + std::min(argc, 1), argv + argc), comando);
     });
-    if (stato == kStatoUso) {
-      const std::string nome(argc > 1 ? ComandoDi(argv[1]).Nome : "");
-      ScriviErrori("Per l'uso: compensa " + nome + (nome.empty() ? "" : " ") + "--aiuto\n");
-    }
+    if (stato == kStatoUso) ScriviErrori("Per l'uso: " + comando + " --aiuto\n");
     return stato;
   });
 }

@@ -1,6 +1,6 @@
 // compensa(5): the network file, field by field.
 
-#include "host/comando/manuale.h"
+#include "host/comando/pagine.h"
 #include "host/file_rete/campi_rete.h"
 
 namespace compensa {

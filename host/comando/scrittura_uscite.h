@@ -7,8 +7,7 @@
 #include <vector>
 
 #include "host/base/file_sicuro.h"
-#include "host/comando/nomi_uscite.h"
-#include "host/uscite/documento.h"
+#include "host/comando/uscite_richieste.h"
 
 namespace compensa {
 
@@ -20,7 +19,7 @@ class ScritturaUscite {
   // Writes all outputs, then gives the files their names, and only then turns to the standard
   // output: who stops reading it keeps the files. Throws ErroreUscita; files without their names
   // yet are as they were before.
-  void Scrivi(const Documento& documento, const Rapporto& rapporto, const Argomenti& argomenti);
+  void Scrivi(const Materia& materia);
 
   // The files that have their names, as messages show them.
   std::vector<std::string> Scritti() const;

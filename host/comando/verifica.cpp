@@ -20,6 +20,7 @@
 #include "host/giudizio/avvertimenti/avvertimenti.h"
 #include "host/giudizio/controlli/connessione.h"
 #include "host/giudizio/controlli/rilievi.h"
+#include "host/importazione/lettore.h"
 #include "host/rete/campi.h"
 #include "host/rete/visuali.h"
 
@@ -185,7 +186,8 @@ std::string Verdetto(const std::vector<std::string>& ostacoli, const Connessione
 
 Stato Verifica(const OpzioniVerifica& opzioni) {
   Diagnostica lettura;
-  std::optional<Rete> letta = LeggiRete(PercorsoDa(opzioni.File), lettura);
+  std::optional<Rete> letta =
+      LeggiRete(PercorsoDa(opzioni.File), lettura, false, DescrizioneLibretto);
   MostraMessaggi(lettura);
   if (!letta) return kStatoRete;
   Rete& rete = *letta;

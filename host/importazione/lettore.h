@@ -50,6 +50,9 @@ std::span<const Lettore* const> Lettori();
 // The reader that recognises the text, null if none does.
 const Lettore* RiconosciFormato(std::string_view testo);
 
+// What kind of field book a text is, empty if it is none: for who expected a network.
+std::string_view DescrizioneLibretto(std::string_view testo);
+
 // The reader of a name given with --formato, null if there is none.
 const Lettore* LettoreDiNome(std::string_view nome);
 

@@ -23,6 +23,11 @@ const Lettore* RiconosciFormato(std::string_view testo) {
   return trovato == kLettori.end() ? nullptr : *trovato;
 }
 
+std::string_view DescrizioneLibretto(std::string_view testo) {
+  const Lettore* lettore = RiconosciFormato(testo);
+  return lettore == nullptr ? std::string_view() : lettore->Descrizione;
+}
+
 const Lettore* LettoreDiNome(std::string_view nome) {
   const auto* trovato = std::find_if(kLettori.begin(), kLettori.end(),
                                      [&](const Lettore* lettore) { return lettore->Nome == nome; });

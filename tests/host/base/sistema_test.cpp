@@ -11,15 +11,14 @@
 #include "host/base/data_ora.h"
 #include "host/base/errori.h"
 #include "host/base/file_sicuro.h"
-#include "host/comando/manuale.h"
-#include "host/comando/nomi_uscite.h"
+#include "host/comando/pagine.h"
+#include "host/comando/uscite_richieste.h"
 
 using namespace compensa;
 
 namespace {
 
 namespace fs = std::filesystem;
-using enum GenereUscita;
 
 std::string Contenuto(const char* nome) {
   std::ifstream file(nome, std::ios::binary);
@@ -33,17 +32,24 @@ struct Cartella : testing::Test {  // in a folder of its own
                  Luogo = fs::temp_directory_path() / ("sistema-" + std::to_string(getpid()));
 };
 
+// An output under the name of its option.
+UscitaChiesta Uscita(std::string_view opzione, const char* valore) {
+  for (const GenereUscita& genere : GeneriUscita())
+    if (genere.Firma.find(opzione) != std::string_view::npos) return {&genere, valore};
+  throw std::out_of_range("no such output");
+}
+
 TEST_F(Cartella, NomiDelleUscite) {
-  const std::tuple<const char*, GenereUscita, std::optional<std::string>, const char*> casi[] = {
-      {"a.b/rete", GeoPackage, {}, "a.b/rete.gpkg"},
-      {"a/r.toml", Rapporto, "d", "d/r.txt"},
-      {".toml", Json, {}, ".toml.json"},
-      {"a/x.toml.toml", Gkf, "n/", "n/x.toml.gkf"},
-      {"r.toml", Csv, "y/z.CSV", "y/z.osservazioni.csv"},
-      {"r.toml", Html, "n", "n"},
-      {"r.toml", Csv, "z.b", "z.b.osservazioni.csv"}};
-  for (const auto& [rete, genere, valore, ultima] : casi)
-    EXPECT_EQ(Destinazioni({{rete, "x"}, {{genere, valore}}}, rete).back().Percorso, ultima);
+  const std::tuple<const char*, const char*, const char*, const char*> casi[] = {
+      {"a.b/rete", "--gpkg", "", "a.b/rete.gpkg"},
+      {"a/r.toml", "-o", "d", "d/r.txt"},
+      {".toml", "--json", "", ".toml.json"},
+      {"a/x.toml.toml", "--gkf", "n/", "n/x.toml.gkf"},
+      {"r.toml", "--csv", "y/z.CSV", "y/z.osservazioni.csv"},
+      {"r.toml", "--html", "n", "n"},
+      {"r.toml", "--csv", "z.b", "z.b.osservazioni.csv"}};
+  for (const auto& [rete, opzione, valore, ultima] : casi)
+    EXPECT_EQ(Destinazioni({{rete, "x"}, {Uscita(opzione, valore)}}, rete).back().Percorso, ultima);
 }
 
 TEST_F(Cartella, StessoFilePerPiuVie) {
@@ -58,9 +64,10 @@ TEST_F(Cartella, StessoFilePerPiuVie) {
       {"/dev/null", "/dev/null", false}};
   for (const auto& [a, b, stesso] : casi)
     EXPECT_EQ(IdentitaFile(a) == IdentitaFile(b) && !IdentitaFile(a).empty(), stesso) << a;
-  EXPECT_THROW(ControllaDestinazioni({{"a/x.toml", "b/x.toml"}, {{Html, "d/"}}}), ErroreUso);
-  EXPECT_THROW(ControllaDestinazioni({{"x.toml"}, {{Html, "v2"}, {Json, "d/nuovo"}}}), ErroreUso);
-  EXPECT_THROW(RifiutaIngressi({{Json, false, "duro"}}, {"d/vecchio"}), ErroreUso);
+  EXPECT_THROW(ControllaUscite({{"a/x.toml", "b/x.toml"}, {Uscita("--html", "d/")}}), ErroreUso);
+  EXPECT_THROW(ControllaUscite({{"x.toml"}, {Uscita("--html", "v2"), Uscita("--json", "d/nuovo")}}),
+               ErroreUso);
+  EXPECT_THROW(RifiutaIngressi({{nullptr, "duro"}}, {"d/vecchio"}), ErroreUso);
 }
 
 TEST_F(Cartella, FileSicuri) {
