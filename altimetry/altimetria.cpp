@@ -8,7 +8,7 @@
 
 #include "kzt5cmrg.h"
 #include "lsq/sparso.h"
-#include "records/costanti.h"
+#include "records/selezione.h"
 #include "resources/catalogo.h"
 
 using namespace kzt5cmrg;
@@ -59,11 +59,9 @@ int CalcCmpRigVelid1::CreaEquazZe(int& strumenti) {
   int riga = 0;
   strumenti = 0;
   for (const TStaCr& s : *Stazioni) {
-    if (!StazioneAlt(s)) continue;
-    if (s.AltStrumNota == kAltezzaIncognita) ++strumenti;
-    for (const TOssCr& o : s.Osservazioni) {
-      double distanzaQuadra = 0.0;
-      if (!ZenitAlt(s, o, distanzaQuadra)) continue;
+    if (StrumentoIncognito(*Punti, s)) ++strumenti;
+    PerOgniDislivello(*Punti, s, [&](std::size_t k, double distanzaQuadra) {
+      const TOssCr& o = s.Osservazioni[k];
       Peso[static_cast<std::size_t>(riga)] = kPesoUnitario / distanzaQuadra;
       double altStrum = s.AltStrum;
       if (Eccentricita(s) > kSogliaEcc)
@@ -72,7 +70,7 @@ int CalcCmpRigVelid1::CreaEquazZe(int& strumenti) {
       Eoze(riga, s.Punto, o.Punto, strumenti, o.Zenit, s.AltStrumNota, altStrum, o.AltSegnale,
            o.Distanza, o.TipoDist);
       ++riga;
-    }
+    });
   }
   return riga;
 }

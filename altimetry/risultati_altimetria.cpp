@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "kzt5cmrg.h"
-#include "records/costanti.h"
+#include "records/selezione.h"
 #include "resources/catalogo.h"
 
 using namespace kzt5cmrg;
@@ -16,16 +16,14 @@ void CalcCmpRigVelid1::RisultatiAlt(const double* w) {
   int riga = 0;
   int strumento = 0;
   for (const TStaCr& s : *Stazioni) {
-    if (!StazioneAlt(s)) continue;
+    if (!StazioneAlt(*Punti, s)) continue;
     ScriviStazioneAlt(s, strumento);
     ScriviTesto(kIntestazioneZenit);
     Out->SaltaRiga(1);
-    for (const TOssCr& o : s.Osservazioni) {
-      double distanzaQuadra = 0.0;
-      if (!ZenitAlt(s, o, distanzaQuadra)) continue;
-      ScriviZenit(o, Residui[static_cast<std::size_t>(riga)], w[riga]);
+    PerOgniDislivello(*Punti, s, [&](std::size_t k, double) {
+      ScriviZenit(s.Osservazioni[k], Residui[static_cast<std::size_t>(riga)], w[riga]);
       ++riga;
-    }
+    });
     Out->SaltaRiga(1);
   }
   Out->SaltaRiga(2);

@@ -113,17 +113,6 @@ class KZT5CMRG_API CalcCmpRigVelid1 {
   bool Controllo();
   void ScriviNonDeterminabile(int punto, unsigned testo);
 
-  // frame/selezione.cpp: which records take part
-  bool Esiste(int punto) const;
-  bool StazionePla(const TStaCr& stazione) const;
-  bool StazioneAlt(const TStaCr& stazione) const;
-  bool LetturaPla(const TOssCr& osservazione) const;
-  bool LetturaElencata(const TOssCr& osservazione) const;
-  bool DistanzaPla(const TOssCr& osservazione) const;
-  static bool FuoriCentro(const TOssCr& osservazione);
-  static bool NonRiducibile(const TOssCr& osservazione);
-  bool ZenitAlt(const TStaCr& stazione, const TOssCr& osservazione, double& distanzaQuadra) const;
-
   // lsq/equazioni.cpp
   void AzzeraEquazioni();
   void MinQua2(int equazioni, int incognite);

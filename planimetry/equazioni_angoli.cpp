@@ -9,7 +9,7 @@
 #include <cmath>
 
 #include "kzt5cmrg.h"
-#include "records/costanti.h"
+#include "records/selezione.h"
 #include "resources/catalogo.h"
 
 using namespace kzt5cmrg;
@@ -48,23 +48,19 @@ void CalcCmpRigVelid1::CreaEquazAng(int& equazione) {
   const double sigma = Opzioni->SqmDir * FattoreRad;
   const double peso = SigmaZeroPriori * SigmaZeroPriori / (sigma * sigma);
   for (const TStaCr& s : *Stazioni) {
-    if (!StazionePla(s)) continue;
-    const std::size_t n = s.Osservazioni.size();
-    std::size_t r = 0;
-    while (r < n && !LetturaPla(s.Osservazioni[r])) ++r;
-    if (r + 1 >= n) continue;
-
-    const int riferimento = s.Osservazioni[r].Punto;
-    double direzioneRif = s.Osservazioni[r].Direzione;
+    const std::optional<std::size_t> r = Riferimento(*Punti, s);
+    if (!r) continue;
+    const int riferimento = s.Osservazioni[*r].Punto;
+    double direzioneRif = s.Osservazioni[*r].Direzione;
     RiduciDirezione(s, riferimento, kSogliaEccAngoli, direzioneRif);
-    for (const TOssCr& o : s.Osservazioni.subspan(r + 1)) {
-      if (!LetturaPla(o)) continue;
+    PerOgniAngolo(*Punti, s, [&](std::size_t, std::size_t k) {
+      const TOssCr& o = s.Osservazioni[k];
       double direzione = o.Direzione;
       RiduciDirezione(s, o.Punto, kSogliaEccAngoli, direzione);
       if (DistanzePresenti == kConDistanze) Peso[static_cast<std::size_t>(equazione)] = peso;
       Eoss(equazione, s.Punto, riferimento, direzioneRif, o.Punto, direzione);
       ++equazione;
-    }
+    });
   }
 }
 

@@ -8,7 +8,7 @@
 #include <cmath>
 
 #include "kzt5cmrg.h"
-#include "records/costanti.h"
+#include "records/selezione.h"
 #include "resources/catalogo.h"
 
 using namespace kzt5cmrg;
@@ -36,14 +36,9 @@ double Tipo7(double D, double z) {
 
 void CalcCmpRigVelid1::CreaEquazDis(int& equazione) {
   for (const TStaCr& s : *Stazioni) {
-    if (!StazionePla(s)) continue;
-    for (const TOssCr& o : s.Osservazioni) {
-      if (!DistanzaPla(o)) continue;
+    const auto fermata = PerOgniDistanza(*Punti, s, [&](std::size_t k) {
+      const TOssCr& o = s.Osservazioni[k];
       double D = DistanzaOrizzontale(o);
-      if (NonRiducibile(o)) {
-        AvvisaNonRiducibile(s.Punto, o.Punto, D);
-        break;
-      }
       if (FuoriCentro(o)) D = DistanzaAlCentro(s, o.Direzione, D);
       D *= FattoreKm;
       if (Opzioni->Cartografiche != 0 && o.TipoDist != kPiana) {
@@ -58,7 +53,10 @@ void CalcCmpRigVelid1::CreaEquazDis(int& equazione) {
           SigmaZeroPriori * SigmaZeroPriori / (sigma * sigma);
       Eodis(equazione, s.Punto, o.Punto, D);
       ++equazione;
-    }
+    });
+    if (!fermata) continue;
+    const TOssCr& o = s.Osservazioni[*fermata];
+    AvvisaNonRiducibile(s.Punto, o.Punto, DistanzaOrizzontale(o));
   }
 }
 

@@ -2,7 +2,7 @@
 // reading over the sights, weighted with the reciprocal of their length.
 
 #include "kzt5cmrg.h"
-#include "records/costanti.h"
+#include "records/selezione.h"
 
 using namespace kzt5cmrg;
 
@@ -10,7 +10,8 @@ using namespace kzt5cmrg;
 // past the last record has its own worked out again where it is needed.
 int CalcCmpRigVelid1::Orienta() {
   for (std::size_t s = 0; s < Stazioni->size() && s < Punti->size(); ++s)
-    if (StazionePla((*Stazioni)[s])) (*Punti)[s].Orientamento = OrientamentoMedio((*Stazioni)[s]);
+    if (StazionePla(*Punti, (*Stazioni)[s]))
+      (*Punti)[s].Orientamento = OrientamentoMedio((*Stazioni)[s]);
   return 0;
 }
 
@@ -20,7 +21,7 @@ double CalcCmpRigVelid1::OrientamentoMedio(const TStaCr& stazione) const {
   double pesi = 0.0;
   double somma = 0.0;
   for (const TOssCr& o : stazione.Osservazioni) {
-    if (!LetturaElencata(o)) continue;
+    if (!LetturaElencata(*Punti, o)) continue;
     const TCoorCr& t = Punto(o.Punto);
     double direzione = o.Direzione;
     if (Eccentricita(stazione) > kSogliaEcc && StatoCalcolo == kSolutoreRiuscito)

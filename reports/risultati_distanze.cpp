@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "kzt5cmrg.h"
-#include "records/costanti.h"
+#include "records/selezione.h"
 #include "resources/catalogo.h"
 
 using namespace kzt5cmrg;
@@ -30,9 +30,9 @@ void CalcCmpRigVelid1::ScriviDistanze() {
   }
   Out->SaltaRiga(1);
   for (const TStaCr& s : *Stazioni) {
-    if (!StazionePla(s)) continue;
+    if (!StazionePla(*Punti, s)) continue;
     for (const TOssCr& o : s.Osservazioni)
-      if (DistanzaPla(o)) ScriviDistanza(s, o);
+      if (DistanzaPla(*Punti, o)) ScriviDistanza(s, o);
   }
   Out->SaltaRiga(2);
 }

@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "kzt5cmrg.h"
-#include "records/costanti.h"
+#include "records/selezione.h"
 #include "resources/catalogo.h"
 
 using namespace kzt5cmrg;
@@ -36,7 +36,7 @@ void CalcCmpRigVelid1::RisultatiPla(const double* w) {
   int equazione = 0;
   for (std::size_t s = 0; s < Stazioni->size(); ++s) {
     const TStaCr& stazione = (*Stazioni)[s];
-    if (!StazionePla(stazione)) continue;
+    if (!StazionePla(*Punti, stazione)) continue;
     const double orientamento =
         s < Punti->size() ? (*Punti)[s].Orientamento : OrientamentoMedio(stazione);
     ScriviStazionePla(stazione, orientamento);
@@ -66,8 +66,8 @@ void CalcCmpRigVelid1::ScriviDirezioni(const TStaCr& stazione, double orientamen
   bool riferimento = true;
   bool primaUsabile = true;
   for (const TOssCr& o : stazione.Osservazioni) {
-    if (!LetturaElencata(o)) continue;
-    const bool equazionePropria = LetturaPla(o) && !std::exchange(primaUsabile, false);
+    if (!LetturaElencata(*Punti, o)) continue;
+    const bool equazionePropria = LetturaPla(*Punti, o) && !std::exchange(primaUsabile, false);
     ScriviDirezione(stazione, o, orientamento, std::exchange(riferimento, false),
                     equazionePropria ? w[equazione++] : 0.0);
   }

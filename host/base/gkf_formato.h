@@ -10,9 +10,7 @@
 #include <string>
 #include <string_view>
 
-namespace compensa {
-
-namespace gkf {
+namespace compensa::gkf {
 
 inline constexpr std::string_view kRadice = "gama-local";
 inline constexpr std::size_t kInizioCercato = 65536;  // the root stands in the first bytes
@@ -56,6 +54,4 @@ class Impronta {
   std::uint64_t Stato = 0xCBF29CE484222325u;
 };
 
-}  // namespace gkf
-
-}  // namespace compensa
+}  // namespace compensa::gkf

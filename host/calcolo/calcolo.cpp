@@ -74,7 +74,7 @@ Risultati Compensa(Rete& rete, CFileOutTmp& rapporto, const Ascolto& ascolto) {
   osservatore.Concludi(calcolo.Esegui());
   NotaNonCalcolati(risultati);
   NotaNonFinite(risultati);
-  SpiegaIndeterminazione(risultati);
+  SpiegaIndeterminazione(rete, risultati);
   return risultati;
 }
 

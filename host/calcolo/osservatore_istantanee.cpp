@@ -13,6 +13,7 @@
 #include "host/base/unita.h"
 #include "host/calcolo/osservatore.h"
 #include "host/rete/geometria.h"
+#include "records/selezione.h"
 
 namespace compensa {
 
@@ -107,9 +108,8 @@ void OsservatoreCalcolo::PrendiPuntiPla() {
 void OsservatoreCalcolo::PrendiOrientamenti() {
   for (std::size_t i = 0; i < R.Stazioni.size(); ++i) {
     const TStaCr& s = (*Calcolo->Stazioni)[i];
-    if (!Calcolo->StazionePla(s)) continue;
-    if (std::ranges::none_of(s.Osservazioni,
-                             [&](const TOssCr& o) { return Calcolo->LetturaElencata(o); }))
+    const auto elencata = [&](const TOssCr& o) { return LetturaElencata(*Calcolo->Punti, o); };
+    if (!StazionePla(*Calcolo->Punti, s) || std::ranges::none_of(s.Osservazioni, elencata))
       continue;
     R.Stazioni[i].Orientamento = NelGiro(Calcolo->OrientamentoMedio(s) * kGonPerRad);
   }
@@ -127,42 +127,29 @@ void OsservatoreCalcolo::PrendiAngoli(int& riga) {
   const bool pesati = Calcolo->DistanzePresenti == kConDistanze;
   for (std::size_t i = 0; i < R.Stazioni.size(); ++i) {
     const TStaCr& s = (*Calcolo->Stazioni)[i];
-    if (!Calcolo->StazionePla(s)) continue;
-    int riferimento = kNessuno;
-    for (std::size_t k = 0; k < s.Osservazioni.size(); ++k) {
-      const TOssCr& o = s.Osservazioni[k];
-      if (!Calcolo->LetturaPla(o)) continue;
-      const auto osservazione = static_cast<int>(k);
-      if (riferimento == kNessuno) {
-        riferimento = osservazione;
-        continue;
-      }
-      const TOssCr& r = s.Osservazioni[static_cast<std::size_t>(riferimento)];
-      const double calcolato = Misura(s.Punto, o.Punto).Azimut - Misura(s.Punto, r.Punto).Azimut;
+    auto& osservazioni = R.Stazioni[i].Osservazioni;
+    PerOgniAngolo(*Calcolo->Punti, s, [&](std::size_t r, std::size_t k) {
+      const double calcolato = Misura(s.Punto, s.Osservazioni[k].Punto).Azimut -
+                               Misura(s.Punto, s.Osservazioni[r].Punto).Azimut;
       Equazione equazione{.Tipo = TipoEquazione::Angolo,
                           .Stazione = static_cast<int>(i),
-                          .Osservazione = osservazione,
-                          .Riferimento = riferimento};
+                          .Osservazione = static_cast<int>(k),
+                          .Riferimento = static_cast<int>(r)};
       const double noto = Calcolo->TermineNoto[static_cast<std::size_t>(riga)];
       equazione.Usato = NelGiro((noto + calcolato) * kGonPerRad);
       if (pesati) equazione.SqmPriori = Calcolo->Opzioni->SqmDir;
-      auto& osservazioni = R.Stazioni[i].Osservazioni;
-      osservazioni[static_cast<std::size_t>(riferimento)].DirezioneRiferimento = true;
+      osservazioni[r].DirezioneRiferimento = true;
       osservazioni[k].Angolo = Aggiungi(equazione, riga++, kGonPerRad);
-    }
+    });
   }
 }
 
 void OsservatoreCalcolo::PrendiDistanze(int& riga) {
   for (std::size_t i = 0; i < R.Stazioni.size(); ++i) {
     const TStaCr& s = (*Calcolo->Stazioni)[i];
-    if (!Calcolo->StazionePla(s)) continue;
-    for (std::size_t k = 0; k < s.Osservazioni.size(); ++k) {
-      const TOssCr& o = s.Osservazioni[k];
-      if (!Calcolo->DistanzaPla(o)) continue;
-      if (CalcCmpRigVelid1::NonRiducibile(o)) break;
+    PerOgniDistanza(*Calcolo->Punti, s, [&](std::size_t k) {
       const auto r = static_cast<std::size_t>(riga);
-      const double calcolata = Misura(s.Punto, o.Punto).Distanza;
+      const double calcolata = Misura(s.Punto, s.Osservazioni[k].Punto).Distanza;
       Equazione equazione{.Tipo = TipoEquazione::Distanza,
                           .Stazione = static_cast<int>(i),
                           .Osservazione = static_cast<int>(k)};
@@ -170,7 +157,7 @@ void OsservatoreCalcolo::PrendiDistanze(int& riga) {
         equazione.Usato = (Calcolo->TermineNoto[r] + calcolata) * kMetriPerKm;
       equazione.SqmPriori = Calcolo->SigmaZeroPriori / std::sqrt(Calcolo->Peso[r]) * kMetriPerKm;
       R.Stazioni[i].Osservazioni[k].EqDistanza = Aggiungi(equazione, riga++, kMetriPerKm);
-    }
+    });
   }
 }
 
@@ -191,7 +178,7 @@ void OsservatoreCalcolo::PrendiPuntiAlt() {
   int incognita = Calcolo->nIncAlt;
   for (std::size_t i = 0; i < R.Stazioni.size(); ++i) {
     const TStaCr& s = (*Calcolo->Stazioni)[i];
-    if (!Calcolo->StazioneAlt(s) || s.AltStrumNota != kAltezzaIncognita) continue;
+    if (!StrumentoIncognito(*Calcolo->Punti, s)) continue;
     R.Stazioni[i].AltStrumCompensata = Calcolo->Soluzione[static_cast<std::size_t>(incognita)];
     if (ConCofattori()) R.Stazioni[i].SqmAltStrum = Sqm(incognita);
     ++incognita;
@@ -203,13 +190,9 @@ void OsservatoreCalcolo::PrendiPuntiAlt() {
 void OsservatoreCalcolo::PrendiDislivelli(int& riga) {
   for (std::size_t i = 0; i < R.Stazioni.size(); ++i) {
     const TStaCr& s = (*Calcolo->Stazioni)[i];
-    if (!Calcolo->StazioneAlt(s)) continue;
-    const TCoorCr& p = Calcolo->Punto(s.Punto);
-    for (std::size_t k = 0; k < s.Osservazioni.size(); ++k) {
-      const TOssCr& o = s.Osservazioni[k];
-      double distanzaQuadra = 0.0;
-      if (!Calcolo->ZenitAlt(s, o, distanzaQuadra)) continue;
-      const TCoorCr& t = Calcolo->Punto(o.Punto);
+    PerOgniDislivello(*Calcolo->Punti, s, [&](std::size_t k, double) {
+      const TCoorCr& p = Calcolo->Punto(s.Punto);
+      const TCoorCr& t = Calcolo->Punto(s.Osservazioni[k].Punto);
       double usato = Calcolo->TermineNoto[static_cast<std::size_t>(riga)];
       if (p.TipoAlt == kFisso) usato -= p.Quota;
       if (t.TipoAlt == kFisso) usato += t.Quota;
@@ -219,7 +202,7 @@ void OsservatoreCalcolo::PrendiDislivelli(int& riga) {
                                 .Osservazione = static_cast<int>(k),
                                 .Usato = usato};
       R.Stazioni[i].Osservazioni[k].Dislivello = Aggiungi(equazione, riga++, 1.0);
-    }
+    });
   }
 }
 

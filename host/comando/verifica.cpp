@@ -1,5 +1,5 @@
 // The page that the surveyor reads before adjusting: counts, approximate coordinates, connections,
-// closures, findings, verdict.
+// closures, findings, verdict. The verdict is that of an adjustment whose report goes nowhere.
 
 #include "host/comando/verifica.h"
 
@@ -8,6 +8,7 @@
 #include <iterator>
 #include <optional>
 #include <string_view>
+#include <tuple>
 #include <utility>
 
 #include "host/approssimate/approssimate.h"
@@ -16,6 +17,8 @@
 #include "host/base/percorsi.h"
 #include "host/base/terminale.h"
 #include "host/base/testi.h"
+#include "host/calcolo/calcolo.h"
+#include "host/calcolo/rapporto.h"
 #include "host/file_rete/lettura_rete.h"
 #include "host/giudizio/avvertimenti/avvertimenti.h"
 #include "host/giudizio/controlli/connessione.h"
@@ -23,6 +26,7 @@
 #include "host/importazione/lettore.h"
 #include "host/rete/campi.h"
 #include "host/rete/visuali.h"
+#include "host/uscite/sommario.h"
 
 namespace compensa {
 
@@ -30,6 +34,7 @@ namespace {
 
 constexpr int kColonna = 14;  // where the text after a label begins
 constexpr std::size_t kNoteMostrate = 200;
+constexpr std::size_t kOstacoliMostrati = 20;
 
 std::string Riga(std::string_view etichetta, const std::string& testo) {
   std::string riga(etichetta);
@@ -166,6 +171,36 @@ std::string Esclusi(const Connessione& connessione) {
   return testo;
 }
 
+// Whether a network can be adjusted is for the adjustment to say: nobody else knows whether its
+// iterations converge, and what a place of its own leaves free. Its report goes nowhere.
+Risultati Prova(Rete& rete) {
+  Rapporto nessuno;
+  return Compensa(rete, nessuno);
+}
+
+// Why an adjustment does not come to its end: what counting shows, else its outcome and what the
+// observations leave free.
+std::vector<std::string> Ostacoli(const Risultati& prova, const Connessione& connessione) {
+  std::vector<std::string> ostacoli;
+  for (const auto& [nome, compensazione, collegamento] :
+       {std::tuple("planimetria: ", &prova.Planimetria, &connessione.Pla),
+        std::tuple("altimetria: ", &prova.Altimetria, &connessione.Alt)}) {
+    const RisultatoCompensazione& c = *compensazione;
+    if (c.Fine == Esito::NonRichiesta || c.Fine == Esito::NonEseguita ||
+        (c.Fine == Esito::Riuscita && c.GradiLiberi == 0 && !c.NienteCalcolato()))
+      continue;
+    const std::vector<std::string>& contati = collegamento->Ostacoli;
+    ostacoli.insert(ostacoli.end(), contati.begin(), contati.end());
+    if (!contati.empty()) continue;
+    ostacoli.push_back(nome + TestoEsito(prova, c));
+    for (const MotoLibero& moto : c.MotiLiberi) {
+      if (ostacoli.size() == kOstacoliMostrati) break;
+      ostacoli.push_back(nome + moto.Parole);
+    }
+  }
+  return ostacoli;
+}
+
 std::string Verdetto(const std::vector<std::string>& ostacoli, const Connessione& connessione,
                      std::size_t rilievi) {
   std::string testo = "la rete non si può compensare così com'è";
@@ -202,8 +237,6 @@ Stato Verifica(const OpzioniVerifica& opzioni) {
   Accoda(rilievi, ControllaLetture(rete));
   Accoda(rilievi, ControllaMancanze(rete));
   Accoda(rilievi, ControllaPlausibilita(rete));
-  std::vector<std::string> ostacoli = connessione.Pla.Ostacoli;
-  ostacoli.insert(ostacoli.end(), connessione.Alt.Ostacoli.begin(), connessione.Alt.Ostacoli.end());
 
   std::string testo =
       Riga("Rete", opzioni.File +
@@ -218,13 +251,14 @@ Stato Verifica(const OpzioniVerifica& opzioni) {
   testo += Riga("Chiusure", TestoChiusure(chiusure));
   testo += TestoApprossimate(approssimate);
   if (!rilievi.empty()) testo += "\nRilievi\n" + TestoRilievi(rete, rilievi);
+  const Risultati prova = Prova(rete);
+  const std::vector<std::string> ostacoli = Ostacoli(prova, connessione);
   testo +=
       "\n" + Verdetto(ostacoli, connessione, rilievi.size() + approssimate.NonRaggiunti.size());
   FileSicuro uscita("-");
   uscita.Scrivi(testo);
   uscita.Conferma();
-  const bool intera = connessione.Pla.Mancanti + connessione.Alt.Mancanti == 0;
-  return ostacoli.empty() && intera ? kStatoRiuscito : kStatoNonCompensata;
+  return TutteRiuscite(prova) ? kStatoRiuscito : kStatoNonCompensata;
 }
 
 }  // namespace compensa

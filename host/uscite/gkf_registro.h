@@ -9,9 +9,7 @@
 #include "host/base/gkf_formato.h"
 #include "host/rete/risultati.h"
 
-namespace compensa {
-
-namespace gkf {
+namespace compensa::gkf {
 
 // Passes on the contents of the instructions, one a record, but for the last one.
 void Registra(const Risultati& risultati,
@@ -24,6 +22,4 @@ std::string Chiusura(const Impronta& impronta);
 // have.
 std::string Protetto(std::string_view testo);
 
-}  // namespace gkf
-
-}  // namespace compensa
+}  // namespace compensa::gkf

@@ -94,7 +94,7 @@ struct ProvaCalcolo : VistaProva, CalcCmpRigVelid1 {
   }
 
   using C::Angl2, C::CofattoreOsservazione, C::DistanzePresenti, C::ExZet, C::MinQua2;
-  using C::CreaEquazZe, C::StazioneAlt, C::Statistica, C::StatoCalcolo, C::RisultatiPla;
+  using C::CreaEquazZe, C::Statistica, C::StatoCalcolo, C::RisultatiPla;
   using C::Geogra, C::SubEllisse, C::Baarda, C::Cofattore, C::MaxEquaz;
   using C::SigmaZero, C::RaggioMedio, C::Input, C::CaricaTesto, C::AzzeraEquazioni, C::Tchol;
   using C::Sols, C::Inver, C::CreaEquazAng, C::CreaEquazDis, C::Anomalia, C::ExCentro, C::Gauss;

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "records/selezione.h"
 #include "tests/comuni/rete_prova.h"
 
 using namespace kzt5cmrg;
@@ -92,8 +93,7 @@ TEST(Coefficienti, Quote) {
     for (int i = 0; i < std::ssize(rete.Punti); ++i)
       if (rete.Punti[i].TipoAlt == kIncognito) prova(nota.Punti[i].Quota);
     for (int s = 0; s < std::ssize(rete.Stazioni); ++s)
-      if (job.StazioneAlt(rete.Stazioni[s]) && rete.Stazioni[s].AltStrumNota == kAltezzaIncognita)
-        prova(nota.Stazioni[s].AltStrum);
+      if (StrumentoIncognito(rete.Punti, rete.Stazioni[s])) prova(nota.Stazioni[s].AltStrum);
     EXPECT_GT(c, 0);
   }
 }

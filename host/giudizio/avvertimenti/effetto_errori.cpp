@@ -28,8 +28,8 @@ double Quadrato(const std::vector<double>& v) {
 
 }  // namespace
 
-Proiezione::Proiezione(const Risultati& risultati)
-    : S(EquazioniPlanimetria(risultati, Coordinate::Finali)),
+Proiezione::Proiezione(const Rete& rete, const Risultati& risultati)
+    : S(EquazioniPlanimetria(rete, risultati, Coordinate::Finali)),
       Riga(risultati.Equazioni.size(), kNessuno) {
   for (std::size_t r = 0; r < S.Righe.size(); ++r) {
     const RigaLibera& riga = S.Righe[r];

@@ -11,7 +11,7 @@ namespace compensa {
 
 class Proiezione {
  public:
-  explicit Proiezione(const Risultati& risultati);
+  Proiezione(const Rete& rete, const Risultati& risultati);
 
   // Qvv P d: the residuals that errors d of the observations cause, both in a-priori standard
   // deviations and in the order of Risultati::Equazioni. Empty when the work that one network may

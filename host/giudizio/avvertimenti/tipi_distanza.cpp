@@ -152,7 +152,7 @@ bool Esame::Spiega(double t, double S) const {
 std::vector<double> Esame::Residui(const GruppoDistanze& gruppo) {
   std::vector<double> errori(E.Equazioni.size(), 0.0);
   for (const DistanzaSospetta& s : gruppo) errori[IndiceDi(s)] = s.InSqm();
-  if (!P) P.emplace(E);
+  if (!P) P.emplace(R, E);
   return P->Residui(errori);
 }
 

@@ -1,7 +1,4 @@
-// Connectivity: groups of points by union of the ends of usable sights, and counts of equations.
-//   plan      readings of a set-up less one, and distances with their zenith angle
-//   height    sights with zenith angle, distance, target and instrument height, between two places
-//             on the plane, from which they get their weight
+// Connectivity: groups of points by union of the ends of the equations that the records give.
 // Each group needs a datum of its own: in plan two fixed points, in height one.
 //
 // A sight from station S with instrument height h to target T ties H(T) to the horizon of the
@@ -17,7 +14,7 @@
 #include <set>
 
 #include "host/base/testi.h"
-#include "host/rete/visuali.h"
+#include "records/selezione.h"
 
 namespace compensa {
 
@@ -48,10 +45,11 @@ class Gruppi {
   std::vector<int> Padre;
 };
 
-class Esame {
+class EsameConnessione {
  public:
-  explicit Esame(const Rete& rete)
+  explicit EsameConnessione(const Rete& rete)
       : R(rete),
+        Punti(rete.Punti),
         Direzioni(rete.Punti.size(), 0),
         Distanze(rete.Punti.size(), 0),
         SenzaPeso(rete.Punti.size(), 0) {}
@@ -60,27 +58,18 @@ class Esame {
  private:
   const std::string& Nome(int i) const { return R.Nomi[static_cast<std::size_t>(i)]; }
   int Ruolo(int i, Calcolo quale) const {
-    const RuoliPunto& ruoli = R.RuoliIniziali[static_cast<std::size_t>(i)];
-    return quale == kCalcoloPlanimetria ? ruoli.Pla : ruoli.Alt;
-  }
-  bool Pianta(int i) const {
-    const auto p = static_cast<std::size_t>(i);
-    return R.RuoliIniziali[p].Pla != kNonUsato && Assegnato(R.Punti[p].Est) &&
-           Assegnato(R.Punti[p].Nord);
-  }
-  bool Quota(int i) const {
-    const auto p = static_cast<std::size_t>(i);
-    return R.RuoliIniziali[p].Alt != kNonUsato && Assegnato(R.Punti[p].Quota);
+    const TCoorCr& p = Punti[static_cast<std::size_t>(i)];
+    return quale == kCalcoloPlanimetria ? p.TipoPla : p.TipoAlt;
   }
   // The node of the horizon of a set-up, after those of the points.
   int Orizzonte(int stazione) const { return static_cast<int>(R.Punti.size()) + stazione; }
   void EsaminaPianta();
   void EsaminaStazione(std::size_t s, Gruppi& gruppi);
-  bool InQuota(const TStaCr& stazione, const TOssCr& o);
+  void NotaSenzaPeso(const TStaCr& stazione, const TOssCr& o);
   void SegnalaSenzaPeso();
   void EsaminaQuote();
   void EsaminaStrumenti(Gruppi& gruppi);
-  void Raccogli(Gruppi& gruppi, const std::vector<char>& usati, Calcolo quale, Collegamento& c);
+  void Raccogli(Gruppi& gruppi, Calcolo quale, Collegamento& c);
   void Ostacola(Collegamento& c, int fissiPerGruppo, const char* che);
   void OstacolaGruppo(Collegamento& c, const std::vector<int>& gruppo, int fissi,
                       const std::string& che);
@@ -88,6 +77,7 @@ class Esame {
   std::string Elenco(const std::vector<int>& punti) const;
 
   const Rete& R;
+  std::vector<TCoorCr> Punti;  // with the roles that an adjustment would leave them
   Connessione C;
   std::vector<int> Direzioni, Distanze;   // of each point that enter angles and distances
   std::vector<int> Strumenti;             // set-ups in use, of unknown instrument height
@@ -95,7 +85,7 @@ class Esame {
   std::vector<int> SenzaPeso;  // height sights of each point lost for want of its coordinates
 };
 
-std::string Esame::Elenco(const std::vector<int>& punti) const {
+std::string EsameConnessione::Elenco(const std::vector<int>& punti) const {
   std::string testo;
   for (std::size_t i = 0; i < std::min(punti.size(), kNominati); ++i)
     testo += (i == 0 ? "" : ", ") + Cita(Nome(punti[i]));
@@ -103,20 +93,19 @@ std::string Esame::Elenco(const std::vector<int>& punti) const {
   return testo;
 }
 
-void Esame::EsaminaStazione(std::size_t s, Gruppi& gruppi) {
+void EsameConnessione::EsaminaStazione(std::size_t s, Gruppi& gruppi) {
   const TStaCr& stazione = R.Stazioni[s];
-  if (!Pianta(stazione.Punto)) return;
+  if (!StazionePla(Punti, stazione)) return;
   const auto qui = static_cast<std::size_t>(stazione.Punto);
-  std::vector<int> collimati;
-  for (const TOssCr& o : stazione.Osservazioni) {
-    if (!Pianta(o.Punto)) continue;
-    if (Assegnato(o.Direzione)) collimati.push_back(o.Punto);
-    if (!Assegnato(o.Distanza) || !Assegnato(o.Zenit)) continue;
-    ++C.Pla.Equazioni;
+  PerOgniDistanza(Punti, stazione, [&](std::size_t k) {
+    const int visto = stazione.Osservazioni[k].Punto;
     ++Distanze[qui];
-    ++Distanze[static_cast<std::size_t>(o.Punto)];
-    gruppi.Unisci(stazione.Punto, o.Punto);
-  }
+    ++Distanze[static_cast<std::size_t>(visto)];
+    gruppi.Unisci(stazione.Punto, visto);
+  });
+  std::vector<int> collimati;
+  for (const TOssCr& o : stazione.Osservazioni)
+    if (LetturaPla(Punti, o)) collimati.push_back(o.Punto);
   if (collimati.size() == 1)
     C.Trovati.push_back({R.PosizioniStazioni[s],
                          {.Record = NomeStazione(Nome(stazione.Punto)),
@@ -124,7 +113,6 @@ void Esame::EsaminaStazione(std::size_t s, Gruppi& gruppi) {
                                       "): non forma angoli",
                           .Suggerimento = "letture dello stesso giro scritte in più stazioni?"}});
   if (collimati.size() < 2) return;
-  C.Pla.Equazioni += static_cast<int>(collimati.size()) - 1;
   for (const int p : collimati) {
     ++Direzioni[static_cast<std::size_t>(p)];
     ++Direzioni[qui];
@@ -132,19 +120,20 @@ void Esame::EsaminaStazione(std::size_t s, Gruppi& gruppi) {
   }
 }
 
-void Esame::Raccogli(Gruppi& gruppi, const std::vector<char>& usati, Calcolo quale,
-                     Collegamento& c) {
+void EsameConnessione::Raccogli(Gruppi& gruppi, Calcolo quale, Collegamento& c) {
   std::vector<std::vector<int>> perRadice(R.Punti.size());
   for (std::size_t i = 0; i < R.Punti.size(); ++i) {
     const int p = static_cast<int>(i);
-    const int ruolo = Ruolo(p, quale);
-    const bool conValore = quale == kCalcoloPlanimetria ? Pianta(p) : Quota(p);
-    c.Mancanti += !conValore && ruolo == kIncognito ? 1 : 0;
-    if (!conValore || (ruolo == kFisso && usati[i] == 0)) continue;
-    ruolo == kFisso ? ++c.Fissi : ++c.Incogniti;
+    const RuoliPunto& voluti = R.RuoliIniziali[i];
+    const int voluto = quale == kCalcoloPlanimetria ? voluti.Pla : voluti.Alt;
+    if (Ruolo(p, quale) == kNonUsato) {
+      c.Mancanti += voluto == kIncognito ? 1 : 0;
+      continue;
+    }
+    Ruolo(p, quale) == kFisso ? ++c.Fissi : ++c.Incogniti;
     perRadice[static_cast<std::size_t>(gruppi.Trova(p))].push_back(p);
   }
-  // A fixed point under an instrument of unknown height may be by itself, and lacks nothing.
+  // A fixed point without a sight of its own lacks nothing.
   const auto fissoSolo = [&](const std::vector<int>& gruppo) {
     return gruppo.size() == 1 && Ruolo(gruppo.front(), quale) == kFisso;
   };
@@ -154,7 +143,7 @@ void Esame::Raccogli(Gruppi& gruppi, const std::vector<char>& usati, Calcolo qua
                    [](const auto& a, const auto& b) { return a.size() > b.size(); });
 }
 
-void Esame::Ostacola(Collegamento& c, int fissiPerGruppo, const char* che) {
+void EsameConnessione::Ostacola(Collegamento& c, int fissiPerGruppo, const char* che) {
   const bool pla = fissiPerGruppo > 1;
   if (c.Incogniti == 0 && c.Mancanti > 0)
     c.Ostacoli.push_back(std::string(che) + ": nessun punto incognito ha " +
@@ -181,8 +170,8 @@ void Esame::Ostacola(Collegamento& c, int fissiPerGruppo, const char* che) {
   }
 }
 
-void Esame::OstacolaGruppo(Collegamento& c, const std::vector<int>& gruppo, int fissi,
-                           const std::string& che) {
+void EsameConnessione::OstacolaGruppo(Collegamento& c, const std::vector<int>& gruppo, int fissi,
+                                      const std::string& che) {
   const bool solo = gruppo.size() == 1;
   std::string dove;  // the instruments that keep it apart
   if (const auto i = Isolanti.find(gruppo.front()); &c == &C.Alt && i != Isolanti.end())
@@ -200,7 +189,7 @@ void Esame::OstacolaGruppo(Collegamento& c, const std::vector<int>& gruppo, int 
 }
 
 // Notes which groups an unknown instrument height keeps apart, under the first point of each.
-void Esame::EsaminaStrumenti(Gruppi& gruppi) {
+void EsameConnessione::EsaminaStrumenti(Gruppi& gruppi) {
   for (const int s : Strumenti) {
     const int punto = R.Stazioni[static_cast<std::size_t>(s)].Punto;
     const int sotto = gruppi.Trova(punto);
@@ -222,7 +211,7 @@ void Esame::EsaminaStrumenti(Gruppi& gruppi) {
 
 // An unknown point needs two elements; the adjustment does not start with one that has less than
 // two readings and no distance.
-void Esame::PuntiDeboli() {
+void EsameConnessione::PuntiDeboli() {
   std::vector<char> toccati(R.Punti.size(), 0);
   for (const TStaCr& s : R.Stazioni)
     for (const TOssCr& o : s.Osservazioni) {
@@ -241,8 +230,7 @@ void Esame::PuntiDeboli() {
       continue;
     }
     const int elementi = Direzioni[i] + Distanze[i];
-    if (!C.Pla.Richiesto || ruoli.Pla != kIncognito || !Pianta(static_cast<int>(i)) || elementi > 1)
-      continue;
+    if (!C.Pla.Richiesto || Punti[i].TipoPla != kIncognito || elementi > 1) continue;
     C.Trovati.push_back(
         {R.PosizioniPunti[i],
          {.Record = punto,
@@ -253,34 +241,29 @@ void Esame::PuntiDeboli() {
   }
 }
 
-void Esame::EsaminaPianta() {
+void EsameConnessione::EsaminaPianta() {
+  AbbassaRuoliPla(Punti, R.Stazioni);
+  const Dimensioni n = DimensioniPla(Punti, R.Stazioni);
+  C.Pla.Incognite = n.Incognite;
+  C.Pla.Equazioni = n.Equazioni;
   Gruppi gruppi(R.Punti.size());
   for (std::size_t s = 0; s < R.Stazioni.size(); ++s) EsaminaStazione(s, gruppi);
-  std::vector<char> usati(R.Punti.size(), 0);
-  for (std::size_t i = 0; i < usati.size(); ++i) usati[i] = Direzioni[i] + Distanze[i] > 0 ? 1 : 0;
-  Raccogli(gruppi, usati, kCalcoloPlanimetria, C.Pla);
-  C.Pla.Incognite = 2 * C.Pla.Incogniti;
+  Raccogli(gruppi, kCalcoloPlanimetria, C.Pla);
 }
 
-// From a station that is in use. Coordinates count also of points that are excluded in plan; a
-// sight that lacks nothing else is noted with the ends that have none.
-bool Esame::InQuota(const TStaCr& stazione, const TOssCr& o) {
-  if (!Quota(o.Punto) || !Assegnato(o.Zenit) || !Assegnato(o.Distanza) || !Assegnato(o.AltSegnale))
-    return false;
-  bool situati = true;
+// Notes the ends of a sight that lacks nothing but their plane coordinates.
+void EsameConnessione::NotaSenzaPeso(const TStaCr& stazione, const TOssCr& o) {
+  if (!Esiste(Punti, o.Punto) || Ruolo(o.Punto, kCalcoloAltimetria) == kNonUsato ||
+      !Assegnato(o.Zenit) || !Assegnato(o.Distanza) || !Assegnato(o.AltSegnale))
+    return;
   for (const int estremo : {stazione.Punto, o.Punto}) {
-    const TCoorCr& p = R.Punti[static_cast<std::size_t>(estremo)];
-    if (Assegnato(p.Est) && Assegnato(p.Nord)) continue;
-    situati = false;
-    ++SenzaPeso[static_cast<std::size_t>(estremo)];
+    const TCoorCr& p = Punti[static_cast<std::size_t>(estremo)];
+    if (!Assegnato(p.Est) || !Assegnato(p.Nord)) ++SenzaPeso[static_cast<std::size_t>(estremo)];
   }
-  const TCoorCr& da = R.Punti[static_cast<std::size_t>(stazione.Punto)];
-  const TCoorCr& a = R.Punti[static_cast<std::size_t>(o.Punto)];
-  return situati && (da.Est != a.Est || da.Nord != a.Nord);
 }
 
 // Points whose coordinates are looked for in plan are told with those that were not reached there.
-void Esame::SegnalaSenzaPeso() {
+void EsameConnessione::SegnalaSenzaPeso() {
   for (std::size_t i = 0; i < SenzaPeso.size(); ++i) {
     if (SenzaPeso[i] == 0 || (C.Pla.Richiesto && R.RuoliIniziali[i].Pla != kNonUsato)) continue;
     C.Trovati.push_back(
@@ -293,29 +276,28 @@ void Esame::SegnalaSenzaPeso() {
   }
 }
 
-void Esame::EsaminaQuote() {
+void EsameConnessione::EsaminaQuote() {
+  AbbassaRuoliAlt(Punti, R.Stazioni);
+  const Dimensioni n = DimensioniAlt(Punti, R.Stazioni);
+  C.Alt.Incognite = n.Incognite;
+  C.Alt.Equazioni = n.Equazioni;
   Gruppi gruppi(R.Punti.size() + R.Stazioni.size());
-  std::vector<char> usati(R.Punti.size(), 0);
   for (std::size_t s = 0; s < R.Stazioni.size(); ++s) {
     const TStaCr& stazione = R.Stazioni[s];
-    if (!Quota(stazione.Punto) || !Assegnato(stazione.AltStrum)) continue;
-    const bool incognita = stazione.AltStrumNota == kAltezzaIncognita;
+    if (!StazioneAlt(Punti, stazione)) continue;
+    const bool incognita = StrumentoIncognito(Punti, stazione);
     if (incognita) Strumenti.push_back(static_cast<int>(s));
     const int orizzonte = incognita ? Orizzonte(static_cast<int>(s)) : stazione.Punto;
-    for (const TOssCr& o : stazione.Osservazioni) {
-      if (!InQuota(stazione, o)) continue;
-      ++C.Alt.Equazioni;
-      usati[static_cast<std::size_t>(stazione.Punto)] = 1;
-      usati[static_cast<std::size_t>(o.Punto)] = 1;
-      gruppi.Unisci(orizzonte, o.Punto);
-    }
+    PerOgniDislivello(Punti, stazione, [&](std::size_t k, double) {
+      gruppi.Unisci(orizzonte, stazione.Osservazioni[k].Punto);
+    });
+    for (const TOssCr& o : stazione.Osservazioni) NotaSenzaPeso(stazione, o);
   }
-  Raccogli(gruppi, usati, kCalcoloAltimetria, C.Alt);
-  C.Alt.Incognite = C.Alt.Incogniti + static_cast<int>(Strumenti.size());
+  Raccogli(gruppi, kCalcoloAltimetria, C.Alt);
   EsaminaStrumenti(gruppi);
 }
 
-Connessione Esame::Esegui() {
+Connessione EsameConnessione::Esegui() {
   C.Pla.Richiesto = (R.Opzioni.TipoCalcolo & kCalcoloPlanimetria) != 0;
   C.Alt.Richiesto = (R.Opzioni.TipoCalcolo & kCalcoloAltimetria) != 0;
   if (C.Pla.Richiesto) {
@@ -333,6 +315,6 @@ Connessione Esame::Esegui() {
 
 }  // namespace
 
-Connessione EsaminaConnessione(const Rete& rete) { return Esame(rete).Esegui(); }
+Connessione EsaminaConnessione(const Rete& rete) { return EsameConnessione(rete).Esegui(); }
 
 }  // namespace compensa

@@ -10,6 +10,7 @@
 #include <cmath>
 
 #include "host/base/unita.h"
+#include "records/selezione.h"
 
 namespace compensa {
 
@@ -33,15 +34,10 @@ void Aggiungi(RigaLibera& riga, int nodo, double primo, double secondo) {
   riga.Coeff[k][1] += secondo;
 }
 
-bool FuoriCentroSenzaDirezione(const RisultatoOsservazione& o) {
-  const bool fuoriCentro =
-      o.TipoDist == kFuoriCentro10 || o.TipoDist == kFuoriCentro20 || o.TipoDist == kFuoriCentro30;
-  return fuoriCentro && Presente(o.Direzione) && !(o.Direzione > 0.0);
-}
-
 class Costruttore {
  public:
-  Costruttore(const Risultati& risultati, Coordinate quali) : R(risultati), Quali(quali) {}
+  Costruttore(const Rete& rete, const Risultati& risultati, Coordinate quali)
+      : N(rete), R(risultati), Quali(quali) {}
   SistemaLibero Planimetria();
   SistemaLibero Altimetria();
 
@@ -53,21 +49,15 @@ class Costruttore {
                                         : Posto{p.Est, p.Nord};
   }
   int Nodo(int punto) const { return S.NodoDiPunto[static_cast<std::size_t>(punto)]; }
-  bool InPianta(int punto) const {
-    return punto >= 0 && punto < static_cast<int>(R.Punti.size()) &&
-           Punto(punto).Ruoli.Pla != kNonUsato;
-  }
-  bool InQuota(int punto) const {
-    return punto >= 0 && punto < static_cast<int>(R.Punti.size()) &&
-           Punto(punto).Ruoli.Alt != kNonUsato;
-  }
   void AggiungiNodo(int punto, int strumento);
   void CollocaNodi();
   void Azimut(RigaLibera& riga, int da, int a, double fattore) const;
-  void AggiungiAngoli(int stazione);
-  void AggiungiDistanze(int stazione);
-  void AggiungiDislivelli(int stazione, int nodoStrumento);
+  static RigaLibera Nuova(TipoEquazione tipo, std::size_t stazione, std::size_t osservazione);
+  void AggiungiAngoli(std::size_t stazione);
+  void AggiungiDistanze(std::size_t stazione);
+  void AggiungiDislivelli(std::size_t stazione, int nodoStrumento);
 
+  const Rete& N;  // the records, with the roles that the run has left
   const Risultati& R;
   Coordinate Quali;
   SistemaLibero S;
@@ -96,103 +86,90 @@ void Costruttore::Azimut(RigaLibera& riga, int da, int a, double fattore) const 
   Aggiungi(riga, Nodo(da), -suEst, -suNord);
 }
 
-void Costruttore::AggiungiAngoli(int stazione) {
-  const RisultatoStazione& s = R.Stazioni[static_cast<std::size_t>(stazione)];
-  const double fattore = 1.0 / (OAltrimenti(R.Opzioni.SqmDir, kSqmDirezione) * kRadPerGon);
-  int riferimento = kNessuno;
-  for (std::size_t k = 0; k < s.Osservazioni.size(); ++k) {
-    const RisultatoOsservazione& o = s.Osservazioni[k];
-    if (!InPianta(o.Punto) || !Presente(o.Direzione)) continue;
-    if (riferimento == kNessuno) {
-      riferimento = static_cast<int>(k);
-      continue;
-    }
-    RigaLibera riga;
-    riga.Stazione = stazione;
-    riga.Osservazione = static_cast<int>(k);
-    riga.Riferimento = riferimento;
-    Azimut(riga, s.Punto, o.Punto, fattore);
-    Azimut(riga, s.Punto, s.Osservazioni[static_cast<std::size_t>(riferimento)].Punto, -fattore);
-    S.Righe.push_back(riga);
-  }
+RigaLibera Costruttore::Nuova(TipoEquazione tipo, std::size_t stazione, std::size_t osservazione) {
+  RigaLibera riga;
+  riga.Tipo = tipo;
+  riga.Stazione = static_cast<int>(stazione);
+  riga.Osservazione = static_cast<int>(osservazione);
+  return riga;
 }
 
-// The first distance that cannot be brought to the centre ends the distances of its set-up.
-void Costruttore::AggiungiDistanze(int stazione) {
-  const RisultatoStazione& s = R.Stazioni[static_cast<std::size_t>(stazione)];
-  for (std::size_t k = 0; k < s.Osservazioni.size(); ++k) {
-    const RisultatoOsservazione& o = s.Osservazioni[k];
-    if (!InPianta(o.Punto) || !Presente(o.Distanza) || !Presente(o.Zenit)) continue;
-    if (FuoriCentroSenzaDirezione(o)) return;
-    const Posto d = Luogo(o.Punto) - Luogo(s.Punto);
+void Costruttore::AggiungiAngoli(std::size_t stazione) {
+  const TStaCr& s = N.Stazioni[stazione];
+  const double fattore = 1.0 / (OAltrimenti(R.Opzioni.SqmDir, kSqmDirezione) * kRadPerGon);
+  PerOgniAngolo(N.Punti, s, [&](std::size_t riferimento, std::size_t k) {
+    RigaLibera riga = Nuova(TipoEquazione::Angolo, stazione, k);
+    riga.Riferimento = static_cast<int>(riferimento);
+    Azimut(riga, s.Punto, s.Osservazioni[k].Punto, fattore);
+    Azimut(riga, s.Punto, s.Osservazioni[riferimento].Punto, -fattore);
+    S.Righe.push_back(riga);
+  });
+}
+
+void Costruttore::AggiungiDistanze(std::size_t stazione) {
+  const TStaCr& s = N.Stazioni[stazione];
+  PerOgniDistanza(N.Punti, s, [&](std::size_t k) {
+    const int collimato = s.Osservazioni[k].Punto;
+    const Posto d = Luogo(collimato) - Luogo(s.Punto);
     const double lunghezza = Lunghezza(d);
-    RigaLibera riga;
-    riga.Tipo = TipoEquazione::Distanza;
-    riga.Stazione = stazione;
-    riga.Osservazione = static_cast<int>(k);
+    RigaLibera riga = Nuova(TipoEquazione::Distanza, stazione, k);
     if (lunghezza > 0.0) {
       const double sigma = OAltrimenti(
           R.Opzioni.SqmDistCost + R.Opzioni.SqmDistProp * lunghezza / kMetriPerKm, kSqmDistanza);
       const Posto u = (1.0 / (lunghezza * sigma)) * d;
-      Aggiungi(riga, Nodo(o.Punto), u.Est, u.Nord);
+      Aggiungi(riga, Nodo(collimato), u.Est, u.Nord);
       Aggiungi(riga, Nodo(s.Punto), -u.Est, -u.Nord);
     }
     S.Righe.push_back(riga);
-  }
+  });
 }
 
 SistemaLibero Costruttore::Planimetria() {
   S.NodoDiPunto.assign(R.Punti.size(), kNessuno);
   for (std::size_t i = 0; i < R.Punti.size(); ++i) {
-    const int ruolo = R.Punti[i].Ruoli.Pla;
+    const int ruolo = N.Punti[i].TipoPla;
     if (ruolo == kIncognito || ruolo == kCompensato) AggiungiNodo(static_cast<int>(i), kNessuno);
   }
   CollocaNodi();
-  for (std::size_t i = 0; i < R.Stazioni.size(); ++i) {
-    if (!InPianta(R.Stazioni[i].Punto)) continue;
-    AggiungiAngoli(static_cast<int>(i));
-    AggiungiDistanze(static_cast<int>(i));
+  for (std::size_t i = 0; i < N.Stazioni.size(); ++i) {
+    AggiungiAngoli(i);
+    AggiungiDistanze(i);
   }
   S.Indicizza();
   return std::move(S);
 }
 
 // The error of a height difference grows with the length of its sight.
-void Costruttore::AggiungiDislivelli(int stazione, int nodoStrumento) {
-  const RisultatoStazione& s = R.Stazioni[static_cast<std::size_t>(stazione)];
+void Costruttore::AggiungiDislivelli(std::size_t stazione, int nodoStrumento) {
+  const TStaCr& s = N.Stazioni[stazione];
   const double zenit = OAltrimenti(R.Opzioni.SqmDir, kSqmDirezione) * kRadPerGon;
-  for (std::size_t k = 0; k < s.Osservazioni.size(); ++k) {
-    const RisultatoOsservazione& o = s.Osservazioni[k];
-    if (!InQuota(o.Punto) || !Presente(o.Distanza) || !Presente(o.Zenit) || !Presente(o.AltSegnale))
-      continue;
-    const double lunghezza = Lunghezza(Luogo(o.Punto) - Luogo(s.Punto));
-    if (!(lunghezza > 0.0)) continue;  // also without plane coordinates
+  PerOgniDislivello(N.Punti, s, [&](std::size_t k, double) {
+    const int collimato = s.Osservazioni[k].Punto;
+    const double lunghezza = Lunghezza(Luogo(collimato) - Luogo(s.Punto));
+    if (!(lunghezza > 0.0)) return;
     const double peso = 1.0 / (lunghezza * zenit);
-    RigaLibera riga;
-    riga.Tipo = TipoEquazione::Dislivello;
-    riga.Stazione = stazione;
-    riga.Osservazione = static_cast<int>(k);
-    Aggiungi(riga, Nodo(o.Punto), peso, 0.0);
+    RigaLibera riga = Nuova(TipoEquazione::Dislivello, stazione, k);
+    Aggiungi(riga, Nodo(collimato), peso, 0.0);
     Aggiungi(riga, Nodo(s.Punto), -peso, 0.0);
     Aggiungi(riga, nodoStrumento, -peso, 0.0);
     S.Righe.push_back(riga);
-  }
+  });
 }
 
 SistemaLibero Costruttore::Altimetria() {
   S.Passo = 1;
   S.NodoDiPunto.assign(R.Punti.size(), kNessuno);
   for (std::size_t i = 0; i < R.Punti.size(); ++i) {
-    const int ruolo = R.Punti[i].Ruoli.Alt;
+    const int ruolo = N.Punti[i].TipoAlt;
     if (ruolo == kIncognito || ruolo == kCompensato) AggiungiNodo(static_cast<int>(i), kNessuno);
   }
-  for (std::size_t i = 0; i < R.Stazioni.size(); ++i) {
-    const RisultatoStazione& s = R.Stazioni[i];
-    if (!InQuota(s.Punto) || !Presente(s.AltStrum)) continue;
-    const auto stazione = static_cast<int>(i);
-    const int strumento = s.AltStrumNota ? kNessuno : S.Nodi();
-    if (strumento != kNessuno) AggiungiNodo(s.Punto, stazione);
-    AggiungiDislivelli(stazione, strumento);
+  for (std::size_t i = 0; i < N.Stazioni.size(); ++i) {
+    int strumento = kNessuno;
+    if (StrumentoIncognito(N.Punti, N.Stazioni[i])) {
+      strumento = S.Nodi();
+      AggiungiNodo(N.Stazioni[i].Punto, static_cast<int>(i));
+    }
+    AggiungiDislivelli(i, strumento);
   }
   S.Indicizza();
   return std::move(S);
@@ -219,12 +196,12 @@ void SistemaLibero::Indicizza() {
   visita([&](std::size_t nodo, int riga) { Indice[libero[nodo]++] = riga; });
 }
 
-SistemaLibero EquazioniPlanimetria(const Risultati& risultati, Coordinate quali) {
-  return Costruttore(risultati, quali).Planimetria();
+SistemaLibero EquazioniPlanimetria(const Rete& rete, const Risultati& risultati, Coordinate quali) {
+  return Costruttore(rete, risultati, quali).Planimetria();
 }
 
-SistemaLibero EquazioniAltimetria(const Risultati& risultati) {
-  return Costruttore(risultati, Coordinate::Finali).Altimetria();
+SistemaLibero EquazioniAltimetria(const Rete& rete, const Risultati& risultati) {
+  return Costruttore(rete, risultati, Coordinate::Finali).Altimetria();
 }
 
 }  // namespace compensa

@@ -49,12 +49,11 @@ struct SistemaLibero {
 // Which coordinates the equations of a plan are built on.
 enum class Coordinate { DelFile, Finali };
 
-// Angles from the reference reading of each set-up and distances, of the points that take part in
-// plan at the end of the run. Eccentricities and reductions are left out: they hardly turn or
-// stretch a sight.
-SistemaLibero EquazioniPlanimetria(const Risultati& risultati, Coordinate quali);
+// Angles from the reference reading of each set-up and distances, of the records as a run has left
+// them. Eccentricities and reductions are left out: they hardly turn or stretch a sight.
+SistemaLibero EquazioniPlanimetria(const Rete& rete, const Risultati& risultati, Coordinate quali);
 
-// Height differences from zenith angles, of the points that take part in height.
-SistemaLibero EquazioniAltimetria(const Risultati& risultati);
+// Height differences from zenith angles.
+SistemaLibero EquazioniAltimetria(const Rete& rete, const Risultati& risultati);
 
 }  // namespace compensa

@@ -116,14 +116,14 @@ void AttribuisciAlleApprossimate(Risultati& r, std::ptrdiff_t passi) {
       dove + " il calcolo non può proseguire; servono approssimate migliori, non altre misure";
 }
 
-void SpiegaPlanimetria(Risultati& r) {
-  const SistemaLibero iniziale = EquazioniPlanimetria(r, Coordinate::DelFile);
+void SpiegaPlanimetria(const Rete& rete, Risultati& r) {
+  const SistemaLibero iniziale = EquazioniPlanimetria(rete, r, Coordinate::DelFile);
   if (!Finito(iniziale)) return;
   if (Spiegazione(r, iniziale, r.Planimetria).Moti()) return;
   const auto passi = std::ssize(r.Planimetria.Iterazioni) -
                      (r.Planimetria.Fine == Esito::NormaleSingolare ? 1 : 0);
   if (passi > 0) {
-    const SistemaLibero finale = EquazioniPlanimetria(r, Coordinate::Finali);
+    const SistemaLibero finale = EquazioniPlanimetria(rete, r, Coordinate::Finali);
     if (Finito(finale) && Spiegazione(r, finale, r.Planimetria).Moti()) {
       AttribuisciAlleApprossimate(r, passi);
       return;
@@ -132,18 +132,18 @@ void SpiegaPlanimetria(Risultati& r) {
   Spiegazione(r, iniziale, r.Planimetria).MotoPiuDebole();
 }
 
-void SpiegaAltimetria(Risultati& r) {
-  const SistemaLibero sistema = EquazioniAltimetria(r);
+void SpiegaAltimetria(const Rete& rete, Risultati& r) {
+  const SistemaLibero sistema = EquazioniAltimetria(rete, r);
   Spiegazione spiegazione(r, sistema, r.Altimetria);
   if (!spiegazione.Moti()) spiegazione.MotoPiuDebole();
 }
 
 }  // namespace
 
-void SpiegaIndeterminazione(Risultati& r) {
+void SpiegaIndeterminazione(const Rete& rete, Risultati& r) {
   try {
-    if (DaSpiegare(r, r.Planimetria)) SpiegaPlanimetria(r);
-    if (DaSpiegare(r, r.Altimetria)) SpiegaAltimetria(r);
+    if (DaSpiegare(r, r.Planimetria)) SpiegaPlanimetria(rete, r);
+    if (DaSpiegare(r, r.Altimetria)) SpiegaAltimetria(rete, r);
   } catch (const std::bad_alloc&) {  // the outcome itself is worth more
     for (RisultatoCompensazione* c : {&r.Planimetria, &r.Altimetria}) {
       c->MotiLiberi.clear();

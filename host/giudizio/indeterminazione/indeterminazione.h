@@ -10,6 +10,6 @@ namespace compensa {
 // fix the network, or were not run for that reason, and of those that came to an end but did not
 // converge or have standard deviations beyond all bounds. Memory that cannot be had leaves them
 // without. To be called when the run has ended.
-void SpiegaIndeterminazione(Risultati& risultati);
+void SpiegaIndeterminazione(const Rete& rete, Risultati& risultati);
 
 }  // namespace compensa

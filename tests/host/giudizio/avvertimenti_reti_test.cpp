@@ -84,7 +84,7 @@ TEST(AvvertimentiReti, Proiezione) {
     Rete r = DaProva(CaricaRete(nome));
     Rapporto rapporto;
     const Risultati risultati = Compensa(r, rapporto);
-    Proiezione proiezione(risultati);
+    Proiezione proiezione(r, risultati);
     for (std::size_t e = 0; e < risultati.Equazioni.size(); e += 3) {
       if (risultati.Equazioni[e].Tipo == TipoEquazione::Dislivello) continue;
       std::vector<double> errori(risultati.Equazioni.size(), 0.0);

@@ -148,7 +148,7 @@ TEST(Indeterminazione, MotoDebole) {
 
 // Sum of the motions found; each leaves the observations as they are, and all of them are told.
 int Conta(Rete& rete, std::size_t& corpi) {
-  const auto sistema = EquazioniPlanimetria(RisultatiIniziali(rete), Coordinate::DelFile);
+  const auto sistema = EquazioniPlanimetria(rete, RisultatiIniziali(rete), Coordinate::DelFile);
   Nucleo nucleo = CalcolaNucleo(sistema);
   int gradi = 0, detti = 0;
   for (const NodoLibero& n : nucleo.Nodi) {
@@ -224,7 +224,7 @@ TEST(Indeterminazione, CentriDetti) {
       Osserva(rete, a, direzione, !direzione);
     }
     const Risultati r = RisultatiIniziali(rete);
-    const auto sistema = EquazioniPlanimetria(r, Coordinate::DelFile);
+    const auto sistema = EquazioniPlanimetria(rete, r, Coordinate::DelFile);
     for (const ParteLibera& parte : CalcolaNucleo(sistema).Parti)
       for (const MotoInsieme& m : Scomponi(sistema, parte)) {
         const MotoLibero detto = MotoDiInsieme(r, sistema, m);

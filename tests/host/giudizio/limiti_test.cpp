@@ -30,7 +30,7 @@ Rete Costruisci(const std::string& rilievo, const std::string& fissi) {
   rete.Opzioni = {0.005, 0.002, 0.001, 10, kCalcoloPlanimetria | kCalcoloAltimetria, 0};
   for (char c = 'A'; c < 'G'; ++c) {
     const int ruolo = rilievo.find(c) == rilievo.npos ? kNonUsato : fissi.find(c) + 1 != 0;
-    rete.Punti.push_back({"", 1.5e6, kN0 + 1000 * (c - 'A'), 0});
+    rete.Punti.push_back({"", 1.5e6, kN0 + 1000 * (c - 'A'), 0, 0, ruolo, ruolo});
     rete.Nomi.emplace_back(1, c);
     rete.RuoliIniziali.push_back({ruolo, ruolo});  // kFisso is 1, kIncognito 0
   }
