@@ -68,6 +68,23 @@ Carattere PrimoCarattere(std::string_view utf8) {
   return {codice, lunghezza};
 }
 
+bool AmmessoInXml(char32_t codice) {
+  return codice >= U' ' ? codice != 0xFFFE && codice != 0xFFFF
+                        : codice == U'\t' || codice == U'\n' || codice == U'\r';
+}
+
+std::string PerXml(std::string_view utf8) {
+  constexpr std::string_view kSostituto = "?";
+  std::string lecito;
+  while (!utf8.empty()) {
+    const Carattere c = PrimoCarattere(utf8);
+    const bool ammesso = c.Lunghezza > 0 && AmmessoInXml(c.Codice);
+    lecito += ammesso ? utf8.substr(0, c.Lunghezza) : kSostituto;
+    utf8.remove_prefix(std::max<std::size_t>(c.Lunghezza, 1));
+  }
+  return lecito;
+}
+
 bool Utf8Valido(std::string_view byte) {
   while (!byte.empty()) {
     const std::size_t lunghezza = PrimoCarattere(byte).Lunghezza;

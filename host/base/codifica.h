@@ -31,6 +31,12 @@ struct Carattere {
 };
 Carattere PrimoCarattere(std::string_view utf8);
 
+// Whether an XML document may hold the character: no control character but tab and ends of lines, not
+// U+FFFE, U+FFFF.
+bool AmmessoInXml(char32_t codice);
+// The text with "?" in the place of what an XML document may not hold.
+std::string PerXml(std::string_view utf8);
+
 // The usual name of a code point: "U+00E0".
 std::string CodiceUnicode(char32_t codice);
 

@@ -99,6 +99,7 @@ BattutaLibretto Unita(const Battute& battute) {
   }
   unita.SqmDirezione = SqmMedia(battute, &BattutaLibretto::SqmDirezione, direzioni.size());
   unita.SqmDistanza = SqmMedia(battute, &BattutaLibretto::SqmDistanza, distanze.size());
+  unita.SqmDistProporzionale /= std::sqrt(std::max(static_cast<double>(distanze.size()), 1.0));
   return unita;
 }
 

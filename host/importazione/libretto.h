@@ -44,6 +44,7 @@ struct BattutaLibretto {
   int TipoDist = kInclinata;
   std::optional<double> SqmDirezione;  // [gon], where the format gives them by observation
   std::optional<double> SqmDistanza;   // [m]
+  double SqmDistProporzionale = 0.0;   // what it grows by with the distance [m/km]
   Posizione Dove;
 };
 

@@ -17,11 +17,10 @@ constexpr std::size_t kPezzo = std::size_t{1} << 16;  // bytes passed on at a ti
 }  // namespace
 
 std::string Protetto(std::string_view testo) {
-  std::string convertito;
-  if (!Utf8Valido(testo)) testo = convertito = DaWindows1252(testo);
   std::string protetto;
   protetto.reserve(testo.size());
-  for (const char c : testo) switch (c) {
+  for (const char c : PerXml(Utf8Valido(testo) ? std::string(testo) : DaWindows1252(testo)))
+    switch (c) {
       case '&': protetto += "&amp;"; break;
       case '<': protetto += "&lt;"; break;
       case '>': protetto += "&gt;"; break;

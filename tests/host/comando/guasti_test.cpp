@@ -126,7 +126,7 @@ TEST_F(Guasti, OgniAllocazione) {
   const std::vector<const char*> kRighe[] = {
       {"", "zeman.toml", "-ou/", "--html=u/", "--csv=u/", "--dxf=u/", "--gpkg=u/", "--json=u/"},
       {"", "zeman.toml", "stazione_libera.toml", "-q", "-o", "u/", "--gkf", "u/"},
-      {"", "importa", "zeman.gkf", "-o", "u/r.toml"},
+      {"", "importa", "zeman.gkf", "--ignora-non-supportati", "-o", "u/r.toml"},
       {"", "verifica", "zeman.toml", "stazione_libera.toml"},
       {"", "genera", "man1"}};
   ASSERT_EQ(std::get<0>(Esegui("$C zeman.toml -q --gkf && mkdir u")), 0);
@@ -168,7 +168,8 @@ const struct CasoDisco {
 } kDischi[] = {
     {"ulimit -f 8; for o in -o --html --csv --dxf --gpkg --gkf --json; do $Z $o u/; echo $?; done",
      0, "4\n4\n4\n4\n4\n4\n4\n", "zeman.punti.csv\": il file supera la grandezza"},
-    {"ulimit -f 8; $C importa zeman.gkf -o u/r.toml", 4, "", "supera la grandezza"},
+    {"ulimit -f 8; $C importa zeman.gkf --ignora-non-supportati -o u/r.toml", 4, "",
+     "supera la grandezza"},
     {"echo vecchio > u/zeman.json; ulimit -f 250; $Z -o u/ --json u/ --dxf u/; ls u; cat u/*", 0,
      "zeman.json\nvecchio\n", "zeman.dxf\": il file supera"},
     {"ulimit -f 20; $C zeman.toml stazione_libera.toml -q -o u/", 4, "e_libera.toml", "supera"},

@@ -137,7 +137,7 @@ const struct CasoCompleta {
     {[](O&, L& l) {  // of equals the largest; what is not measured has no say
        l.Postazioni[0].Battute[2].SqmDirezione = 1e-3, Ultima(l).SqmDirezione = 2e-3;
        l.Postazioni[0].Battute[2].SqmDistanza = 7e-3, Ultima(l).SqmDistanza = 5e-3;
-     }, "osservazioni: 0.002 (1), 0.001 (1)\n", "sqm_distanza_costante = 0.005       # m: dal va"},
+     }, "osservazioni: 0.002 (1), 0.001 (1) (si", "sqm_distanza_costante = 0.005       # m: dal va"},
     {[](O&, L& l) { Ultima(l).Direzione = 799.5; }, "", "direzione = 399.5000, zenit = 97.5000"},
     {[](O&, L& l) { l.Postazioni[0].EccDistanza = 0.5, l.Postazioni[0].EccDirezione = -10; }, "",
      "eccentricita = { distanza = 0.500, direzione = 390.0000 }\n"},

@@ -1,21 +1,19 @@
 // Networks in .gkf in a build without pugixml: they are recognised, and refused before anything is
 // computed.
 
-#include "host/base/diagnostica.h"
 #include "host/base/errori.h"
-#include "host/base/gkf_formato.h"
+#include "host/base/testi.h"
+#include "host/file_rete/parole_gkf.h"
 #include "host/importazione/lettore.h"
 
 namespace compensa {
 
 namespace {
 
-constexpr std::string_view kBianchi = " \t\r\n";
-
 bool Riconosce(std::string_view testo) {
-  const std::size_t primo = testo.find_first_not_of(kBianchi);
-  if (primo == std::string_view::npos || testo[primo] != '<') return false;
-  return testo.substr(0, gkf::kInizioCercato).find(gkf::kRadice) != std::string_view::npos;
+  constexpr std::size_t kInizioCercato = 65536;
+  return SenzaBianchi(testo, kBianchiEFini).starts_with('<') &&
+         testo.substr(0, kInizioCercato).find(gkf::kRoot) != std::string_view::npos;
 }
 
 void Leggi(std::string_view /*testo*/, std::string_view file, const OpzioniLettura& /*opzioni*/,
@@ -26,7 +24,6 @@ void Leggi(std::string_view /*testo*/, std::string_view file, const OpzioniLettu
 
 }  // namespace
 
-extern const Lettore kLettoreGkf;
 const Lettore kLettoreGkf{"gkf", "rete in XML; non letto da questa versione", 0, Riconosce, Leggi};
 
 }  // namespace compensa
