@@ -115,8 +115,8 @@ class Smistamento {
     const bool facoltativo = opzione.Facoltativo();
     const std::string_view dopo =
         Qui + 1 < Parole.size() ? Parole[Qui + 1] : std::string_view("--");
-    const bool altra = SembraOpzione(dopo) &&
-                       (facoltativo || dopo.front() != '-' || dopo[1] == '-' || Cosa.Trova(dopo));
+    const bool altra = SembraOpzione(dopo) && (facoltativo || dopo.front() != '-' ||
+                                               dopo[1] == '-' || Cosa.Trova(dopo) != nullptr);
     if (!altra && !(facoltativo && SembraRete(dopo)))
       ConValore(opzione, Parole[++Qui]);
     else if (facoltativo)
@@ -154,7 +154,7 @@ class Smistamento {
     const std::string lunga = "--" + std::string(SenzaBianchi(nome, "-"));
     std::string altri;
     for (const Comando& altro : Tutti)
-      if (&altro != &Cosa && (altro.Trova(scritta) || altro.Trova(lunga)))
+      if (&altro != &Cosa && (altro.Trova(scritta) != nullptr || altro.Trova(lunga) != nullptr))
         altri += (altri.empty() ? "" : " e ") + altro.NomeIntero();
     const std::string_view vicina = OpzioneVicina(Cosa, lunga);
     if (!altri.empty() && Cosa.Trova(lunga) == nullptr)
@@ -231,14 +231,14 @@ Destino Elenco(std::vector<std::string>& nomi) {
   return {.Prendi = prendi, .Ripetibile = true};
 }
 
-Destino Parola(std::vector<ParolaNota> parole, std::function<void(int)> prendi) {
+Destino Parola(std::vector<ParolaNota> parole, const std::function<void(int)>& prendi) {
   const auto cerca = [parole, prendi](const std::string& valore) -> std::string {
     if (const std::optional<int> codice = CercaParola(parole, valore)) {
       prendi(*codice);
       return {};
     }
-    std::vector<std::string_view> note;
-    for (const ParolaNota& parola : parole) note.push_back(parola.Testo);
+    std::vector<std::string_view> note(parole.size());
+    std::ranges::transform(parole, note.begin(), &ParolaNota::Testo);
     const std::string_view vicina = PiuVicino(valore, note);
     return "serve " + ParoleVolute(parole) + Forse(vicina.empty() ? "" : Cita(vicina));
   };

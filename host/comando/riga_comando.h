@@ -38,7 +38,7 @@ Destino Conclusione(bool& chiesta);
 Destino Numero(std::optional<double>& numero, const RegolaNumero& regola);  // point or comma
 Destino Intero(std::optional<int>& intero, int minimo);
 Destino Elenco(std::vector<std::string>& nomi);  // separated by commas, and repeatable
-Destino Parola(std::vector<ParolaNota> parole, std::function<void(int)> prendi);
+Destino Parola(std::vector<ParolaNota> parole, const std::function<void(int)>& prendi);
 
 // A std::string, or an optional one.
 template <class T>
