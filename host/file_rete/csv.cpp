@@ -16,8 +16,21 @@ namespace {
 
 constexpr std::string_view kDelimitatori = ";,\t";
 constexpr std::string_view kRigaSep = "sep=";
+constexpr char kApostrofo = '\'';
+
+// What begins like a formula, or like a name that was kept from being one.
+bool DaProteggere(std::string_view nome) { return nome.find_first_of("=+-@\t\r'") == 0; }
 
 }  // namespace
+
+std::string NomeInCsv(std::string_view nome) {
+  std::string campo = DaProteggere(nome) ? kApostrofo + std::string(nome) : std::string(nome);
+  if (campo.find_first_of(";,\"\r\n\t") == std::string::npos && SenzaBianchi(campo) == campo)
+    return campo;
+  for (std::size_t i = 0; (i = campo.find('"', i)) != std::string::npos; i += 2)
+    campo.insert(i, 1, '"');
+  return '"' + campo + '"';
+}
 
 LettoreCsv::LettoreCsv(std::string_view testo, std::string_view file,
                        std::span<const ColonnaCsv> colonne, Diagnostica& diagnostica,
@@ -42,6 +55,12 @@ const LettoreCsv::CampoLetto* LettoreCsv::CampoDi(std::size_t colonna) const {
 std::string_view LettoreCsv::Campo(std::size_t colonna) const {
   const CampoLetto* campo = CampoDi(colonna);
   return campo != nullptr ? campo->Valore : std::string_view();
+}
+
+std::string_view LettoreCsv::Nome(std::size_t colonna) const {
+  const std::string_view campo = Campo(colonna);
+  const bool protetto = campo.starts_with(kApostrofo) && DaProteggere(campo.substr(1));
+  return campo.substr(protetto ? 1 : 0);
 }
 
 Posizione LettoreCsv::Dove(std::size_t colonna) const {

@@ -34,6 +34,10 @@ using RiconosciTitolo = std::function<TitoloCsv(std::string_view titolo)>;
 
 inline constexpr std::uintmax_t kMassimoCsv = std::uintmax_t{1} << 30;  // of a file [bytes]
 
+// A name as a field that no spreadsheet runs as a formula: with an apostrophe in front where it begins
+// like one, or with an apostrophe; between quotes where it needs them. LettoreCsv::Nome gives it back.
+std::string NomeInCsv(std::string_view nome);
+
 // Reads a table row by row, in one pass over the text and without copying its fields. Fields may be
 // quoted, with doubled quotes inside; they never span lines. Line ends are LF, CRLF or CR.
 class LettoreCsv {
@@ -58,6 +62,8 @@ class LettoreCsv {
   // Field of a column of the current row, by its index among the columns given; without the blanks
   // around it, empty if the file lacks the column.
   std::string_view Campo(std::size_t colonna) const;
+  // The same as the name of a point, without the apostrophe of NomeInCsv.
+  std::string_view Nome(std::size_t colonna) const;
   Posizione Dove(std::size_t colonna) const;
   Posizione DoveRiga() const { return {NomeFile, Riga, 1}; }
 

@@ -69,7 +69,7 @@ class Postazioni {
 
   // Set-up of the current row, with what the row says of it; a new one on the first row of its kind.
   int DellaRiga() {
-    Chiave.assign(Lettore.Campo(kCStazione));
+    Chiave.assign(Lettore.Nome(kCStazione));
     Chiave += kFraChiavi;
     Chiave += Lettore.Campo(kCGiro);
     if (Ultima < 0 || Chiave != UltimaChiave) {
@@ -90,7 +90,7 @@ class Postazioni {
  private:
   int Apri() {
     StazioneLetta nuova;
-    nuova.Nome = Lettore.Campo(kCStazione);
+    nuova.Nome = Lettore.Nome(kCStazione);
     nuova.Dove = Lettore.DoveRiga();
     nuova.Punto =
         Rete.TrovaPunto(nuova.Nome, Lettore.Dove(kCStazione), NomeStazione(nuova.Nome), "stazione");
@@ -108,7 +108,7 @@ class Postazioni {
     if (dato.Presente && dato.Valore == valore) return;
     const Posizione dove = Lettore.Dove(colonna);
     if (dato.Valore && valore) {
-      Diario.Errore(dove, {.Record = NomeStazione(Lettore.Campo(kCStazione)),
+      Diario.Errore(dove, {.Record = NomeStazione(Lettore.Nome(kCStazione)),
                            .Campo = std::string(kColonneOss[colonna].Nome),
                            .Problema = "valore diverso per la stessa stazione e lo stesso giro",
                            .Trovato = Cita(Lettore.Campo(colonna)),
@@ -139,20 +139,20 @@ void LeggiPuntiCsv(std::string_view testo, std::string_view file, CostruttoreRet
                    Diagnostica& diagnostica) {
   LettoreCsv lettore(testo, file, kColonnePunti, diagnostica);
   if (!lettore.LeggiIntestazione()) return rete.PuntiIncompleti();
-  RigaCsv riga(lettore, diagnostica, [&] { return NomePunto(lettore.Campo(kCNome)); });
+  RigaCsv riga(lettore, diagnostica, [&] { return NomePunto(lettore.Nome(kCNome)); });
   bool qualcuno = false;
   while (lettore.ProssimaRiga()) {
     qualcuno = true;
     if (!lettore.RigaIntera()) {  // its name, if there is one, is no unknown point elsewhere
       if (!riga.Vuoto(kCNome)) {
-        rete.AggiungiPunto({.Nome = lettore.Campo(kCNome),
+        rete.AggiungiPunto({.Nome = lettore.Nome(kCNome),
                             .Dove = lettore.DoveRiga(),
                             .DoveNome = lettore.Dove(kCNome)});
       }
       continue;
     }
     rete.AggiungiPunto(
-        {.Nome = lettore.Campo(kCNome),
+        {.Nome = lettore.Nome(kCNome),
          .Dove = lettore.DoveRiga(),
          .DoveNome = lettore.Dove(kCNome),
          .Est = riga.Numero(kCEst, kEst),
@@ -171,7 +171,7 @@ void LeggiOsservazioniCsv(std::string_view testo, std::string_view file, Costrut
   LettoreCsv lettore(testo, file, kColonneOss, diagnostica);
   if (!lettore.LeggiIntestazione()) return;
   const auto record = [&] {
-    return NomeOsservazione(lettore.Campo(kCStazione), lettore.Campo(kCPunto));
+    return NomeOsservazione(lettore.Nome(kCStazione), lettore.Nome(kCPunto));
   };
   RigaCsv riga(lettore, diagnostica, record);
   Postazioni postazioni(lettore, riga, rete, diagnostica);
@@ -181,9 +181,9 @@ void LeggiOsservazioniCsv(std::string_view testo, std::string_view file, Costrut
     if (!lettore.RigaIntera()) continue;
     const int stazione = postazioni.DellaRiga();
     TOssCr osservazione{};
-    osservazione.Punto = rete.CercaPunto(lettore.Campo(kCPunto));
+    osservazione.Punto = rete.CercaPunto(lettore.Nome(kCPunto));
     if (osservazione.Punto < 0) {
-      rete.PuntoSconosciuto(lettore.Campo(kCPunto), lettore.Dove(kCPunto), record());
+      rete.PuntoSconosciuto(lettore.Nome(kCPunto), lettore.Dove(kCPunto), record());
     }
     osservazione.Direzione = riga.Numero(kCDirezione, kDirezione);
     osservazione.Zenit = riga.Numero(kCZenit, kZenit);

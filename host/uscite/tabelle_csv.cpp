@@ -1,6 +1,6 @@
 // Tables for spreadsheets. A column is its name and the function that fills it, so that header and
-// rows cannot part. Names of points stand as they are, also those that a spreadsheet would take for
-// a formula: other programs find the point again by its name.
+// rows cannot part. A name that a spreadsheet would take for a formula has an apostrophe in front, which
+// the program takes off again where it reads a table.
 
 #include "host/uscite/tabelle_csv.h"
 
@@ -11,6 +11,7 @@
 #include <string>
 
 #include "host/base/numeri.h"
+#include "host/file_rete/csv.h"
 #include "host/rete/campi.h"
 #include "host/rete/grandezze.h"
 
@@ -43,13 +44,6 @@ struct Forma {
   std::string Mm(double metri) const { return Numero(metri * kMmPerMetro, kDecimaliMm); }
   std::string Gon(double valore) const { return Numero(valore, kDecimaliGon); }
 };
-
-std::string Testo(std::string_view testo) {
-  if (testo.find_first_of(";,\"\r\n\t") == std::string_view::npos) return std::string(testo);
-  std::string campo = "\"";
-  for (const char c : testo) campo.append(c == '"' ? 2 : 1, c);
-  return campo += '"';
-}
 
 std::string SiNo(bool valore) { return valore ? "si" : "no"; }
 
@@ -84,7 +78,7 @@ struct P {
 };
 
 constexpr std::array<Colonna<P>, 20> kColonnePunti{{
-    {"nome", [](const P& p) { return Testo(p.Punto.Nome); }},
+    {"nome", [](const P& p) { return NomeInCsv(p.Punto.Nome); }},
     {"ruolo_planimetria", [](const P& p) { return std::string(NomeRuolo(p.Punto.Ruoli.Pla)); }},
     {"ruolo_altimetria", [](const P& p) { return std::string(NomeRuolo(p.Punto.Ruoli.Alt)); }},
     {"est_m", [](const P& p) { return p.F.Metri(p.Punto.Est); }},
@@ -126,7 +120,7 @@ struct O {
   const RisultatoOsservazione& Lettura;
   Forma F;
 
-  std::string Nome(int punto) const { return Testo(NomePunto(R, punto)); }
+  std::string Nome(int punto) const { return NomeInCsv(NomePunto(R, punto)); }
   // The equation of one kind that the reading gave, null if it gave none.
   const Equazione* Di(int RisultatoOsservazione::*quale) const {
     const int indice = Lettura.*quale;

@@ -74,10 +74,10 @@ class LettoreCampagna {
   };
 
   std::string_view Stazione() const {
-    return Csv.Presente(kCStazione) ? Csv.Campo(kCStazione) : std::string_view(*Opzioni.Stazione);
+    return Csv.Presente(kCStazione) ? Csv.Nome(kCStazione) : std::string_view(*Opzioni.Stazione);
   }
 
-  std::string Record() const { return NomeOsservazione(Stazione(), Csv.Campo(kCPunto)); }
+  std::string Record() const { return NomeOsservazione(Stazione(), Csv.Nome(kCPunto)); }
 
   void Errore(std::size_t colonna, Guasto guasto) {
     if (guasto.Record.Nomi.empty()) guasto.Record = Record();
@@ -85,7 +85,7 @@ class LettoreCampagna {
   }
 
   bool NomiBuoni() {
-    const std::string_view punto = Csv.Campo(kCPunto);
+    const std::string_view punto = Csv.Nome(kCPunto);
     if (Riga.Vuoto(kCPunto) || Stazione().empty()) {
       const bool stazione = Stazione().empty();
       Errore(stazione ? kCStazione : kCPunto,
@@ -108,7 +108,7 @@ class LettoreCampagna {
     LeggiCoordinate();
     ContaTralasciati();
     BattutaLibretto battuta;
-    battuta.Punto = Csv.Campo(kCPunto);
+    battuta.Punto = Csv.Nome(kCPunto);
     battuta.Dove = Csv.DoveRiga();
     battuta.Lato = LeggiFaccia();
     battuta.Direzione = Angolo(kCDir, Rinominata(kDirezione, "dir"));
@@ -286,7 +286,7 @@ class LettoreCampagna {
                          Csv.DoveRiga().Riga);
     }
     if (!pianta && !quota) return;
-    const std::string_view nome = Csv.Campo(kCPunto);
+    const std::string_view nome = Csv.Nome(kCPunto);
     const auto [voce, nuovo] = Punti.try_emplace(std::string(nome), L.Punti.size());
     if (nuovo) L.Punti.push_back({std::string(nome), {}, {}, {}, {}, Csv.DoveRiga()});
     PuntoLibretto& punto = L.Punti[voce->second];

@@ -68,7 +68,7 @@ class Tabella {
           Diagnostica& diagnostica)
       : Csv(testo, file, kColonne, diagnostica,
             [assi](std::string_view titolo) { return Titolo(titolo, assi); }),
-        Riga(Csv, diagnostica, [this] { return NomePunto(Csv.Campo(kCNome)); }),
+        Riga(Csv, diagnostica, [this] { return NomePunto(Csv.Nome(kCNome)); }),
         Diario(diagnostica),
         Alterati(diagnostica) {}
 
@@ -87,7 +87,7 @@ class Tabella {
  private:
   void LeggiPunto() {
     PuntoLibretto punto;
-    punto.Nome = Csv.Campo(kCNome);
+    punto.Nome = Csv.Nome(kCNome);
     punto.Dove = Csv.DoveRiga();
     if (punto.Nome.empty())
       return Errore(kCNome, {.Record = "punto", .Problema = "il nome è vuoto"});

@@ -12,6 +12,8 @@
 
 #include "host/base/codifica.h"
 #include "host/base/numeri.h"
+#include "host/file_rete/csv.h"
+#include "host/file_rete/lettura_rete.h"
 #include "host/importazione/csv/coordinate_csv.h"
 #include "host/importazione/lettore.h"
 
@@ -119,6 +121,48 @@ TEST(Tabelle, OgniRigaDaISuoiValoriOIlSuoMessaggio) {
     EXPECT_TRUE(Corrisponde(letto, atteso)) << linea << '\n' << letto;
   }
   EXPECT_GT(quanti, 50);
+}
+
+// No spreadsheet takes a written name for a formula, and every reader of tables gives it back.
+TEST(Tabelle, NomiCheSembranoFormule) {
+  const std::pair<const char*, const char*> casi[] = {
+      {"=HYPERLINK(\"http://x\",\"a;b\")", "\"'=HYPERLINK(\"\"http://x\"\",\"\"a;b\"\")\""},
+      {"=cmd|' /C calc'!A0", "'=cmd|' /C calc'!A0"},
+      {"@SUM(1)", "'@SUM(1)"},
+      {"+1", "'+1"},
+      {"-", "'-"},
+      {"'", "''"},
+      {"'A", "''A"},
+      {"''=1", "'''=1"},
+      {"A=1", "A=1"},
+      {"a\"b", "\"a\"\"b\""}};
+  std::string tabella = "nome;est;nord\n", letture = "stazione;punto;direzione\n";
+  for (const auto& [nome, scritto] : casi) {
+    EXPECT_EQ(NomeInCsv(nome), scritto);
+    tabella += NomeInCsv(nome) + ";1;2\n";
+    letture +=
+        NomeInCsv(nome) + ';' + NomeInCsv(casi[nome == casi[0].first ? 1 : 0].first) + ";5\n";
+  }
+  EXPECT_EQ(NomeInCsv("\t=1") + NomeInCsv("\rA"), "\"'\t=1\"\"'\rA\"");
+  const auto cartella =
+      std::filesystem::temp_directory_path() / ("nomi-" + std::to_string(getpid()));
+  std::filesystem::create_directory(cartella);
+  std::ofstream(cartella / "punti.csv") << tabella;
+  std::ofstream(cartella / "rete.toml") << "formato = 1\npunti = 'punti.csv'\nosservazioni = "
+                                           "'oss.csv'\n[opzioni]\nsqm_direzione = 0.001\n";
+  std::ofstream(cartella / "oss.csv") << letture;
+  Libretto libro;
+  Diagnostica diario;
+  EXPECT_TRUE(LeggiCoordinateCsv(cartella / "punti.csv", {}, libro, diario));
+  const auto rete = LeggiRete(cartella / "rete.toml", diario);
+  std::filesystem::remove_all(cartella);
+  ASSERT_TRUE(rete) << Testo(libro, diario);
+  ASSERT_EQ(rete->Nomi.size(), std::size(casi));
+  for (std::size_t i = 0; i < std::size(casi); ++i) {
+    EXPECT_EQ(rete->Nomi[i], casi[i].first);
+    EXPECT_EQ(rete->Stazioni.at(i).Punto, static_cast<int>(i));
+    EXPECT_EQ(libro.Punti.at(i).Nome, casi[i].first);
+  }
 }
 
 TEST(Tabelle, ByteQualsiasiNonFermanoLaLettura) {
