@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "host/base/testi.h"
 #include "host/rete/campi.h"
 #include "host/rete/geometria.h"
 #include "host/rete/statistica.h"
@@ -78,6 +79,29 @@ std::string_view NomeRuolo(int ruolo) {
 std::string_view NomePunto(const Risultati& r, int punto) {
   const auto i = static_cast<std::size_t>(punto);
   return punto >= 0 && i < r.Punti.size() ? std::string_view(r.Punti[i].Nome) : std::string_view();
+}
+
+std::string TestoEquazione(const Risultati& r, const Equazione& e) {
+  const RisultatoStazione& s = r.Stazioni[static_cast<std::size_t>(e.Stazione)];
+  const auto collimato = [&](int osservazione) {
+    return Cita(NomePunto(r, s.Osservazioni[static_cast<std::size_t>(osservazione)].Punto));
+  };
+  const std::string stazione = Cita(NomePunto(r, s.Punto));
+  switch (e.Tipo) {
+    case TipoEquazione::Angolo:
+      return "angolo in " + stazione + " da " + collimato(e.Riferimento) + " a " +
+             collimato(e.Osservazione);
+    case TipoEquazione::Distanza:
+      return "distanza da " + stazione + " a " + collimato(e.Osservazione);
+    case TipoEquazione::Dislivello:
+      return "dislivello da " + stazione + " a " + collimato(e.Osservazione);
+  }
+  return {};
+}
+
+std::string TestoEquazioniIncognite(const RisultatoCompensazione& c) {
+  return Conta(c.Equazioni, "equazione", "equazioni") + ", " +
+         Conta(c.Incognite, "incognita", "incognite");
 }
 
 }  // namespace compensa

@@ -61,4 +61,10 @@ std::string_view NomeRuolo(int ruolo);
 // Empty for kNessuno.
 std::string_view NomePunto(const Risultati& risultati, int punto);
 
+// "angolo in "A" da "B" a "C"": what an equation observes, and between which points.
+std::string TestoEquazione(const Risultati& risultati, const Equazione& equazione);
+
+// "5 equazioni, 2 incognite".
+std::string TestoEquazioniIncognite(const RisultatoCompensazione& compensazione);
+
 }  // namespace compensa

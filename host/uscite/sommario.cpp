@@ -9,6 +9,7 @@
 #include "host/base/diagnostica.h"
 #include "host/base/numeri.h"
 #include "host/base/testi.h"
+#include "host/rete/grandezze.h"
 
 namespace compensa {
 
@@ -64,29 +65,6 @@ std::string TestoEsito(const Risultati& r, const RisultatoCompensazione& c) {
     case Esito::NonFinita:
       return "non riuscita, i risultati non sono numeri finiti (una visuale verticale, o un valore "
              "fuori misura?)";
-  }
-  return {};
-}
-
-std::string TestoEquazioniIncognite(const RisultatoCompensazione& c) {
-  return Conta(c.Equazioni, "equazione", "equazioni") + ", " +
-         Conta(c.Incognite, "incognita", "incognite");
-}
-
-std::string TestoEquazione(const Risultati& r, const Equazione& e) {
-  const RisultatoStazione& s = r.Stazioni[static_cast<std::size_t>(e.Stazione)];
-  const auto collimato = [&](int osservazione) {
-    return Cita(Nome(r, s.Osservazioni[static_cast<std::size_t>(osservazione)].Punto));
-  };
-  const std::string stazione = Cita(Nome(r, s.Punto));
-  switch (e.Tipo) {
-    case TipoEquazione::Angolo:
-      return "angolo in " + stazione + " da " + collimato(e.Riferimento) + " a " +
-             collimato(e.Osservazione);
-    case TipoEquazione::Distanza:
-      return "distanza da " + stazione + " a " + collimato(e.Osservazione);
-    case TipoEquazione::Dislivello:
-      return "dislivello da " + stazione + " a " + collimato(e.Osservazione);
   }
   return {};
 }

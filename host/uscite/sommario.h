@@ -33,12 +33,6 @@ std::string TestoEsito(const Risultati& risultati, const RisultatoCompensazione&
 std::string TestoNonCalcolati(const Risultati& risultati,
                               const RisultatoCompensazione& compensazione);
 
-// "5 equazioni, 2 incognite".
-std::string TestoEquazioniIncognite(const RisultatoCompensazione& compensazione);
-
-// "angolo in "A" da "B" a "C"": what an equation observes, and between which points.
-std::string TestoEquazione(const Risultati& risultati, const Equazione& equazione);
-
 // One line on a terminal that each iteration overwrites.
 class RigaAvanzamento {
  public:

@@ -13,7 +13,6 @@
 #include "host/giudizio/avvertimenti/dopo.h"
 #include "host/rete/grandezze.h"
 #include "host/rete/statistica.h"
-#include "host/uscite/sommario.h"
 
 namespace compensa {
 

@@ -14,9 +14,9 @@
 #include "host/base/numeri.h"
 #include "host/giudizio/avvertimenti/dopo.h"
 #include "host/giudizio/controlli/tolleranze.h"
+#include "host/rete/grandezze.h"
 #include "host/rete/statistica.h"
 #include "host/rete/visuali.h"
-#include "host/uscite/sommario.h"
 
 namespace compensa {
 
