@@ -18,7 +18,6 @@
 #include "host/base/numeri.h"
 #include "host/base/testi.h"
 #include "host/file_rete/riga_csv.h"
-#include "host/importazione/catasto/libretto_catastale_riga.h"
 #include "host/importazione/lettore.h"
 #include "host/rete/campi.h"
 
@@ -32,6 +31,41 @@ constexpr std::size_t kLunga = 4;          // numbers of an observation with zen
 constexpr std::size_t kCorta = 2;          // numbers of one without
 constexpr std::size_t kCampiStazione = 3;  // name, height, note
 constexpr RegolaNumero kDistanzaLetta{"distanza", "m", 0.0};
+
+struct CampoLibretto {
+  std::string Valore;
+  std::size_t InizioLinea = 0;  // of the line on which it begins, in the text
+  std::size_t Inizio = 0;
+  int Linea = 0;
+};
+
+struct RigaLibretto {
+  char Genere = '\0';  // '0' to '9'; none = no row
+  int Linea = 0;
+  bool Chiusa = false;               // by "|"
+  std::vector<CampoLibretto> Campi;  // without the kind
+};
+
+// The value of a field; empty if the row ends before it.
+std::string_view Campo(const RigaLibretto& riga, std::size_t i) {
+  return i < riga.Campi.size() ? std::string_view(riga.Campi[i].Valore) : std::string_view();
+}
+
+// Whether a row begins on the line: a digit and "|".
+bool IniziaRiga(std::string_view linea) {
+  return linea.size() > 1 && linea[0] >= '0' && linea[0] <= '9' && linea[1] == '|';
+}
+
+// Whether a field is a number, also one that cannot be used: with a comma, or too large.
+bool SembraNumero(std::string_view campo) {
+  return LeggiNumero(campo, true).Esito != EsitoNumero::NonNumero;
+}
+
+// Three numbers with commas between them: geocentric coordinates or a vector.
+bool Terna(std::string_view campo) {
+  const auto virgole = std::count(campo.begin(), campo.end(), ',');
+  return virgole >= 2 && campo.find_first_not_of("+-.,0123456789 ") == std::string_view::npos;
+}
 
 class LettoreLibretto {
  public:
