@@ -103,8 +103,10 @@ class Smistamento {
     for (std::size_t i = 1; i < parola.size(); ++i) {
       const Opzione* opzione = Cosa.Trova(std::string{'-', parola[i]});
       if (opzione == nullptr) RifiutaSconosciuta(parola);
+      const bool attaccato = i + 1 < parola.size() && parola[i + 1] == '=';
+      if (attaccato && opzione->Valore().empty()) Rifiuta(*opzione, "non vuole un valore");
       if (i + 1 < parola.size() && !opzione->Valore().empty())
-        return ConValore(*opzione, parola.substr(parola[i + 1] == '=' ? i + 2 : i + 1));
+        return ConValore(*opzione, parola.substr(attaccato ? i + 2 : i + 1));
       ConProssima(*opzione);
     }
   }
@@ -164,11 +166,13 @@ class Smistamento {
   }
 
   void ControllaArgomenti() const {
-    for (const std::string& argomento : Cosa.Argomenti)
+    for (const std::string& argomento : Cosa.Argomenti) {
+      if (argomento.empty()) throw ErroreUso("il nome di un file è vuoto");
       if (Cosa.Nome.empty() && !Esiste(argomento))
         for (const Comando& altro : Tutti)
           if (altro.Nome == argomento)
             throw ErroreUso("il comando " + argomento + " va scritto subito dopo compensa");
+    }
     if (!Cosa.Argomenti.empty()) return;
     std::string perche = "manca " + std::string(Cosa.Argomento);
     for (const auto& [opzione, valore] : Valori)

@@ -137,6 +137,8 @@ const struct CasoStato {
     {"$C zeman.toml --dec virgola", 2, "", "(forse --decimali?)"},
     {"$C zeman.toml -html", 2, "", "sconosciuta \"-html\" (forse --html?)"},
     {"$C zeman.toml \u2013html", 2, "", "(forse --html?)"},
+    {"$C zeman.toml -q=1", 2, "", "--quieto: non vuole un valore"},
+    {"$C zeman.toml ''", 2, "", "il nome di un file \u00e8 vuoto"},
     {"$C help", 2, "", "(forse --help?)"},
     {"$C -o zeman.txt", 2, "",
      "manca il file della rete (\"zeman.txt\" \u00e8 il valore di --rapp"},
