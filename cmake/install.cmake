@@ -27,7 +27,15 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/kzt5cmrg.pc
 if(TARGET compensa)
   file(RELATIVE_PATH libreria_da_programma
        "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
-  set_target_properties(compensa PROPERTIES INSTALL_RPATH "$ORIGIN/${libreria_da_programma}")
+  # The build tree is laid out like the installed one, so that the program looks for its library at the
+  # same place in both: a path that CMake changes while installing ends in an empty element until then,
+  # which stands for the current folder.
+  set_target_properties(compensa PROPERTIES
+    INSTALL_RPATH "$ORIGIN/${libreria_da_programma}" INSTALL_RPATH_USE_LINK_PATH ON
+    BUILD_WITH_INSTALL_RPATH ON)
+  get_target_property(cartella_programma compensa BINARY_DIR)
+  set_target_properties(kzt5cmrg PROPERTIES
+    LIBRARY_OUTPUT_DIRECTORY "${cartella_programma}/${libreria_da_programma}")
   install(TARGETS compensa)
   if(TARGET manuali)
     get_target_property(cartella_manuali compensa BINARY_DIR)

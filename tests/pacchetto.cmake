@@ -1,6 +1,7 @@
 # Installs the build tree COSTRUZIONE into a prefix of its own, builds examples/host against it by the
 # CMake package and by pkg-config, and runs both. Also holds the library to its one exported class.
-# In: COSTRUZIONE, SORGENTI, LAVORO (emptied), COMPILATORE, OPZIONI (compiler flags), NM, PKG_CONFIG.
+# In: COSTRUZIONE, SORGENTI, LAVORO (emptied), COMPILATORE, OPZIONI (compiler flags), NM, READELF, PKG_CONFIG,
+# RILASCIO (whether the build is hardened).
 
 set(prefisso ${LAVORO}/prefisso)
 function(Esegui)
@@ -47,6 +48,9 @@ list(FILTER simboli EXCLUDE REGEX "^[0-9a-f]+ [A-Z] CalcCmpRigVelid1::|__(odr_)?
 if(simboli OR NOT uscita MATCHES "CalcCmpRigVelid1::Esegui\\(\\)")
   message(FATAL_ERROR "exported beside the class, or the class is missing: ${simboli}")
 endif()
+
+Esegui(${CMAKE_COMMAND} -DCARTELLA=${prefisso} -DREADELF=${READELF} -DRILASCIO=${RILASCIO}
+       -P ${SORGENTI}/tests/scafo.cmake)
 
 if(EXISTS ${prefisso}/bin/compensa)  # finds the library from where it was installed
   Esegui(${prefisso}/bin/compensa --help)

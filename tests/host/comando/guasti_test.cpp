@@ -158,8 +158,8 @@ TEST_F(Guasti, OgniAllocazione) {
 constexpr const char* kPrima =
     "rm -rf u p; mkdir u; Z=\"$C zeman.toml -q\"; P=Prepara; cp '" CARTELLA_ESEMPI
     "/'*.csv .\n"
-    "Prepara() { mkfifo p; $Z -o u/r.txt --json p & until ls u/.comp* 2> n; do sleep 0.1; done; "
-    "}\n";
+    "Prepara() { mkfifo p; $Z -o u/r.txt --json p & for i in $(seq 100); do "
+    "ls u/.comp* 2> n && break; sleep 0.1; done; }\n";
 
 const struct CasoDisco {
   const char* Comando;
