@@ -7,7 +7,7 @@
 namespace compensa {
 
 // Now in local time, or the moment of SOURCE_DATE_EPOCH (seconds since 1970) in UTC where that is
-// set: gg/mm/aaaa hh:mm.
+// set: gg/mm/aaaa hh:mm. Throws ErroreUso if that is no number, or beyond the calendar.
 std::string DataOraCorrente();
 
 }  // namespace compensa

@@ -160,15 +160,50 @@ void FileSicuro::Scrivi(std::string_view byte) {
   }
 }
 
-void FileSicuro::Conferma() {
-  if (Temporaneo.empty()) return Chiudi();
-  if (const int codice = Consolida(Descrittore); codice != 0)
-    throw ErroreUscita("scrivere", Mostrato, codice);
-  Chiudi();
+void FileSicuro::Conferma() { Conferma({this}); }
+
+void FileSicuro::Conferma(const std::vector<FileSicuro*>& insieme) {
+  for (FileSicuro* file : insieme) file->Completa();
   const SegnaliSospesi sospesi;
+  try {
+    for (FileSicuro* file : insieme) file->Nomina();
+  } catch (...) {
+    for (FileSicuro* file : insieme) file->Ripristina();
+    throw;
+  }
+  for (FileSicuro* file : insieme) file->LasciaVecchio();
+}
+
+void FileSicuro::Completa() {
+  const int codice = Temporaneo.empty() ? 0 : Consolida(Descrittore);
+  if (codice != 0) throw ErroreUscita("scrivere", Mostrato, codice);
+  Chiudi();
+}
+
+// Disks without second names for a file (FAT) keep nothing to go back to.
+void FileSicuro::Nomina() {
+  if (Temporaneo.empty()) return;
+  std::filesystem::path secondo = Temporaneo;
+  secondo += ".vecchio";
+  std::error_code guasto;
+  std::filesystem::create_hard_link(Bersaglio, secondo, guasto);
+  const bool mancava = guasto == std::errc::no_such_file_or_directory;
+  if (!guasto) Vecchio = std::move(secondo);
   if (const int codice = Sostituisci(Temporaneo, Bersaglio); codice != 0)
     throw ErroreUscita("scrivere", Mostrato, codice);
   Temporaneo.clear();
+  Nuovo = mancava;
+}
+
+void FileSicuro::Ripristina() noexcept {
+  if (!Temporaneo.empty()) return LasciaVecchio();  // its name was not taken
+  if (!Vecchio.empty() && Sostituisci(Vecchio, Bersaglio) == 0) Vecchio.clear();
+  if (Nuovo) Rimuovi(Bersaglio.c_str());
+}
+
+void FileSicuro::LasciaVecchio() noexcept {
+  if (!Vecchio.empty()) Rimuovi(Vecchio.c_str());
+  Vecchio.clear();
 }
 
 void FileSicuro::Chiudi() {

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace compensa {
 
@@ -30,17 +31,26 @@ class FileSicuro {
   void Scrivi(std::string_view byte);
   // Gives the file its name. Throws ErroreUscita. To be called once, at the end.
   void Conferma();
+  // Gives all of them their names, or none: if one cannot have its name those that have it give it
+  // back to the files that they replaced. Throws ErroreUscita.
+  static void Conferma(const std::vector<FileSicuro*>& insieme);
 
  private:
   void ApriDiretto();
   void ApriTemporaneo();
   void Chiudi();
+  void Completa();             // all bytes on the disk
+  void Nomina();               // keeps what is replaced under another name
+  void Ripristina() noexcept;  // undoes Nomina, also half of it
+  void LasciaVecchio() noexcept;
 
   std::string Percorso;             // as the user gave it
   std::string Mostrato;             // as messages name it
   std::filesystem::path Bersaglio;  // the file to replace; empty = written directly
   std::filesystem::path Temporaneo;
-  int Posto = -1;  // of the temporary file among those that a signal removes
+  std::filesystem::path Vecchio;  // second name of the file that is replaced; empty = none
+  bool Nuovo = false;             // named where nothing was
+  int Posto = -1;                 // of the temporary file among those that a signal removes
   int Descrittore = -1;
   bool Proprio = false;  // the descriptor is to be closed
 };

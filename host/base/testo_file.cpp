@@ -29,6 +29,12 @@ bool LeggiByte(std::ifstream& flusso, std::uintmax_t massimo, std::string& byte)
   return !flusso.bad();
 }
 
+// Names of descriptors that the program was started with: <(command) of a shell is one.
+bool GiaAperto(std::string_view percorso) {
+  return percorso == "/dev/stdin" || percorso.starts_with("/dev/fd/") ||
+         percorso.starts_with("/proc/self/fd/");
+}
+
 }  // namespace
 
 std::optional<std::string> LeggiTesto(const std::filesystem::path& percorso, std::uintmax_t massimo,
@@ -46,6 +52,8 @@ std::optional<std::string> LeggiTesto(const std::filesystem::path& percorso, std
     return errore("il file " + nome + " non esiste");
   }
   if (std::filesystem::is_directory(stato)) return errore(nome + " è una cartella, non un file");
+  if (is_other(stato) && !GiaAperto(percorso.string()))
+    return errore(nome + " non è un file: è un dispositivo, una pipe o un socket");
   errno = 0;
   std::ifstream flusso(percorso, std::ios::binary);
   if (!flusso) return errore("il file " + nome + " non si può aprire: " + Motivo(errno));

@@ -34,11 +34,12 @@ void ScritturaUscite::Scrivi(const Materia& materia) {
   for (const bool standard : {false, true}) {
     for (std::size_t i = 0; i < Dove.size(); ++i)
       if (UscitaStandard(Dove[i].Percorso) == standard) Versa(*Dove[i].Cosa, materia, File[i]);
-    for (std::size_t i = 0; i < Dove.size(); ++i) {
-      if (UscitaStandard(Dove[i].Percorso) != standard) continue;
-      File[i].Conferma();
-      Confermati[i] = true;
-    }
+    std::vector<FileSicuro*> insieme;
+    for (std::size_t i = 0; i < Dove.size(); ++i)
+      if (UscitaStandard(Dove[i].Percorso) == standard) insieme.push_back(&File[i]);
+    FileSicuro::Conferma(insieme);
+    for (std::size_t i = 0; i < Dove.size(); ++i)
+      if (UscitaStandard(Dove[i].Percorso) == standard) Confermati[i] = true;
   }
 }
 

@@ -16,8 +16,9 @@ namespace compensa {
 namespace {
 
 constexpr mode_t kPermessiNuovo = 0666;  // less what the user's mask takes away
-constexpr mode_t kPermessi = 07777;
-constexpr int kSegnali[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
+constexpr mode_t kPermessi = 0777;       // a report is run as nobody else
+constexpr int kSegnali[] = {SIGINT,  SIGTERM, SIGHUP,  SIGQUIT,   SIGALRM,
+                            SIGUSR1, SIGUSR2, SIGXCPU, SIGVTALRM, SIGPROF};
 
 void (*puliziaAlSegnale)() = nullptr;
 
@@ -108,12 +109,19 @@ void CopiaPermessi(int descrittore, const std::filesystem::path& da) {
   struct stat stato {};
   if (stat(da.c_str(), &stato) != 0) return;
   if (fchown(descrittore, stato.st_uid, stato.st_gid) != 0 && stato.st_gid != getegid())
-    stato.st_mode &= ~static_cast<mode_t>(S_ISGID | S_IRWXG);
+    stato.st_mode &= ~static_cast<mode_t>(S_IRWXG);
   fchmod(descrittore, stato.st_mode & kPermessi);
 }
 
 int Sostituisci(const std::filesystem::path& da, const std::filesystem::path& a) {
-  return rename(da.c_str(), a.c_str()) != 0 ? errno : 0;
+  if (rename(da.c_str(), a.c_str()) != 0) return errno;
+  // The new name is on the disk too, where the system knows how to put a folder there.
+  const std::filesystem::path cartella = a.has_parent_path() ? a.parent_path() : ".";
+  const int descrittore = open(cartella.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (descrittore < 0) return 0;
+  fsync(descrittore);
+  close(descrittore);
+  return 0;
 }
 
 void Rimuovi(const char* percorso) noexcept { unlink(percorso); }

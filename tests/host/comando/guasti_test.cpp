@@ -185,6 +185,11 @@ const struct CasoDisco {
     {"$P; rm -r u; mkdir u; cat p > n; wait $!; echo $?; ls -A u", 0, "4\n",
      "non si può scrivere \"u/r.txt\": la cartella non esiste"},
     {"$P; mkdir u/r.txt; cat p > n; wait $!; echo $?; ls -A u", 0, "4\nr.txt\n", "è una cartella"},
+    {"echo v > u/a; mkfifo p; $Z -o u/a --html u/b --dxf u/c --json p & for i in $(seq 100); do "
+     "ls u/.*-2.tmp 2> n && break; sleep 0.1; done; mkdir u/c; cat p > n; wait $!; echo $?; cat "
+     "u/a; "
+     "ls -A u",
+     0, "4\nv\na\nc\n", "\"u/c\": è una cartella"},
     {"$P; head -c 9 p > n; wait $!; echo $?; ls -A u", 0, "4\n", ""},
     {"$P; kill -HUP $!; { wait $!; } 2> n; echo $?; ls -A u", 0, "129\n", ""},
     // From what the loader alone needs to what the run does.
@@ -214,7 +219,7 @@ TEST_F(Guasti, DischiECartelle) {
 
 TEST_F(Guasti, SegnaliInOgniMomento) {
   constexpr int kVolte = 36;
-  constexpr int kSegnali[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE};
+  constexpr int kSegnali[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE, SIGXCPU, SIGALRM, SIGUSR1};
   const char* const kUscite[] = {"u/rete.txt", "u/rete.html", "u/rete.json", "u/rete.dxf"};
   const std::string comando = "cd '" + Luogo.string() +
                               "'; exec '" COMPENSA
@@ -229,7 +234,7 @@ TEST_F(Guasti, SegnaliInOgniMomento) {
   Caso caso(1);
   int uccisi = 0;
   for (int i = 0; i < kVolte; ++i) {
-    const int segnale = kSegnali[i % 5];
+    const int segnale = kSegnali[i % std::size(kSegnali)];
     SCOPED_TRACE(testing::Message() << "signal " << segnale << ", time " << i);
     Esegui("for f in txt html json dxf; do echo vecchio > u/rete.$f; done");
     const pid_t figlio = fork();
