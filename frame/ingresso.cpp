@@ -1,23 +1,11 @@
 // First stage of a run: constants, table of the approximate coordinates as the host gave them,
 // plane coordinates to kilometres, and the projection zone, which the easting of one point tells.
 
-#include <cmath>
-
 #include "kzt5cmrg.h"
 #include "records/costanti.h"
 #include "resources/catalogo.h"
 
 using namespace kzt5cmrg;
-
-namespace {
-
-constexpr double kEstMinimo = 80.0;  // a smaller easting says nothing of the zone [km]
-
-// Zones by their false easting, and how far from it a point may lie [km].
-constexpr double kFalsiEst[] = {kFalsoEstOvest, kFalsoEstEst, kFalsoEstUtm};
-constexpr double kSemiampiezzaZona = 350.0;
-
-}  // namespace
 
 bool CalcCmpRigVelid1::Input() {
   SigmaZeroPriori = kSigmaZeroPriori;
@@ -54,8 +42,7 @@ void CalcCmpRigVelid1::RiconosciZona() {
   if (Opzioni->Cartografiche == 0) return;
   for (const TCoorCr& p : *Punti) {
     if (!Dato(p.Est) || !(p.Est > kEstMinimo)) continue;
-    for (const double falsoEst : kFalsiEst)
-      if (std::abs(p.Est - falsoEst) < kSemiampiezzaZona) FalsoEst = falsoEst;
+    FalsoEst = FalsoEstDi(p.Est);
     return;
   }
 }

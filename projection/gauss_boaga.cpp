@@ -15,7 +15,7 @@ using namespace kzt5cmrg;
 
 namespace {
 
-constexpr double kK0 = 0.9996;
+constexpr double kK0 = kScalaCentrale;
 constexpr double kSemiasse = 6378.388;                    // International 1924 [km]
 constexpr double kEccentricita2 = 0.006722670022;         // first eccentricity squared
 constexpr double kSemiasseRidotto = 6375.8366448;         // k0 x semi-major axis [km]

@@ -2,6 +2,7 @@
 
 // Constants and small rules that every room of the module shares.
 
+#include <cmath>
 #include <numbers>
 
 #include "kzt5cmrg/record.h"
@@ -40,6 +41,17 @@ inline constexpr double kAdditiva7 = 0.11;
 inline constexpr double kFalsoEstOvest = 1500.0;
 inline constexpr double kFalsoEstEst = 2520.0;
 inline constexpr double kFalsoEstUtm = 500.0;
+
+inline constexpr double kSemiampiezzaZona = 350.0;  // how far from it a point may lie [km]
+inline constexpr double kEstMinimo = 80.0;        // a smaller easting says nothing of the zone [km]
+inline constexpr double kScalaCentrale = 0.9996;  // of all zones, on their central meridian
+
+// False easting of the zone that an easting lies in, 0 if in none [km].
+inline double FalsoEstDi(double est) {
+  for (const double falsoEst : {kFalsoEstOvest, kFalsoEstEst, kFalsoEstUtm})
+    if (std::abs(est - falsoEst) < kSemiampiezzaZona) return falsoEst;
+  return 0.0;
+}
 
 // Whether a value was given. A NaN is a value; the limit itself is neither given nor missing.
 constexpr bool Dato(double valore) { return !(valore >= kNonDato); }

@@ -13,14 +13,12 @@
 #include "host/base/numeri.h"
 #include "host/base/testi.h"
 #include "host/base/unita.h"
+#include "host/rete/sqm.h"
 
 namespace compensa {
 
 namespace {
 
-constexpr double kSqmDirezioneUsuale = 0.0010;    // [gon]
-constexpr double kSqmDistCostanteUsuale = 0.003;  // [m]
-constexpr double kSqmDistPropUsuale = 0.002;      // [m/km]
 constexpr const char* kDalPiuFrequente = "dal valore più frequente delle osservazioni";
 constexpr const char* kDalValore = "dal valore delle osservazioni";
 constexpr std::size_t kValoriElencati = 4;

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "host/base/numeri.h"
+#include "host/base/unita.h"
 
 namespace compensa {
 
@@ -60,37 +61,37 @@ struct Piano {
   Assi Ordine = Assi::EstNord;
 };
 
-constexpr double kScalaUtm = 0.9996;
-constexpr int kFalsoEstUtm = 500000;
-constexpr int kFalsoEstOvest = 1500000;
-constexpr int kFalsoEstEst = 2520000;
+constexpr int InMetri(double km) { return static_cast<int>(km * kMetriPerKm); }
+constexpr int kFusoUtm = InMetri(kFalsoEstUtm);
+constexpr int kFusoOvest = InMetri(kFalsoEstOvest);
+constexpr int kFusoEst = InMetri(kFalsoEstEst);
 constexpr int kGaussBoagaOvest = 3003;
 constexpr int kGaussBoagaEst = 3004;
 
 constexpr std::array<Piano, 23> kPiani{{
-    {kGaussBoagaOvest, "Monte Mario / Italy zone 1", 4265, 9, kScalaUtm, kFalsoEstOvest},
-    {kGaussBoagaEst, "Monte Mario / Italy zone 2", 4265, 15, kScalaUtm, kFalsoEstEst},
-    {23032, "ED50 / UTM zone 32N", 4230, 9, kScalaUtm, kFalsoEstUtm},
-    {23033, "ED50 / UTM zone 33N", 4230, 15, kScalaUtm, kFalsoEstUtm},
-    {23034, "ED50 / UTM zone 34N", 4230, 21, kScalaUtm, kFalsoEstUtm},
-    {7791, "RDN2008 / UTM zone 32N", 6706, 9, kScalaUtm, kFalsoEstUtm},
-    {7792, "RDN2008 / UTM zone 33N", 6706, 15, kScalaUtm, kFalsoEstUtm},
-    {7793, "RDN2008 / UTM zone 34N", 6706, 21, kScalaUtm, kFalsoEstUtm},
+    {kGaussBoagaOvest, "Monte Mario / Italy zone 1", 4265, 9, kScalaCentrale, kFusoOvest},
+    {kGaussBoagaEst, "Monte Mario / Italy zone 2", 4265, 15, kScalaCentrale, kFusoEst},
+    {23032, "ED50 / UTM zone 32N", 4230, 9, kScalaCentrale, kFusoUtm},
+    {23033, "ED50 / UTM zone 33N", 4230, 15, kScalaCentrale, kFusoUtm},
+    {23034, "ED50 / UTM zone 34N", 4230, 21, kScalaCentrale, kFusoUtm},
+    {7791, "RDN2008 / UTM zone 32N", 6706, 9, kScalaCentrale, kFusoUtm},
+    {7792, "RDN2008 / UTM zone 33N", 6706, 15, kScalaCentrale, kFusoUtm},
+    {7793, "RDN2008 / UTM zone 34N", 6706, 21, kScalaCentrale, kFusoUtm},
     {7794, "RDN2008 / Italy zone (E-N)", 6706, 12, 0.9985, 7000000},
     {7795, "RDN2008 / Zone 12 (E-N)", 6706, 12, 1, 3000000},
-    {6707, "RDN2008 / UTM zone 32N (N-E)", 6706, 9, kScalaUtm, kFalsoEstUtm, Assi::NordEst},
-    {6708, "RDN2008 / UTM zone 33N (N-E)", 6706, 15, kScalaUtm, kFalsoEstUtm, Assi::NordEst},
-    {6709, "RDN2008 / UTM zone 34N (N-E)", 6706, 21, kScalaUtm, kFalsoEstUtm, Assi::NordEst},
+    {6707, "RDN2008 / UTM zone 32N (N-E)", 6706, 9, kScalaCentrale, kFusoUtm, Assi::NordEst},
+    {6708, "RDN2008 / UTM zone 33N (N-E)", 6706, 15, kScalaCentrale, kFusoUtm, Assi::NordEst},
+    {6709, "RDN2008 / UTM zone 34N (N-E)", 6706, 21, kScalaCentrale, kFusoUtm, Assi::NordEst},
     {6875, "RDN2008 / Italy zone (N-E)", 6706, 12, 0.9985, 7000000, Assi::NordEst},
     {6876, "RDN2008 / Zone 12 (N-E)", 6706, 12, 1, 3000000, Assi::NordEst},
-    {25832, "ETRS89 / UTM zone 32N", 4258, 9, kScalaUtm, kFalsoEstUtm},
-    {25833, "ETRS89 / UTM zone 33N", 4258, 15, kScalaUtm, kFalsoEstUtm},
-    {25834, "ETRS89 / UTM zone 34N", 4258, 21, kScalaUtm, kFalsoEstUtm},
-    {32632, "WGS 84 / UTM zone 32N", 4326, 9, kScalaUtm, kFalsoEstUtm},
-    {32633, "WGS 84 / UTM zone 33N", 4326, 15, kScalaUtm, kFalsoEstUtm},
-    {32634, "WGS 84 / UTM zone 34N", 4326, 21, kScalaUtm, kFalsoEstUtm},
-    {3064, "IGM95 / UTM zone 32N", 4670, 9, kScalaUtm, kFalsoEstUtm},
-    {3065, "IGM95 / UTM zone 33N", 4670, 15, kScalaUtm, kFalsoEstUtm},
+    {25832, "ETRS89 / UTM zone 32N", 4258, 9, kScalaCentrale, kFusoUtm},
+    {25833, "ETRS89 / UTM zone 33N", 4258, 15, kScalaCentrale, kFusoUtm},
+    {25834, "ETRS89 / UTM zone 34N", 4258, 21, kScalaCentrale, kFusoUtm},
+    {32632, "WGS 84 / UTM zone 32N", 4326, 9, kScalaCentrale, kFusoUtm},
+    {32633, "WGS 84 / UTM zone 33N", 4326, 15, kScalaCentrale, kFusoUtm},
+    {32634, "WGS 84 / UTM zone 34N", 4326, 21, kScalaCentrale, kFusoUtm},
+    {3064, "IGM95 / UTM zone 32N", 4670, 9, kScalaCentrale, kFusoUtm},
+    {3065, "IGM95 / UTM zone 33N", 4670, 15, kScalaCentrale, kFusoUtm},
 }};
 
 // Codes that cannot be those of plane coordinates in metres: geographic and geocentric systems and
@@ -155,10 +156,10 @@ SistemaRiferimento DaFalsoEst(double falsoEst) {
     return "fuso " + std::string(zona) +
            " riconosciuto dal falso Est: il file della rete non dà epsg";
   };
-  if (falsoEst == kFalsoEstOvest)
+  if (falsoEst == kFusoOvest)
     return DiCodice(kGaussBoagaOvest, falsoEst, nota("Gauss-Boaga Ovest"));
-  if (falsoEst == kFalsoEstEst) return DiCodice(kGaussBoagaEst, falsoEst, nota("Gauss-Boaga Est"));
-  if (falsoEst == kFalsoEstUtm)
+  if (falsoEst == kFusoEst) return DiCodice(kGaussBoagaEst, falsoEst, nota("Gauss-Boaga Est"));
+  if (falsoEst == kFusoUtm)
     return {
         0, std::string(kNomeIgnoto), "",
         "falso Est di 500 km: il fuso non si può sapere dalle coordinate; per averlo serve epsg "

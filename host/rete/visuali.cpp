@@ -10,17 +10,15 @@
 #include <algorithm>
 #include <cmath>
 
+#include "host/rete/zone.h"
+
 namespace compensa {
 
 namespace {
 
-constexpr double kScalaCentrale = 0.9996;
-constexpr double kFalsiEst[] = {1500000.0, 2520000.0, 500000.0};  // of the map zones [m]
-constexpr double kSemiampiezza = 500000.0;                        // of a zone around its own [m]
-constexpr double kMetaZona = 350000.0;  // an Est this near its false origin belongs to the zone [m]
-constexpr double kEstMinimo = 80000.0;  // a smaller one says nothing of the zone [m]
-constexpr double kSbraccio = 0.16;      // prism offset of the instruments of types 6 and 7 [m]
-constexpr double kSenoMinimo = 1e-6;    // a sight along the vertical has no horizontal distance
+constexpr double kSemiampiezza = 500000.0;  // of a zone around its own [m]
+constexpr double kSbraccio = 0.16;          // prism offset of the instruments of types 6 and 7 [m]
+constexpr double kSenoMinimo = 1e-6;        // a sight along the vertical has no horizontal distance
 
 // On the horizontal of the instrument [m]; the constants of types 6 and 7, a few centimetres, are
 // left to the adjustment.
@@ -91,15 +89,14 @@ Riduzioni::Riduzioni(const Rete& rete, bool carta) : Carta(carta) {
   int est = 0;
   for (const TCoorCr& p : rete.Punti) {
     if (Assegnato(p.Quota)) sommaQuote += p.Quota, ++quote;
-    if (!Assegnato(p.Est) || p.Est < kEstMinimo) continue;
-    sommaEst += p.Est;
-    if (++est > 1) continue;
-    for (const double falso : kFalsiEst)
-      if (std::abs(p.Est - falso) < kMetaZona) FalsoEst = falso;
+    if (DiceLaZona(p.Est)) sommaEst += p.Est, ++est;
   }
   if (quote > 0) QuotaMedia = sommaQuote / quote;
   if (est > 0) EstMedio = sommaEst / est;
-  if (FalsoEst == 0.0) Carta = false;
+  const TCoorCr* primo = PuntoDellaZona(rete.Punti);
+  const Zona* zona = primo == nullptr ? nullptr : ZonaDi(primo->Est);
+  Carta = zona != nullptr;
+  if (Carta) FalsoEst = zona->FalsoEst;
 }
 
 double Riduzioni::Scala(double est, double quota) const {

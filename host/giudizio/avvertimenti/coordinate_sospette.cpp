@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iterator>
 #include <string>
 #include <utility>
 
@@ -15,34 +14,18 @@
 #include "host/giudizio/avvertimenti/prima.h"
 #include "host/giudizio/controlli/tolleranze.h"
 #include "host/rete/visuali.h"
+#include "host/rete/zone.h"
 
 namespace compensa {
 
 namespace {
 
-struct Fuso {
-  double FalsoEst;  // [m]
-  std::string_view Nome;
-};
-constexpr Fuso kFusi[] = {{1500000.0, "nel fuso Gauss-Boaga Ovest"},
-                          {2520000.0, "nel fuso Gauss-Boaga Est"},
-                          {500000.0, "in un fuso UTM"}};
-constexpr int kNessunFuso = -1;
-constexpr double kSemiampiezza = 350000.0;                   // of a zone [m]
-constexpr double kNordMinimo = 3.9e6, kNordMassimo = 5.3e6;  // of Italy [m]
-constexpr double kEstMinimo = 80000.0;  // a smaller one says nothing of the zone [m]
 // Part of its standard deviation up to which a reduction left out is lost among the errors.
 constexpr double kParteTrascurabile = 1.0 / 3.0;
 constexpr int kDecimali = 3;
 
-int FusoDi(double est) {
-  for (std::size_t f = 0; f < std::size(kFusi); ++f)
-    if (std::abs(est - kFusi[f].FalsoEst) < kSemiampiezza) return static_cast<int>(f);
-  return kNessunFuso;
-}
-bool InItalia(double nord) { return nord > kNordMinimo && nord < kNordMassimo; }
-bool Cartografico(const TCoorCr& p) { return FusoDi(p.Est) != kNessunFuso && InItalia(p.Nord); }
-bool Scambiato(const TCoorCr& p) { return FusoDi(p.Nord) != kNessunFuso && InItalia(p.Est); }
+bool Cartografico(const TCoorCr& p) { return ZonaDi(p.Est) != nullptr && InItalia(p.Nord); }
+bool Scambiato(const TCoorCr& p) { return ZonaDi(p.Nord) != nullptr && InItalia(p.Est); }
 bool ConPianta(const TCoorCr& p) { return Assegnato(p.Est) && Assegnato(p.Nord); }
 
 std::string Coordinate(const TCoorCr& p) {
@@ -83,7 +66,7 @@ class Esame {
   void EsaminaScambi();
   void EsaminaLocali();
   void EsaminaFuso();
-  void EsaminaFuoriFuso(int fuso);
+  void EsaminaFuoriFuso(const Zona& fuso);
   void EsaminaQuote();
 
   const Rete& R;
@@ -144,21 +127,19 @@ void Esame::EsaminaLocali() {
   if (effetto.empty()) return;
   const std::size_t i = Cartografici.front();
   SuOpzione(Su(Cartografici.size(), Presenti.size()) + " sembrano " +
-                std::string(kFusi[static_cast<std::size_t>(FusoDi(Punto(i).Est))].Nome) + " (" +
-                NomePunto(R.Nomi[i]).Testo() + ": " + Coordinate(Punto(i)) +
+                std::string(ZonaDi(Punto(i).Est)->Dove) + " (" + NomePunto(R.Nomi[i]).Testo() +
+                ": " + Coordinate(Punto(i)) +
                 "), ma le osservazioni non si riducono al piano: " + effetto,
             "se le coordinate sono cartografiche serve cartografiche = true");
 }
 
 // As the job recognises the zone.
 void Esame::EsaminaFuso() {
-  const auto primo = std::find_if(R.Punti.begin(), R.Punti.end(), [](const TCoorCr& p) {
-    return Assegnato(p.Est) && p.Est > kEstMinimo;
-  });
+  const TCoorCr* primo = PuntoDellaZona(R.Punti);
   constexpr std::string_view kForse =
       "se le coordinate sono locali serve cartografiche = false; se sono state accorciate, vanno "
       "scritte intere";
-  if (primo == R.Punti.end()) {
+  if (primo == nullptr) {
     if (!Presenti.empty())
       SuOpzione("il fuso non si riconosce: nessun punto ha est oltre 80 km (" +
                     NomePunto(R.Nomi[Presenti.front()]).Testo() + ": " +
@@ -167,29 +148,29 @@ void Esame::EsaminaFuso() {
                 std::string(kForse));
     return;
   }
-  const int fuso = FusoDi(primo->Est);
-  if (fuso == kNessunFuso) {
-    const auto i = static_cast<std::size_t>(primo - R.Punti.begin());
+  const Zona* fuso = ZonaDi(primo->Est);
+  if (fuso == nullptr) {
+    const auto i = static_cast<std::size_t>(primo - R.Punti.data());
     SuOpzione("il fuso non si riconosce: il primo punto con est oltre 80 km, " + Cita(R.Nomi[i]) +
                   ", ha est " + NumeroFisso(primo->Est, kDecimali) +
                   ", che non è di nessun fuso, e le riduzioni al piano sono sbagliate",
               std::string(kForse));
     return;
   }
-  EsaminaFuoriFuso(fuso);
+  EsaminaFuoriFuso(*fuso);
 }
 
-void Esame::EsaminaFuoriFuso(int fuso) {
+void Esame::EsaminaFuoriFuso(const Zona& fuso) {
   std::vector<std::size_t> lontani;
   std::vector<std::size_t> fuoriItalia;
   for (const std::size_t i : Presenti) {
     if (Scambiato(Punto(i))) continue;
-    if (FusoDi(Punto(i).Est) != fuso)
+    if (ZonaDi(Punto(i).Est) != &fuso)
       lontani.push_back(i);
     else if (!InItalia(Punto(i).Nord))
       fuoriItalia.push_back(i);
   }
-  const std::string nome(kFusi[static_cast<std::size_t>(fuso)].Nome);
+  const std::string nome(fuso.Dove);
   for (const std::size_t i : lontani)
     SuPunto(i,
             "est " + NumeroFisso(Punto(i).Est, kDecimali) + ": non è " + nome +

@@ -1,14 +1,11 @@
 // A wrong code changes no number, but a map puts the network elsewhere. Coordinates belong to the
 // zone of a code if
 //   |E - E0| < half width of the zone, E0 its false easting     Nord between the parallels of Italy
-// A zone of six degrees reaches 250 km from its meridian, and maps are used somewhat beyond; the
-// single zones for the whole country reach 530 km. Of zones with the same false easting the
-// coordinates do not tell which it is.
+// Of zones with the same false easting the coordinates do not tell which it is.
 
 #include "host/giudizio/avvertimenti/epsg.h"
 
 #include <algorithm>
-#include <cmath>
 #include <optional>
 #include <string>
 #include <utility>
@@ -16,31 +13,13 @@
 #include "host/base/numeri.h"
 #include "host/base/testi.h"
 #include "host/rete/sistema_riferimento.h"
+#include "host/rete/zone.h"
 
 namespace compensa {
 
 namespace {
 
-struct Zona {
-  double FalsoEst;      // [m]
-  double Semiampiezza;  // [m]
-  std::string_view Nome, Rimedio;
-};
-constexpr double kDiSeiGradi = 350000.0, kDiTuttaItalia = 600000.0;
-constexpr Zona kZone[] = {
-    {1500000.0, kDiSeiGradi, "nel fuso Gauss-Boaga Ovest", "per Gauss-Boaga Ovest epsg = 3003"},
-    {2520000.0, kDiSeiGradi, "nel fuso Gauss-Boaga Est", "per Gauss-Boaga Est epsg = 3004"},
-    {500000.0, kDiSeiGradi, "in un fuso UTM",
-     "per UTM 32 o 33 epsg = 7791 o 7792 (RDN2008), 23032 o 23033 (ED50)"},
-    {7000000.0, kDiTuttaItalia, "nel fuso Italia", "per il fuso Italia epsg = 7794"},
-    {3000000.0, kDiTuttaItalia, "nel fuso 12", "per il fuso 12 epsg = 7795"}};
-constexpr double kNordMinimo = 3.9e6, kNordMassimo = 5.3e6;  // of Italy [m]
 constexpr int kDecimali = 3;
-
-bool Dentro(const Zona& zona, double est, double nord) {
-  return std::abs(est - zona.FalsoEst) < zona.Semiampiezza && nord > kNordMinimo &&
-         nord < kNordMassimo;
-}
 
 class Esame {
  public:
@@ -80,7 +59,7 @@ class Esame {
 void Esame::EsaminaZona(const PianoNoto& piano, const std::string& nome) {
   const auto ha = [&](const Zona& zona) { return zona.FalsoEst == piano.FalsoEst; };
   const auto propria = std::ranges::find_if(kZone, ha);
-  if (Presenti.empty() || propria == std::end(kZone) || Maggioranza(Quanti(*propria))) return;
+  if (Presenti.empty() || propria == kZone.end() || Maggioranza(Quanti(*propria))) return;
   const auto altra =
       std::ranges::find_if(kZone, [&](const Zona& zona) { return Maggioranza(Quanti(zona)); });
   const TCoorCr& p = R.Punti[Presenti.front()];
@@ -88,8 +67,8 @@ void Esame::EsaminaZona(const PianoNoto& piano, const std::string& nome) {
                               NumeroFisso(p.Est, kDecimali) + ", nord " +
                               NumeroFisso(p.Nord, kDecimali) + ")";
   const std::string inizio = nome + " ha un falso Est di " + NumeroFisso(piano.FalsoEst, 0) + " m";
-  if (altra != std::end(kZone)) {
-    Segnala(inizio + ", ma le coordinate sono " + std::string(altra->Nome) + esempio,
+  if (altra != kZone.end()) {
+    Segnala(inizio + ", ma le coordinate sono " + std::string(altra->Dove) + esempio,
             altra->Rimedio);
     return;
   }

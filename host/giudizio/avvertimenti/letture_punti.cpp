@@ -18,6 +18,7 @@
 #include <limits>
 #include <utility>
 
+#include "host/rete/sqm.h"
 #include "host/rete/visuali.h"
 
 namespace compensa {
@@ -26,9 +27,6 @@ namespace {
 
 constexpr double kControllo = 0.01;  // an r below this shows less than a hundredth of an error
 constexpr int kMaiTolto = std::numeric_limits<int>::max();
-// Where the options give none [m, gon]: only their proportion matters.
-constexpr double kSqmDistanza = 0.01;
-constexpr double kSqmDirezione = 0.001;
 
 struct Lettura {
   int Stazione, Osservazione;
@@ -147,11 +145,10 @@ Riga Esame::FaiRiga(Lettura l, int p, bool distanza) const {
   if (!(D > 0.0)) return {l, distanza, 0.0, 0.0};
   if (distanza) {
     const double sqm = E.Equazioni[static_cast<std::size_t>(o.EqDistanza)].SqmPriori;
-    const double k = segno / (D * (sqm > 0.0 ? sqm : kSqmDistanza));
+    const double k = segno / (D * OAltrimenti(sqm, kSqmDistanzaIgnota));
     return {l, true, k * lato.Est, k * lato.Nord};
   }
-  const double sqm = E.Opzioni.SqmDir > 0.0 ? E.Opzioni.SqmDir : kSqmDirezione;
-  const double k = segno / (D * D * sqm * kRadPerGon);
+  const double k = segno / (D * D * SqmDirezione(E.Opzioni) * kRadPerGon);
   return {l, false, k * lato.Nord, -k * lato.Est};
 }
 

@@ -10,19 +10,12 @@
 #include <cmath>
 
 #include "host/base/unita.h"
+#include "host/rete/sqm.h"
 #include "records/selezione.h"
 
 namespace compensa {
 
 namespace {
-
-// Where a network gives none [m, gon]: only the proportion of the rows depends on them.
-constexpr double kSqmDistanza = 0.01;
-constexpr double kSqmDirezione = 0.001;
-
-double OAltrimenti(double valore, double altrimenti) {
-  return valore > 0.0 && std::isfinite(valore) ? valore : altrimenti;
-}
 
 // Adds to the coefficients of a point, if it moves.
 void Aggiungi(RigaLibera& riga, int nodo, double primo, double secondo) {
@@ -96,7 +89,7 @@ RigaLibera Costruttore::Nuova(TipoEquazione tipo, std::size_t stazione, std::siz
 
 void Costruttore::AggiungiAngoli(std::size_t stazione) {
   const TStaCr& s = N.Stazioni[stazione];
-  const double fattore = 1.0 / (OAltrimenti(R.Opzioni.SqmDir, kSqmDirezione) * kRadPerGon);
+  const double fattore = 1.0 / (SqmDirezione(R.Opzioni) * kRadPerGon);
   PerOgniAngolo(N.Punti, s, [&](std::size_t riferimento, std::size_t k) {
     RigaLibera riga = Nuova(TipoEquazione::Angolo, stazione, k);
     riga.Riferimento = static_cast<int>(riferimento);
@@ -114,8 +107,9 @@ void Costruttore::AggiungiDistanze(std::size_t stazione) {
     const double lunghezza = Lunghezza(d);
     RigaLibera riga = Nuova(TipoEquazione::Distanza, stazione, k);
     if (lunghezza > 0.0) {
-      const double sigma = OAltrimenti(
-          R.Opzioni.SqmDistCost + R.Opzioni.SqmDistProp * lunghezza / kMetriPerKm, kSqmDistanza);
+      const double sigma =
+          OAltrimenti(R.Opzioni.SqmDistCost + R.Opzioni.SqmDistProp * lunghezza / kMetriPerKm,
+                      kSqmDistanzaIgnota);
       const Posto u = (1.0 / (lunghezza * sigma)) * d;
       Aggiungi(riga, Nodo(collimato), u.Est, u.Nord);
       Aggiungi(riga, Nodo(s.Punto), -u.Est, -u.Nord);
@@ -142,7 +136,7 @@ SistemaLibero Costruttore::Planimetria() {
 // The error of a height difference grows with the length of its sight.
 void Costruttore::AggiungiDislivelli(std::size_t stazione, int nodoStrumento) {
   const TStaCr& s = N.Stazioni[stazione];
-  const double zenit = OAltrimenti(R.Opzioni.SqmDir, kSqmDirezione) * kRadPerGon;
+  const double zenit = SqmDirezione(R.Opzioni) * kRadPerGon;
   PerOgniDislivello(N.Punti, s, [&](std::size_t k, double) {
     const int collimato = s.Osservazioni[k].Punto;
     const double lunghezza = Lunghezza(Luogo(collimato) - Luogo(s.Punto));
