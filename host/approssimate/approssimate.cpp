@@ -33,7 +33,8 @@ void PropagaPianta(Rete& rete, EsitoApprossimate& esito) {
     const auto p = static_cast<std::size_t>(punto);
     const auto& trovato = propagazione.Trovati()[p];
     if (!trovato || rete.RuoliIniziali[p].Pla != kIncognito) {
-      esito.NonRaggiunti.push_back(MotivoPunto(rete, visuali, propagazione, punto));
+      esito.NonRaggiunti.push_back(AvvisoSu(rete.PosizioniPunti[static_cast<std::size_t>(punto)],
+                                            MotivoPunto(rete, visuali, propagazione, punto)));
       continue;
     }
     TCoorCr& record = rete.Punti[p];

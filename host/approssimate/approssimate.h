@@ -12,10 +12,10 @@ namespace compensa {
 
 // Findings in words, UTF-8, one line each.
 struct EsitoApprossimate {
-  std::vector<int> PuntiPla;              // that got plane coordinates
-  std::vector<int> PuntiAlt;              // that got a height
-  std::vector<std::string> Note;          // how each of them was obtained
-  std::vector<std::string> NonRaggiunti;  // what stays without and what is missing
+  std::vector<int> PuntiPla;            // that got plane coordinates
+  std::vector<int> PuntiAlt;            // that got a height
+  std::vector<std::string> Note;        // how each of them was obtained
+  std::vector<Messaggio> NonRaggiunti;  // what stays without and what is missing
 };
 
 // Fills in Est and Nord of the points that take part in plan (unknown, not excluded) and lack one

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <unordered_set>
 
 #include "host/base/diagnostica.h"
 #include "host/base/numeri.h"
@@ -42,31 +43,36 @@ std::string Coordinate(Posto p) {
          ")";
 }
 
+bool DaOrientare(const Propagazione& propagazione, const Visuale& v) {
+  return propagazione.Noto(v.Da) && v.ConDirezione() && !propagazione.Orientata(v.Stazione);
+}
+
 // A set-up that sees the point, and why that did not suffice.
 std::string TestoVisuale(const Rete& rete, const Propagazione& propagazione, const Visuale& v) {
   std::string testo = Cita(Nome(rete, v.Da));
   if (!propagazione.Noto(v.Da)) return testo + ", che è senza coordinate";
   if (!v.ConDirezione()) return testo + ", con la sola distanza";
-  if (!propagazione.Orientata(v.Stazione)) return testo + ", che non è orientata";
+  if (DaOrientare(propagazione, v)) return testo + ", che non è orientata";
   return testo + (v.ConDistanza() ? "" : ", senza distanza");
 }
 
 // Known points seen from the set-ups on the point.
 std::vector<int> NotiVisti(const Visuali& visuali, const Propagazione& propagazione, int punto) {
   std::vector<int> noti;
+  std::unordered_set<int> visti;
   for (const int s : visuali.Postazioni[static_cast<std::size_t>(punto)]) {
     const auto i = static_cast<std::size_t>(s);
     for (int j = visuali.Inizio[i]; j < visuali.Inizio[i + 1]; ++j) {
       const int visto = visuali.Tutte[static_cast<std::size_t>(j)].A;
-      if (propagazione.Noto(visto) && std::find(noti.begin(), noti.end(), visto) == noti.end())
-        noti.push_back(visto);
+      if (propagazione.Noto(visto) && visti.insert(visto).second) noti.push_back(visto);
     }
   }
   return noti;
 }
 
+// Which set-ups see the point; daOrientare tells whether one of those named lacks its orientation.
 std::string DaChi(const Rete& rete, const Visuali& visuali, const Propagazione& propagazione,
-                  int punto) {
+                  int punto, bool& daOrientare) {
   const std::vector<int>& visto = visuali.VistoDa[static_cast<std::size_t>(punto)];
   std::vector<int> stazioni;
   std::string testo;
@@ -76,6 +82,7 @@ std::string DaChi(const Rete& rete, const Visuali& visuali, const Propagazione& 
     stazioni.push_back(v.Da);
     if (stazioni.size() > kNominati) break;
     testo += (testo.empty() ? "" : "; ") + TestoVisuale(rete, propagazione, v);
+    daOrientare = daOrientare || DaOrientare(propagazione, v);
   }
   if (stazioni.empty()) return {};
   if (stazioni.size() > kNominati) return "lo vedono " + testo + "; e altre";
@@ -85,11 +92,8 @@ std::string DaChi(const Rete& rete, const Visuali& visuali, const Propagazione& 
 }  // namespace
 
 std::string Elenco(const Rete& rete, const std::vector<int>& punti) {
-  std::string testo;
-  for (std::size_t i = 0; i < std::min(punti.size(), kNominati); ++i)
-    testo += (i == 0 ? "" : ", ") + Cita(Nome(rete, punti[i]));
-  if (punti.size() > kNominati) testo += " " + EAltri(punti.size() - kNominati);
-  return testo;
+  return Elenca(
+      punti, [&](int punto) { return Cita(Nome(rete, punto)); }, kNominati);
 }
 
 std::string NotaPunto(const Rete& rete, int punto, const Determinazione& d) {
@@ -108,35 +112,42 @@ std::string NotaPunto(const Rete& rete, int punto, const Determinazione& d) {
   return testo;
 }
 
-std::string MotivoPunto(const Rete& rete, const Visuali& visuali, const Propagazione& propagazione,
-                        int punto) {
+Guasto MotivoPunto(const Rete& rete, const Visuali& visuali, const Propagazione& propagazione,
+                   int punto) {
   const auto p = static_cast<std::size_t>(punto);
-  const std::string nome = NomePunto(Nome(rete, punto)).Testo();
+  Guasto guasto{.Quale = Codice::PuntoNonRaggiunto, .Record = NomePunto(Nome(rete, punto))};
+  const auto conMotivo = [&](std::string motivo) {
+    guasto.Problema = std::move(motivo);
+    return guasto;
+  };
   if (rete.RuoliIniziali[p].Pla == kFisso)
-    return nome + " fisso senza coordinate: vanno date, non si calcolano";
-  const std::string inizio = nome + " senza coordinate: ";
+    return conMotivo("fisso senza coordinate: vanno date, non si calcolano");
+  const std::string inizio = "senza coordinate: ";
   const Impedimento& ostacolo = propagazione.OstacoloDi(punto);
   if (ostacolo.Ambigue)
-    return inizio + "le distanze danno due posizioni, " + Coordinate(ostacolo.Ambigue->first) +
-           " e " + Coordinate(ostacolo.Ambigue->second) +
-           ", e nulla dice quale; serve una direzione o una terza distanza";
+    return conMotivo(inizio + "le distanze danno due posizioni, " +
+                     Coordinate(ostacolo.Ambigue->first) + " e " +
+                     Coordinate(ostacolo.Ambigue->second) +
+                     ", e nulla dice quale; serve una direzione o una terza distanza");
   if (ostacolo.CerchioPericoloso)
-    return inizio +
-           "l'intersezione inversa cade vicino al cerchio pericoloso; serve una distanza, "
-           "o la direzione verso un altro punto noto";
-  const std::string chi = DaChi(rete, visuali, propagazione, punto);
+    return conMotivo(
+        inizio +
+        "l'intersezione inversa cade vicino al cerchio pericoloso; serve una distanza, "
+        "o la direzione verso un altro punto noto");
+  bool daOrientare = false;
+  const std::string chi = DaChi(rete, visuali, propagazione, punto, daOrientare);
   const std::vector<int> noti = NotiVisti(visuali, propagazione, punto);
   if (chi.empty() && visuali.Postazioni[p].empty())
-    return inizio + "nessuna osservazione lo tocca; servono coordinate approssimate";
+    return conMotivo(inizio + "nessuna osservazione lo tocca; servono coordinate approssimate");
   std::string testo = inizio + chi;
   if (!visuali.Postazioni[p].empty()) {
     if (!chi.empty()) testo += "; ";
     testo += noti.empty() ? "dalla sua stazione non si vede nessun punto noto"
                           : "dalla sua stazione si vede di noto solo " + Elenco(rete, noti);
   }
-  const bool daOrientare = chi.find("non è orientata") != std::string::npos;
-  return testo + (daOrientare ? "; serve una visuale da quella stazione a un punto noto"
-                              : "; serve un'altra direzione o distanza da un punto noto");
+  return conMotivo(testo + (daOrientare
+                                ? "; serve una visuale da quella stazione a un punto noto"
+                                : "; serve un'altra direzione o distanza da un punto noto"));
 }
 
 }  // namespace compensa

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/approssimate/propagazione.h"
+#include "host/base/diagnostica.h"
 
 namespace compensa {
 
@@ -16,7 +17,7 @@ std::string Elenco(const Rete& rete, const std::vector<int>& punti);
 std::string NotaPunto(const Rete& rete, int punto, const Determinazione& determinazione);
 
 // Why the point was not found and what would help.
-std::string MotivoPunto(const Rete& rete, const Visuali& visuali, const Propagazione& propagazione,
-                        int punto);
+Guasto MotivoPunto(const Rete& rete, const Visuali& visuali, const Propagazione& propagazione,
+                   int punto);
 
 }  // namespace compensa

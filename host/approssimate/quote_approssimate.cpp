@@ -149,14 +149,18 @@ std::string Propagatore::Motivo(int punto) const {
 
 void Propagatore::Riferisci() {
   for (std::size_t i = 0; i < R.Punti.size(); ++i) {
-    const std::string punto = NomePunto(R.Nomi[i]);
+    const auto manca = [&](std::string motivo) {
+      E.NonRaggiunti.push_back(AvvisoSu(R.PosizioniPunti[i], {.Quale = Codice::QuotaNonRaggiunta,
+                                                              .Record = NomePunto(R.Nomi[i]),
+                                                              .Problema = std::move(motivo)}));
+    };
     if (!Note[i].empty()) {
       E.PuntiAlt.push_back(static_cast<int>(i));
       E.Note.push_back(std::move(Note[i]));
     } else if (!Assegnato(R.Punti[i].Quota) && R.RuoliIniziali[i].Alt == kFisso) {
-      E.NonRaggiunti.push_back(punto + " fisso senza quota: va data, non si calcola");
+      manca("fisso senza quota: va data, non si calcola");
     } else if (!Assegnato(R.Punti[i].Quota) && R.RuoliIniziali[i].Alt == kIncognito) {
-      E.NonRaggiunti.push_back(punto + " senza quota: " + Motivo(static_cast<int>(i)));
+      manca("senza quota: " + Motivo(static_cast<int>(i)));
     }
   }
 }

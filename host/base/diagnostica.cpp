@@ -32,6 +32,22 @@ Messaggio Taciuti(Gravita livello, std::size_t quanti, Riguardo riguarda) {
 
 }  // namespace
 
+Messaggio AvvisoSu(const Posizione& dove, Guasto guasto) {
+  return {Gravita::Avviso, std::string(dove.File), dove.Riga, dove.Colonna, std::move(guasto)};
+}
+
+std::string TestoGuasto(const Guasto& cosa) {
+  std::string testo = cosa.Record.Testo();
+  Unisci(testo, ", ", cosa.Campo);
+  std::string valori;
+  if (!cosa.Trovato.empty()) valori = "trovato " + cosa.Trovato;
+  if (!cosa.Voluto.empty()) Unisci(valori, ", ", "serve " + cosa.Voluto);
+  Unisci(testo, ": ", cosa.Problema);
+  Unisci(testo, ": ", valori);
+  if (!cosa.Suggerimento.empty()) testo += " (" + cosa.Suggerimento + ")";
+  return testo;
+}
+
 std::string TestoMessaggio(const Messaggio& messaggio, bool conGravita) {
   std::string testo = Visibile(messaggio.File);
   if (messaggio.Riga > 0) {
@@ -41,17 +57,7 @@ std::string TestoMessaggio(const Messaggio& messaggio, bool conGravita) {
     testo += ": ";
     if (conGravita) testo += messaggio.Livello == Gravita::Errore ? "errore: " : "avviso: ";
   }
-  const Guasto& cosa = messaggio.Cosa;
-  std::string soggetto = cosa.Record.Testo();
-  Unisci(soggetto, ", ", cosa.Campo);
-  std::string valori;
-  if (!cosa.Trovato.empty()) valori = "trovato " + cosa.Trovato;
-  if (!cosa.Voluto.empty()) Unisci(valori, ", ", "serve " + cosa.Voluto);
-  Unisci(soggetto, ": ", cosa.Problema);
-  Unisci(soggetto, ": ", valori);
-  testo += soggetto;
-  if (!cosa.Suggerimento.empty()) testo += " (" + cosa.Suggerimento + ")";
-  return testo;
+  return testo + TestoGuasto(messaggio.Cosa);
 }
 
 std::vector<std::string> Testi(const std::vector<Messaggio>& messaggi, bool conGravita) {

@@ -47,6 +47,12 @@ struct Messaggio {
 // The adjustments that a message concerns, by itself or by its code.
 Riguardo RiguardoDi(const Guasto& guasto);
 
+// A warning with its place.
+Messaggio AvvisoSu(const Posizione& dove, Guasto guasto);
+
+// What is wrong in words, without the place.
+std::string TestoGuasto(const Guasto& guasto);
+
 // The message on one line, without line end:
 //   file:riga:colonna: errore: record, campo: problema: trovato x, serve y (suggerimento)
 // without the word of its gravity if wanted.

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
+#include <iterator>
 #include <new>
 #include <optional>
 #include <set>
@@ -51,18 +52,18 @@ std::string Gibibyte(std::uint64_t byte) {
   return NumeroFisso(static_cast<double>(byte) / kGibibyte, 2) + " GiB";
 }
 
-void Accoda(std::vector<std::string>& messaggi, std::vector<std::string> altri) {
-  for (std::string& altro : altri) messaggi.push_back(std::move(altro));
+void Accoda(std::vector<Messaggio>& messaggi, std::vector<Messaggio> altri) {
+  std::move(altri.begin(), altri.end(), std::back_inserter(messaggi));
 }
 
-void Comunica(const Diagnostica& avvisi, bool quieto, std::vector<std::string>& messaggi) {
+void Comunica(const Diagnostica& avvisi, bool quieto, std::vector<Messaggio>& messaggi) {
   if (!quieto) MostraMessaggi(avvisi);
-  Accoda(messaggi, avvisi.Righe());
+  Accoda(messaggi, avvisi.Messaggi());
 }
 
 // Adds the warnings on records that are passed over, and on what looks wrong, to the messages.
 Risultati CompensaConMessaggi(Rete& rete, Rapporto& rapporto, bool quieto,
-                              std::vector<std::string>& messaggi) {
+                              std::vector<Messaggio>& messaggi) {
   RigaAvanzamento avanzamento(ScriviErrori);
   Ascolto ascolto;
   ascolto.Classificati = [&] {
@@ -94,7 +95,9 @@ EsitoApprossimate Approssima(Rete& rete, const std::string& file, bool quieto) {
   EsitoApprossimate approssimate = CalcolaApprossimate(rete);
   if (quieto) return approssimate;
   for (const std::string& nota : PrimeRighe(approssimate.Note)) ScriviNota(file, nota);
-  for (const std::string& punto : PrimeRighe(approssimate.NonRaggiunti)) ScriviAvviso(file, punto);
+  std::vector<std::string> mancanti;
+  for (const Messaggio& m : approssimate.NonRaggiunti) mancanti.push_back(TestoGuasto(m.Cosa));
+  for (const std::string& punto : PrimeRighe(mancanti)) ScriviAvviso(file, punto);
   return approssimate;
 }
 
@@ -142,7 +145,7 @@ Stato CompensaRete(const OpzioniCompensa& a, const std::string& file, EsitoRete&
   RifiutaIngressi(destinazioni, rete->NomiFile);
   ScritturaUscite uscite(std::move(destinazioni));
 
-  std::vector<std::string> messaggi = lettura.Righe();
+  std::vector<Messaggio> messaggi = lettura.Messaggi();
   EsitoApprossimate approssimate = Approssima(*rete, file, a.Quieto);
   Rapporto rapporto;
   const Risultati risultati = CompensaConMessaggi(*rete, rapporto, a.Quieto, messaggi);

@@ -141,24 +141,20 @@ std::string TestoApprossimate(const EsitoApprossimate& esito) {
   }
   if (!esito.NonRaggiunti.empty()) {
     testo += "\nPunti che restano senza coordinate\n";
-    elenca(esito.NonRaggiunti);
+    std::vector<std::string> mancanti;
+    for (const Messaggio& m : esito.NonRaggiunti) mancanti.push_back(TestoGuasto(m.Cosa));
+    elenca(mancanti);
   }
   return testo;
 }
 
 // In file order, without the word that says how grave a message is.
 std::string TestoRilievi(const Rete& rete, const Rilievi& rilievi) {
-  Diagnostica ordinati;
+  Diagnostica ordinati(kNoteMostrate);
   for (const std::string& file : rete.NomiFile) ordinati.NominaFile(file);
   for (const Rilievo& r : rilievi) ordinati.Avviso(r.Dove, r.Cosa);
-  constexpr std::string_view kParola = ": avviso: ";
   std::string testo;
-  for (const Messaggio& m : ordinati.Messaggi()) {
-    std::string riga = TestoMessaggio(m);
-    const std::size_t dove = riga.find(kParola);
-    if (dove != std::string::npos) riga.replace(dove, kParola.size(), ": ");
-    testo += "  " + riga + "\n";
-  }
+  for (const std::string& riga : Testi(ordinati.Messaggi(), false)) testo += "  " + riga + "\n";
   return testo;
 }
 

@@ -28,11 +28,7 @@ constexpr int kLarghezzaNomi = 20;  // of a column of names, unless one is longe
 constexpr int kLarghezzaAngolo = 14;
 
 std::string Elenco(const std::vector<std::string_view>& nomi) {
-  std::string elenco;
-  for (std::size_t i = 0; i < std::min(nomi.size(), kNomiElencati); ++i)
-    elenco += (i == 0 ? "" : ", ") + Cita(nomi[i]);
-  if (nomi.size() > kNomiElencati) elenco += " " + EAltri(nomi.size() - kNomiElencati);
-  return elenco;
+  return Elenca(nomi, Cita, kNomiElencati);
 }
 
 std::string Allineato(std::string testo, int larghezza, bool destra = false) {
@@ -209,7 +205,7 @@ std::vector<std::string> CheCosaManca(const Rete& rete, const EsitoApprossimate&
   }
   if (quote) AggiungiAltezze(frasi, rete);
   if (!approssimate.NonRaggiunti.empty()) {
-    frasi.insert(frasi.end(), approssimate.NonRaggiunti.begin(), approssimate.NonRaggiunti.end());
+    for (const Messaggio& m : approssimate.NonRaggiunti) frasi.push_back(TestoGuasto(m.Cosa));
     return frasi;
   }
   const std::vector<bool> usati = Usati(rete);

@@ -81,22 +81,21 @@ std::string_view NomePunto(const Risultati& r, int punto) {
   return punto >= 0 && i < r.Punti.size() ? std::string_view(r.Punti[i].Nome) : std::string_view();
 }
 
-std::string TestoEquazione(const Risultati& r, const Equazione& e) {
+Soggetto SoggettoDi(const Risultati& r, const Equazione& e) {
   const RisultatoStazione& s = r.Stazioni[static_cast<std::size_t>(e.Stazione)];
   const auto collimato = [&](int osservazione) {
-    return Cita(NomePunto(r, s.Osservazioni[static_cast<std::size_t>(osservazione)].Punto));
+    return std::string(
+        NomePunto(r, s.Osservazioni[static_cast<std::size_t>(osservazione)].Punto));
   };
-  const std::string stazione = Cita(NomePunto(r, s.Punto));
-  switch (e.Tipo) {
-    case TipoEquazione::Angolo:
-      return "angolo in " + stazione + " da " + collimato(e.Riferimento) + " a " +
-             collimato(e.Osservazione);
-    case TipoEquazione::Distanza:
-      return "distanza da " + stazione + " a " + collimato(e.Osservazione);
-    case TipoEquazione::Dislivello:
-      return "dislivello da " + stazione + " a " + collimato(e.Osservazione);
-  }
-  return {};
+  const std::string stazione(NomePunto(r, s.Punto));
+  if (e.Tipo == TipoEquazione::Angolo)
+    return {TipoSoggetto::Angolo, {stazione, collimato(e.Riferimento), collimato(e.Osservazione)}};
+  return {e.Tipo == TipoEquazione::Distanza ? TipoSoggetto::Distanza : TipoSoggetto::Dislivello,
+          {stazione, collimato(e.Osservazione)}};
+}
+
+std::string TestoEquazione(const Risultati& r, const Equazione& e) {
+  return SoggettoDi(r, e).Testo();
 }
 
 std::string TestoEquazioniIncognite(const RisultatoCompensazione& c) {

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "host/base/unita.h"
+#include "host/base/soggetto.h"
 #include "host/rete/risultati.h"
 
 namespace compensa {
@@ -60,6 +61,9 @@ std::string_view NomeRuolo(int ruolo);
 
 // Empty for kNessuno.
 std::string_view NomePunto(const Risultati& risultati, int punto);
+
+// What an equation observes, and between which points.
+Soggetto SoggettoDi(const Risultati& risultati, const Equazione& equazione);
 
 // "angolo in "A" da "B" a "C"": what an equation observes, and between which points.
 std::string TestoEquazione(const Risultati& risultati, const Equazione& equazione);

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "host/base/diagnostica.h"
 #include "host/rete/risultati.h"
 
 namespace compensa {
@@ -18,11 +19,12 @@ struct FileLetto {
 
 struct Documento {
   const Risultati& Esiti;
-  std::string_view Rapporto;          // text report, UTF-8, lines ended by '\n'
-  std::vector<std::string> Messaggi;  // warnings of this run, UTF-8, one line each
-  std::vector<std::string> Note;      // how coordinates that the file lacks were obtained, likewise
-  std::string DataOra;                // of the run, gg/mm/aaaa hh:mm
-  std::vector<FileLetto> File;        // the network file first, then its tables
+  std::string_view Rapporto;        // text report, UTF-8, lines ended by '\n'
+  std::vector<Messaggio> Messaggi;  // warnings of this run
+  std::vector<std::string>
+      Note;             // how coordinates that the file lacks were obtained, UTF-8, a line each
+  std::string DataOra;  // of the run, gg/mm/aaaa hh:mm
+  std::vector<FileLetto> File;  // the network file first, then its tables
 };
 
 }  // namespace compensa

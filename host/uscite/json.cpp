@@ -229,6 +229,29 @@ ordered_json DiStazione(const Risultati& r, const RisultatoStazione& s) {
           {"orientamento", Numero(s.Orientamento)}};
 }
 
+ordered_json DiMessaggio(const Messaggio& m) {
+  ordered_json compensazioni = ordered_json::array();
+  const Riguardo riguarda = RiguardoDi(m.Cosa);
+  if (Comprende(riguarda, true)) compensazioni.push_back("planimetria");
+  if (Comprende(riguarda, false)) compensazioni.push_back("altimetria");
+  const auto seDato = [](const std::string& testo) {
+    return testo.empty() ? ordered_json(nullptr) : ordered_json(testo);
+  };
+  const auto seNoto = [](int numero) {
+    return numero > 0 ? ordered_json(numero) : ordered_json(nullptr);
+  };
+  return {{"codice", VoceDi(m.Cosa.Quale).Parola},
+          {"gravita", m.Livello == Gravita::Errore ? "errore" : "avviso"},
+          {"compensazioni", std::move(compensazioni)},
+          {"soggetto", Parola(m.Cosa.Record.Tipo)},
+          {"nomi", m.Cosa.Record.Nomi},
+          {"campo", seDato(m.Cosa.Campo)},
+          {"file", seDato(m.File)},
+          {"riga", seNoto(m.Riga)},
+          {"colonna", seNoto(m.Colonna)},
+          {"testo", TestoGuasto(m.Cosa)}};
+}
+
 // Bytes that are not UTF-8, as the name of a file may have, are replaced.
 std::string Testo(const ordered_json& valore) {
   return valore.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
@@ -266,12 +289,14 @@ void ScriviJson(const Risultati& r, const Scrivi& scrivi, const MessaggiJson& me
   for (const auto& [chiave, valore] : testata.items())
     inizio += "  " + Testo(chiave) + ": " + Testo(valore) + ",\n";
   scrivi(inizio);
-  for (const auto& [chiave, righe] :
-       {std::pair("avvisi", messaggi.Avvisi), std::pair("note", messaggi.Note)}) {
+  const auto elenco = [&](std::string_view chiave, const auto& elementi, auto fa) {
     scrivi("  \"" + std::string(chiave) + "\": [");
-    ScriviElenco(scrivi, "    ", righe, [](const std::string& riga) { return Testo(riga); });
-    scrivi(righe.empty() ? "],\n" : "\n  ],\n");
-  }
+    ScriviElenco(scrivi, "    ", elementi, fa);
+    scrivi(elementi.empty() ? "],\n" : "\n  ],\n");
+  };
+  elenco("avvisi", messaggi.Avvisi, [](const Messaggio& m) { return Testo(TestoMessaggio(m)); });
+  elenco("messaggi", messaggi.Avvisi, [](const Messaggio& m) { return Testo(DiMessaggio(m)); });
+  elenco("note", messaggi.Note, [](const std::string& riga) { return Testo(riga); });
   scrivi("  \"punti\": [");
   ScriviElenco(scrivi, "    ", r.Punti, [](const RisultatoPunto& p) { return Testo(DiPunto(p)); });
   scrivi("\n  ],\n  \"stazioni\": [");

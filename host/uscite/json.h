@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "host/base/diagnostica.h"
 #include "host/rete/risultati.h"
 
 namespace compensa {
@@ -14,9 +15,10 @@ namespace compensa {
 inline constexpr std::string_view kSchemaJson = "compensa-risultati";
 inline constexpr int kVersioneJson = 1;  // to be raised when a key changes its meaning or goes
 
-// What was said of a run besides its results, UTF-8, one line each.
+// What was said of a run besides its results.
 struct MessaggiJson {
-  std::span<const std::string> Avvisi = {}, Note = {};
+  std::span<const Messaggio> Avvisi = {};
+  std::span<const std::string> Note = {};  // UTF-8, one line each
 };
 
 // Passes the document on in pieces, UTF-8, a record on a line. What does not exist is null.

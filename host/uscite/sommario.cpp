@@ -26,11 +26,8 @@ std::string_view Nome(const Risultati& r, int punto) {
 }
 
 std::string PuntiNominati(const Risultati& r, const std::vector<int>& punti) {
-  std::string testo;
-  for (std::size_t i = 0; i < std::min(punti.size(), kPuntiNominati); ++i)
-    testo += (i == 0 ? "" : ", ") + Cita(Nome(r, punti[i]));
-  if (punti.size() > kPuntiNominati) testo += " " + EAltri(punti.size() - kPuntiNominati);
-  return testo;
+  return Elenca(
+      punti, [&](int punto) { return Cita(Nome(r, punto)); }, kPuntiNominati);
 }
 
 }  // namespace

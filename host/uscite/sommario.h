@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/base/soggetto.h"
 #include "host/rete/risultati.h"
 
 namespace compensa {

@@ -1,10 +1,7 @@
-// The warnings in order, and not more of them than one reads: first those of the whole network, the
-// options and the project, then those of single points and readings, of which many may have one
-// cause.
+// The warnings of a run, before the adjustment and after it.
 
 #include "host/giudizio/avvertimenti/avvertimenti.h"
 
-#include <algorithm>
 #include <iterator>
 #include <utility>
 
@@ -46,9 +43,13 @@ Rilievi Chiusure(const Rete& rete) {
   Rilievi trovati = ControllaChiusure(
       rete, &fatte, {.Calcolo = rete.Opzioni.TipoCalcolo, .Margine = kMargineChiusure});
   if (trovati.size() <= kChiusureElencate) return trovati;
+  Riguardo riguarda{};
+  for (const Rilievo& r : trovati) riguarda = riguarda | RiguardoDi(r.Cosa);
   const int tutte = fatte.Distanze + fatte.Dislivelli + fatte.Triangoli;
   return {{trovati.front().Dove,
-           {.Record = "tutta la rete",
+           {.Quale = Codice::ChiusureNonTornano,
+            .Riguarda = riguarda,
+            .Record = TipoSoggetto::Rete,
             .Problema = "non tornano più di " + std::to_string(kChiusureElencate) +
                         " chiusure su " + std::to_string(tutte) +
                         " (distanze e dislivelli misurati nei due versi, triangoli), come " +
@@ -57,12 +58,7 @@ Rilievi Chiusure(const Rete& rete) {
                             "sbagliati?"}}};
 }
 
-// What concerns the network, the options or the project names no point in quotes; it may be the
-// cause of all the rest.
-bool Generale(const Rilievo& r) { return r.Cosa.Record.Testo().find('"') == std::string::npos; }
-
 void Riferisci(Rilievi trovati, Diagnostica& diagnostica) {
-  std::stable_partition(trovati.begin(), trovati.end(), Generale);
   for (Rilievo& r : trovati) diagnostica.Avviso(r.Dove, std::move(r.Cosa));
 }
 

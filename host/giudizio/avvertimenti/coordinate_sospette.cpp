@@ -50,15 +50,17 @@ class Esame {
   bool Maggioranza(const std::vector<std::size_t>& punti) const {
     return 2 * punti.size() > Presenti.size();
   }
-  void SuPunto(std::size_t i, std::string problema, std::string forse) {
+  void SuPunto(Codice codice, std::size_t i, std::string problema, std::string forse) {
     Trovati.push_back({R.PosizioniPunti[i],
-                       {.Record = NomePunto(R.Nomi[i]),
+                       {.Quale = codice,
+                        .Record = NomePunto(R.Nomi[i]),
                         .Problema = std::move(problema),
                         .Suggerimento = std::move(forse)}});
   }
-  void SuOpzione(std::string problema, std::string forse) {
+  void SuOpzione(Codice codice, std::string problema, std::string forse) {
     Trovati.push_back({R.DoveOpzioni.Cartografiche,
-                       {.Record = "opzioni",
+                       {.Quale = codice,
+                        .Record = {TipoSoggetto::Opzione, {"opzioni"}},
                         .Campo = "cartografiche",
                         .Problema = std::move(problema),
                         .Suggerimento = std::move(forse)}});
@@ -87,14 +89,14 @@ Esame::Esame(const Rete& rete) : R(rete) {
 void Esame::EsaminaScambi() {
   if (Maggioranza(Scambiati)) {
     const std::size_t i = Scambiati.front();
-    SuPunto(i,
+    SuPunto(Codice::EstNordScambiati, i,
             "Est e Nord sembrano scambiati, come in " + Su(Scambiati.size(), Presenti.size()) +
                 ": " + Coordinate(Punto(i)),
             "un Nord italiano sta fra 3.9 e 5.3 milioni: scambiare le due colonne");
     return;
   }
   for (const std::size_t i : Scambiati)
-    SuPunto(i, "Est e Nord sembrano scambiati: " + Coordinate(Punto(i)),
+    SuPunto(Codice::EstNordScambiati, i, "Est e Nord sembrano scambiati: " + Coordinate(Punto(i)),
             "un Nord italiano sta fra 3.9 e 5.3 milioni: scambiare i due valori");
 }
 
@@ -126,9 +128,10 @@ void Esame::EsaminaLocali() {
   }
   if (effetto.empty()) return;
   const std::size_t i = Cartografici.front();
-  SuOpzione(Su(Cartografici.size(), Presenti.size()) + " sembrano " +
-                std::string(ZonaDi(Punto(i).Est)->Dove) + " (" + NomePunto(R.Nomi[i]).Testo() +
-                ": " + Coordinate(Punto(i)) +
+  SuOpzione(Codice::RiduzioniMancanti,
+            Su(Cartografici.size(), Presenti.size()) + " sembrano " +
+                std::string(ZonaDi(Punto(i).Est)->Dove) + " (" +
+                NomePunto(R.Nomi[i]).Testo() + ": " + Coordinate(Punto(i)) +
                 "), ma le osservazioni non si riducono al piano: " + effetto,
             "se le coordinate sono cartografiche serve cartografiche = true");
 }
@@ -141,7 +144,8 @@ void Esame::EsaminaFuso() {
       "scritte intere";
   if (primo == nullptr) {
     if (!Presenti.empty())
-      SuOpzione("il fuso non si riconosce: nessun punto ha est oltre 80 km (" +
+      SuOpzione(Codice::FusoIgnoto,
+                "il fuso non si riconosce: nessun punto ha est oltre 80 km (" +
                     NomePunto(R.Nomi[Presenti.front()]).Testo() + ": " +
                     Coordinate(Punto(Presenti.front())) +
                     "), e le distanze si riducono come sul meridiano centrale, -0.400 m per km",
@@ -151,7 +155,8 @@ void Esame::EsaminaFuso() {
   const Zona* fuso = ZonaDi(primo->Est);
   if (fuso == nullptr) {
     const auto i = static_cast<std::size_t>(primo - R.Punti.data());
-    SuOpzione("il fuso non si riconosce: il primo punto con est oltre 80 km, " + Cita(R.Nomi[i]) +
+    SuOpzione(Codice::FusoIgnoto,
+              "il fuso non si riconosce: il primo punto con est oltre 80 km, " + Cita(R.Nomi[i]) +
                   ", ha est " + NumeroFisso(primo->Est, kDecimali) +
                   ", che non è di nessun fuso, e le riduzioni al piano sono sbagliate",
               std::string(kForse));
@@ -172,7 +177,7 @@ void Esame::EsaminaFuoriFuso(const Zona& fuso) {
   }
   const std::string nome(fuso.Dove);
   for (const std::size_t i : lontani)
-    SuPunto(i,
+    SuPunto(Codice::FuoriFuso, i,
             "est " + NumeroFisso(Punto(i).Est, kDecimali) + ": non è " + nome +
                 ", come il primo punto della rete, con cui si riducono tutte le osservazioni",
             "una rete sta tutta in un fuso: correggere l'est, o trasformare le coordinate");
@@ -181,13 +186,15 @@ void Esame::EsaminaFuoriFuso(const Zona& fuso) {
       "scritto intero";
   if (Maggioranza(fuoriItalia)) {
     const std::size_t i = fuoriItalia.front();
-    SuOpzione(Su(fuoriItalia.size(), Presenti.size()) + " hanno un Nord che non è italiano (" +
+    SuOpzione(Codice::NordFuoriItalia,
+              Su(fuoriItalia.size(), Presenti.size()) + " hanno un Nord che non è italiano (" +
                   NomePunto(R.Nomi[i]).Testo() + ": " + Coordinate(Punto(i)) + ")",
               std::string(kForse));
     return;
   }
   for (const std::size_t i : fuoriItalia)
-    SuPunto(i, "nord " + NumeroFisso(Punto(i).Nord, kDecimali) + ", fuori da 3.9 … 5.3 milioni",
+    SuPunto(Codice::NordFuoriItalia, i,
+            "nord " + NumeroFisso(Punto(i).Nord, kDecimali) + ", fuori da 3.9 … 5.3 milioni",
             "correggere il nord");
 }
 
@@ -196,7 +203,7 @@ void Esame::EsaminaQuote() {
   std::size_t senza = 0;
   double massima = 0.0;
   const Posizione* dove = nullptr;
-  std::string record;
+  Soggetto record;
   for (std::size_t s = 0; s < R.Stazioni.size(); ++s) {
     const TCoorCr& p = Punto(static_cast<std::size_t>(R.Stazioni[s].Punto));
     if (Assegnato(p.Quota)) continue;
@@ -217,7 +224,8 @@ void Esame::EsaminaQuote() {
   const double effetto = massima * kQuotaEsempio / kRaggioMedio;
   if (dove == nullptr || effetto <= kParteTrascurabile * SqmDistanza(R, massima)) return;
   Trovati.push_back({*dove,
-                     {.Record = std::move(record),
+                     {.Quale = Codice::DistanzaSenzaQuote,
+                      .Record = std::move(record),
                       .Problema = "distanza di " + NumeroFisso(massima, kDecimali) +
                                   " m ridotta all'ellissoide come a quota 0: nessuno dei due punti "
                                   "ha la quota (così per " +

@@ -41,11 +41,12 @@ class Esame {
   }
   bool Maggioranza(std::size_t quanti) const { return 2 * quanti > Presenti.size(); }
   void EsaminaZona(const PianoNoto& piano, const std::string& nome);
-  void Segnala(std::string problema, std::string_view forse) {
+  void Segnala(Codice quale, std::string problema, std::string_view forse) {
     Posizione dove = R.DoveOpzioni.Epsg;
     if (dove.File.empty() && !R.NomiFile.empty()) dove.File = R.NomiFile.front();
     Trovati.push_back({dove,
-                       {.Record = "progetto",
+                       {.Quale = quale,
+                        .Record = {TipoSoggetto::Opzione, {"progetto"}},
                         .Campo = "epsg",
                         .Problema = std::move(problema),
                         .Suggerimento = std::string(forse)}});
@@ -68,7 +69,8 @@ void Esame::EsaminaZona(const PianoNoto& piano, const std::string& nome) {
                               NumeroFisso(p.Nord, kDecimali) + ")";
   const std::string inizio = nome + " ha un falso Est di " + NumeroFisso(piano.FalsoEst, 0) + " m";
   if (altra != kZone.end()) {
-    Segnala(inizio + ", ma le coordinate sono " + std::string(altra->Dove) + esempio,
+    Segnala(Codice::EpsgDiscorde,
+            inizio + ", ma le coordinate sono " + std::string(altra->Dove) + esempio,
             altra->Rimedio);
     return;
   }
@@ -76,7 +78,8 @@ void Esame::EsaminaZona(const PianoNoto& piano, const std::string& nome) {
   const bool scambiati =
       std::ranges::any_of(kZone, [&](const Zona& zona) { return Maggioranza(Quanti(zona, true)); });
   if (R.Opzioni.Cartografiche != 0 || scambiati) return;
-  Segnala(inizio + ", ma con esso le coordinate della rete non stanno in Italia" + esempio,
+  Segnala(Codice::EpsgDiscorde,
+          inizio + ", ma con esso le coordinate della rete non stanno in Italia" + esempio,
           "se sono locali va tolto epsg; se sono state accorciate, vanno scritte intere");
 }
 
@@ -84,13 +87,15 @@ Rilievi Esame::Esegui(int codice) {
   const std::string nome = std::to_string(codice);
   switch (GenereDi(codice)) {
     case GenereCodice::NonPiano:
-      Segnala(nome +
+      Segnala(Codice::EpsgNonPiano,
+              nome +
                   " non è il codice di un sistema di coordinate piane: nel GeoPackage la rete "
                   "resta senza sistema di riferimento",
               "serve il codice delle coordinate piane, per esempio 3003 o 7791");
       break;
     case GenereCodice::Ignoto:
-      Segnala(nome +
+      Segnala(Codice::EpsgIgnoto,
+              nome +
                   " non è tra i codici che il programma conosce: passa ai risultati com'è, e "
                   "non si può confrontare con le coordinate",
               "controllare che sia quello giusto");

@@ -39,11 +39,13 @@ class Esame {
  private:
   void EsaminaSqm();
   void EsaminaCurvatura();
-  void Aggiungi(const Posizione& dove, std::string_view record, const RegolaNumero& regola,
-                double valore, const std::string& limite, std::string forse) {
+  void Aggiungi(Codice codice, const Posizione& dove, std::string_view record,
+                const RegolaNumero& regola, double valore, const std::string& limite,
+                std::string forse) {
     const std::string unita = regola.Unita.empty() ? "" : " " + std::string(regola.Unita);
     Trovati.push_back({dove,
-                       {.Record = std::string(record),
+                       {.Quale = codice,
+                        .Record = {TipoSoggetto::Opzione, {std::string(record)}},
                         .Campo = std::string(regola.Nome),
                         .Problema = NumeroBreve(valore) + unita + ", " + limite + unita,
                         .Suggerimento = std::move(forse)}});
@@ -64,24 +66,24 @@ void Esame::EsaminaSqm() {
       distanze = distanze || (Assegnato(o.Distanza) && Assegnato(o.Zenit));
     }
   if (direzioni && O.SqmDir > kSqmDirMassimo)
-    Aggiungi(D.SqmDirezione, "opzioni", kSqmDirezione, O.SqmDir,
+    Aggiungi(Codice::SqmInverosimile, D.SqmDirezione, "opzioni", kSqmDirezione, O.SqmDir,
              "più di " + NumeroBreve(kSqmDirMassimo),
              "in milligon o in secondi? serve in gon: 1 mgon = 0.001 gon, 1\" = 0.00031 gon");
   if (direzioni && O.SqmDir < kSqmDirMinimo)
-    Aggiungi(D.SqmDirezione, "opzioni", kSqmDirezione, O.SqmDir,
+    Aggiungi(Codice::SqmInverosimile, D.SqmDirezione, "opzioni", kSqmDirezione, O.SqmDir,
              "meno di " + InDecimali(kSqmDirMinimo),
              "in radianti? serve in gon: nessuno strumento è così preciso");
   if (distanze && O.SqmDistCost > kSqmDistMassimo)
-    Aggiungi(D.SqmDistCostante, "opzioni", kSqmDistCostante, O.SqmDistCost,
+    Aggiungi(Codice::SqmInverosimile, D.SqmDistCostante, "opzioni", kSqmDistCostante, O.SqmDistCost,
              "più di " + NumeroBreve(kSqmDistMassimo),
              "in millimetri? sarebbe " + NumeroBreve(O.SqmDistCost / kMmPerMetro) + " m");
   if (distanze && O.SqmDistCost < kSqmDistMinimo && O.SqmDistProp < kSqmPropMinimo)
-    Aggiungi(D.SqmDistCostante, "opzioni", kSqmDistCostante, O.SqmDistCost,
+    Aggiungi(Codice::SqmInverosimile, D.SqmDistCostante, "opzioni", kSqmDistCostante, O.SqmDistCost,
              "meno di " + InDecimali(kSqmDistMinimo),
              "in chilometri? serve in m: nessun distanziometro è così preciso");
   if (distanze && O.SqmDistProp > kSqmPropMassimo)
-    Aggiungi(D.SqmDistProporzionale, "opzioni", kSqmDistProporzionale, O.SqmDistProp,
-             "più di " + NumeroBreve(kSqmPropMassimo),
+    Aggiungi(Codice::SqmInverosimile, D.SqmDistProporzionale, "opzioni", kSqmDistProporzionale,
+             O.SqmDistProp, "più di " + NumeroBreve(kSqmPropMassimo),
              "in ppm, cioè mm/km? sarebbe " + NumeroBreve(O.SqmDistProp / kMmPerMetro) + " m/km");
 }
 
@@ -90,13 +92,14 @@ void Esame::EsaminaCurvatura() {
   if (c.CorrCurvRifr == 0) return;
   constexpr std::string_view kRecord = "curvatura_rifrazione";
   if (!(c.CoeffRifr >= -kRifrazioneMassima && c.CoeffRifr <= kRifrazioneMassima))
-    Aggiungi(D.Coefficiente, kRecord, kCoefficiente, c.CoeffRifr,
+    Aggiungi(Codice::RifrazioneInverosimile, D.Coefficiente, kRecord, kCoefficiente, c.CoeffRifr,
              FuoriDa(-kRifrazioneMassima, kRifrazioneMassima), "di solito è 0.13");
   if (c.RaggioTerra >= kRaggioMinimo && c.RaggioTerra <= kRaggioMassimo) return;
   const double metri = c.RaggioTerra * kMetriPerKm;
   const bool chilometri = metri >= kRaggioMinimo && metri <= kRaggioMassimo;
   Aggiungi(
-      D.Raggio, kRecord, kRaggio, c.RaggioTerra, FuoriDa(kRaggioMinimo, kRaggioMassimo),
+      Codice::RaggioInverosimile, D.Raggio, kRecord, kRaggio, c.RaggioTerra,
+      FuoriDa(kRaggioMinimo, kRaggioMassimo),
       chilometri ? "in chilometri? sarebbe " + NumeroBreve(metri) + " m" : "di solito è 6378000");
 }
 

@@ -24,7 +24,6 @@ namespace compensa {
 namespace {
 
 constexpr double kControllo = 0.01;  // an r below this shows less than a hundredth of an error
-constexpr std::size_t kNominati = 8;
 constexpr int kDecimali = 3;
 constexpr double kNonToccato = -std::numeric_limits<double>::infinity();
 constexpr double kIllimitato = std::numeric_limits<double>::infinity();
@@ -81,20 +80,17 @@ std::vector<char> Esame::SenzaControllo(bool pianta) const {
 }
 
 void Esame::RiferisciSenzaControllo(bool pianta, const std::vector<char>& soli) {
-  std::size_t quanti = 0;
-  std::size_t primo = 0;
-  std::string nomi;
-  for (std::size_t i = 0; i < soli.size(); ++i) {
-    if (soli[i] == 0) continue;
-    if (quanti == 0) primo = i;
-    if (quanti < kNominati) nomi += (quanti == 0 ? "" : ", ") + Cita(E.Punti[i].Nome);
-    ++quanti;
-  }
-  if (quanti == 0) return;
-  if (quanti > kNominati) nomi += ", …";
+  std::vector<std::size_t> quali;
+  for (std::size_t i = 0; i < soli.size(); ++i)
+    if (soli[i] != 0) quali.push_back(i);
+  if (quali.empty()) return;
+  const std::size_t quanti = quali.size();
+  const std::string nomi = Elenca(quali, [&](std::size_t i) { return Cita(E.Punti[i].Nome); });
   Trovati.push_back(
-      {R.PosizioniPunti[primo],
-       {.Record = pianta ? "planimetria" : "altimetria",
+      {R.PosizioniPunti[quali.front()],
+       {.Quale = Codice::PuntiSenzaControllo,
+        .Riguarda = RiguardoDi(pianta),
+        .Record = pianta ? TipoSoggetto::Planimetria : TipoSoggetto::Altimetria,
         .Problema = (quanti == 1 ? "un punto è determinato"
                                  : std::to_string(quanti) + " punti sono determinati") +
                     std::string(" senza alcun controllo: ") + nomi,
@@ -106,20 +102,18 @@ void Esame::RiferisciSenzaControllo(bool pianta, const std::vector<char>& soli) 
 
 void Esame::RiferisciLettureSole(const std::vector<LetturaSola>& sole) {
   if (sole.empty()) return;
-  std::string nomi;
-  for (std::size_t i = 0; i < std::min(sole.size(), kNominati); ++i) {
-    const RisultatoStazione& s = E.Stazioni[static_cast<std::size_t>(sole[i].Stazione)];
-    const int verso = s.Osservazioni[static_cast<std::size_t>(sole[i].Osservazione)].Punto;
-    nomi += (i == 0 ? "" : ", ") + Cita(Punto(sole[i].Punto).Nome) +
-            (sole[i].Distanza ? " (distanza da " : " (direzione da ") + Cita(Punto(s.Punto).Nome) +
-            " a " + Cita(Punto(verso).Nome) + ")";
-  }
-  if (sole.size() > kNominati) nomi += ", …";
+  const std::string nomi = Elenca(sole, [&](const LetturaSola& sola) {
+    const RisultatoStazione& s = E.Stazioni[static_cast<std::size_t>(sola.Stazione)];
+    const int verso = s.Osservazioni[static_cast<std::size_t>(sola.Osservazione)].Punto;
+    return Cita(Punto(sola.Punto).Nome) + (sola.Distanza ? " (distanza da " : " (direzione da ") +
+           Cita(Punto(s.Punto).Nome) + " a " + Cita(Punto(verso).Nome) + ")";
+  });
   const bool uno = sole.size() == 1;
   Trovati.push_back(
       {R.PosizioniOsservazioni[static_cast<std::size_t>(sole.front().Stazione)]
                               [static_cast<std::size_t>(sole.front().Osservazione)],
-       {.Record = "planimetria",
+       {.Quale = Codice::LettureSenzaControllo,
+        .Record = TipoSoggetto::Planimetria,
         .Problema =
             (uno ? "un punto dipende" : std::to_string(sole.size()) + " punti dipendono ciascuno") +
             std::string(" da una lettura che nessun'altra controlla: ") + nomi,
@@ -188,7 +182,8 @@ bool Esame::EsaminaSpostamento(double correzione) {
   if (quanti == 0) return false;
   Trovati.push_back(
       {R.PosizioniPunti[peggiore],
-       {.Record = NomePunto(E.Punti[peggiore].Nome),
+       {.Quale = Codice::ApprossimateLontane,
+        .Record = NomePunto(E.Punti[peggiore].Nome),
         .Problema = "coordinate approssimate a " + NumeroFisso(Spostamento(peggiore), kDecimali) +
                     " m da quelle compensate, più di un decimo della sua visuale più corta, " +
                     NumeroFisso(corta[peggiore], kDecimali) + " m" +
@@ -214,7 +209,8 @@ void Esame::EsaminaCorrezione() {
   const bool calcolate = !R.PiantaCalcolata.empty() && R.PiantaCalcolata[punto] != 0;
   Trovati.push_back(
       {R.PosizioniPunti[punto],
-       {.Record = NomePunto(E.Punti[punto].Nome),
+       {.Quale = Codice::ApprossimateLontane,
+        .Record = NomePunto(E.Punti[punto].Nome),
         .Problema = "l'iterazione " + std::to_string(estrema->Iterazione) + " lo ha corretto di " +
                     NumeroFisso(estrema->Correzione, kDecimali) +
                     " m, più di un decimo della sua visuale più corta, " +

@@ -31,17 +31,21 @@ class Esame {
   Rilievi Esegui();
 
  private:
-  void EsaminaRidondanza(const RisultatoCompensazione& c, const char* quale);
+  void EsaminaRidondanza(const RisultatoCompensazione& c, bool planimetria);
   void EsaminaSigmaZero();
   static double LimiteW(const RisultatoCompensazione& c);
   bool ErratoPerLeOpzioni(const Equazione& e) const;
   void EsaminaW(const RisultatoCompensazione& c);
   std::string PeggioreDi(const RisultatoCompensazione& c) const;
-  void Aggiungi(const Posizione& dove, const char* record, std::string problema,
+  void Aggiungi(Codice codice, const Posizione& dove, bool planimetria, std::string problema,
                 std::string forse) {
     Trovati.push_back(
         {dove,
-         {.Record = record, .Problema = std::move(problema), .Suggerimento = std::move(forse)}});
+         {.Quale = codice,
+          .Riguarda = RiguardoDi(planimetria),
+          .Record = planimetria ? TipoSoggetto::Planimetria : TipoSoggetto::Altimetria,
+          .Problema = std::move(problema),
+          .Suggerimento = std::move(forse)}});
   }
   Posizione FileRete() const {
     return {R.NomiFile.empty() ? std::string_view() : std::string_view(R.NomiFile.front())};
@@ -52,9 +56,9 @@ class Esame {
   Rilievi Trovati;
 };
 
-void Esame::EsaminaRidondanza(const RisultatoCompensazione& c, const char* quale) {
+void Esame::EsaminaRidondanza(const RisultatoCompensazione& c, bool planimetria) {
   if (!c.Compiuta() || c.Ridondanza() != 0) return;
-  Aggiungi(FileRete(), quale,
+  Aggiungi(Codice::RidondanzaNulla, FileRete(), planimetria,
            "ridondanza 0 (" + TestoEquazioniIncognite(c) +
                "): nessuna osservazione controlla le altre, sigma zero e precisioni escono 0 e non "
                "dicono niente",
@@ -84,7 +88,7 @@ void Esame::EsaminaSigmaZero() {
   const std::string volte = "moltiplicati per " + NumeroFisso(sigma, kDecimaliW);
   if (sigma > limiti.Massimo)
     Aggiungi(
-        R.DoveOpzioni.SqmDirezione, "planimetria",
+        Codice::SigmaZeroGrande, R.DoveOpzioni.SqmDirezione, true,
         problema + "le osservazioni sono peggiori di quanto promettono gli s.q.m. delle opzioni",
         "prima cercare un errore grossolano" + PeggioreDi(c) +
             (sigma <= kFattoreCredibile ? "; se non c'è, gli s.q.m. vanno " + volte
@@ -92,7 +96,7 @@ void Esame::EsaminaSigmaZero() {
                                           "coordinate, le unità o le opzioni"));
   else
     Aggiungi(
-        R.DoveOpzioni.SqmDirezione, "planimetria",
+        Codice::SigmaZeroPiccolo, R.DoveOpzioni.SqmDirezione, true,
         problema + "le osservazioni sono migliori di quanto promettono gli s.q.m. delle opzioni",
         std::string("s.q.m. troppo grandi, o in un'altra unità?") +
             (sigma * kFattoreCredibile >= 1.0 ? " se sono di uno stesso strumento vanno " + volte
@@ -125,15 +129,17 @@ void Esame::EsaminaW(const RisultatoCompensazione& c) {
   const auto s = static_cast<std::size_t>(e.Stazione);
   Trovati.push_back(
       {R.PosizioniOsservazioni[s][static_cast<std::size_t>(e.Osservazione)],
-       {.Record = TestoEquazione(E, e),
+       {.Quale = Codice::WOltreLimite,
+        .Riguarda = RiguardoDi(e.Tipo != TipoEquazione::Dislivello),
+        .Record = SoggettoDi(E, e),
         .Problema = "w " + NumeroFisso(e.W, kDecimaliW) + ", limite " +
                     NumeroFisso(limite, kDecimaliW) + ", il più grande",
         .Suggerimento = "errore grossolano? controllare la lettura e i punti, poi ricompensare"}});
 }
 
 Rilievi Esame::Esegui() {
-  EsaminaRidondanza(E.Planimetria, "planimetria");
-  EsaminaRidondanza(E.Altimetria, "altimetria");
+  EsaminaRidondanza(E.Planimetria, true);
+  EsaminaRidondanza(E.Altimetria, false);
   EsaminaSigmaZero();
   EsaminaW(E.Planimetria);
   EsaminaW(E.Altimetria);

@@ -63,7 +63,8 @@ Rilievi ControllaQuote(const Rete& rete, const Risultati& risultati) {
       NumeroFisso(SqmDislivelloAtteso(rete, risultati, *peggiore), kDecimali);
   return {
       {rete.DoveOpzioni.SqmDirezione,
-       {.Record = "altimetria",
+       {.Quale = Codice::DislivelliImprecisi,
+        .Record = TipoSoggetto::Altimetria,
         .Problema = "sigma zero " + NumeroFisso(c.SigmaZero, kDecimali + 1) +
                     " m: i dislivelli sono in mediana " + NumeroFisso(volte, 0) +
                     " volte peggiori di quanto promettono gli s.q.m. delle opzioni; " +

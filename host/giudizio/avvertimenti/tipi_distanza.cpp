@@ -70,7 +70,7 @@ class Esame {
   GruppoDistanze MiglioreStazione();
   GruppoDistanze MiglioreRete();
   GruppoDistanze MiglioreScelta();
-  void Riferisci(const GruppoDistanze& gruppo, std::string dove);
+  void Riferisci(const GruppoDistanze& gruppo, Soggetto dove);
   const DistanzaSospetta* Singola() const;
   void RiferisciSingola(const DistanzaSospetta& s);
   const Posizione& Dove(const DistanzaSospetta& s) const {
@@ -217,14 +217,15 @@ GruppoDistanze Esame::MiglioreScelta() {
   return migliore;
 }
 
-void Esame::Riferisci(const GruppoDistanze& gruppo, std::string dove) {
+void Esame::Riferisci(const GruppoDistanze& gruppo, Soggetto dove) {
   const DistanzaSospetta& grande = *std::max_element(
       gruppo.begin(), gruppo.end(), [](const DistanzaSospetta& a, const DistanzaSospetta& b) {
         return std::abs(a.D) < std::abs(b.D);
       });
   const int tipo = grande.Oss->TipoDist;
   Trovati.push_back({Dove(grande),
-                     {.Record = std::move(dove),
+                     {.Quale = Codice::TipoDistanzaSbagliato,
+                      .Record = std::move(dove),
                       .Problema = std::to_string(gruppo.size()) + " distanze dette \"" +
                                   Detta(tipo) + "\" tornano come \"" + Altra(tipo) + "\": da " +
                                   Cita(NomeDi(StazioneDi(grande).Punto)) + " a " +
@@ -251,7 +252,8 @@ void Esame::RiferisciSingola(const DistanzaSospetta& s) {
   const int tipo = s.Oss->TipoDist;
   Trovati.push_back(
       {Dove(s),
-       {.Record = NomeOsservazione(NomeDi(StazioneDi(s).Punto), NomeDi(s.Oss->Punto)),
+       {.Quale = Codice::TipoDistanzaSbagliato,
+        .Record = NomeOsservazione(NomeDi(StazioneDi(s).Punto), NomeDi(s.Oss->Punto)),
         .Problema = std::string("distanza detta \"") + Detta(tipo) + "\" che torna come \"" +
                     Altra(tipo) + "\": l'errore visto è " + NumeroFisso(errore, kDecimali) +
                     " m, con zenit " + NumeroFisso(s.Oss->Zenit, kDecimali + 1) +
@@ -276,7 +278,7 @@ Rilievi Esame::Esegui() {
         gruppo.begin(), gruppo.end(),
         [&](const DistanzaSospetta& s) { return s.Eq->Stazione == gruppo.front().Eq->Stazione; });
     Riferisci(gruppo, unaStazione ? NomeStazione(NomeDi(StazioneDi(gruppo.front()).Punto))
-                                  : "tutta la rete");
+                                  : Soggetto(TipoSoggetto::Rete));
   } else if (singola != nullptr) {
     RiferisciSingola(*singola);
   }

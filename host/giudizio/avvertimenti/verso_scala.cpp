@@ -54,9 +54,10 @@ class Esame {
   void Raccogli();
   void EsaminaAngoli();
   void EsaminaDistanze();
-  void Aggiungi(std::string problema, std::string forse) {
+  void Aggiungi(Codice codice, std::string problema, std::string forse) {
     Trovati.push_back({R.PosizioniStazioni.front(),
-                       {.Record = "tutta la rete",
+                       {.Quale = codice,
+                        .Record = TipoSoggetto::Rete,
                         .Problema = std::move(problema),
                         .Suggerimento = std::move(forse)}});
   }
@@ -111,10 +112,12 @@ void Esame::EsaminaAngoli() {
   const double speculari = Mediana(std::move(Speculari));
   const double inGradi = Mediana(std::move(InGradi));
   if (speculari < kTorna)
-    Aggiungi(scostano + NumeroFisso(speculari / kRadPerGon, 2) + " gon se si cambia verso",
+    Aggiungi(Codice::VersoSbagliato,
+             scostano + NumeroFisso(speculari / kRadPerGon, 2) + " gon se si cambia verso",
              "Est e Nord scambiati in tutti i punti, o direzioni antiorarie?");
   else if (inGradi < kTorna)
-    Aggiungi(scostano + NumeroFisso(inGradi / kRadPerGon, 2) + " gon se le direzioni sono in gradi",
+    Aggiungi(Codice::DirezioniInGradi,
+             scostano + NumeroFisso(inGradi / kRadPerGon, 2) + " gon se le direzioni sono in gradi",
              "gradi sessagesimali invece di gon? si moltiplicano per 10/9");
 }
 
@@ -129,7 +132,8 @@ void Esame::EsaminaDistanze() {
     return std::abs(rapporto / u.Rapporto - 1.0) < kScalaNonTorna;
   });
   constexpr int kDecimali = 4;
-  Aggiungi("le " + quante + " distanze sono in mediana " + NumeroFisso(rapporto, kDecimali) +
+  Aggiungi(Codice::ScalaDistanze,
+           "le " + quante + " distanze sono in mediana " + NumeroFisso(rapporto, kDecimali) +
                " volte quelle delle coordinate",
            unita == kUnita.end() ? "distanze e coordinate non sono nella stessa unità?"
                                  : "distanze " + std::string(unita->Nome) + "? servono in metri");

@@ -29,7 +29,6 @@ constexpr double kSqmAltezze = 0.005;           // instrument and target heights
 constexpr double kIncertezzaRifrazione = 0.15;  // of the refraction coefficient, each way
 constexpr double kScalaIncerta = 4e-6;          // of distances reduced in different ways
 constexpr int kVisteMassime = 60;               // of a set-up that are looked through for triangles
-constexpr std::size_t kTriangoliMostrati = 30;
 constexpr std::size_t kTriangoliSignificativi = 20;  // from here on they tell their own precision
 constexpr double kSigmaDaMediana = 1.4826;           // of absolute values of a normal distribution
 
@@ -146,7 +145,8 @@ void Esame::ConfrontaDistanze(const Visuale& andata, const Visuale& ritorno) {
   std::string forse = SpiegaDistanza(b, a, limite);
   Trovati.push_back(
       {Dove(ritorno),
-       {.Record = NomeOsservazione(Nome(ritorno.Da), Nome(ritorno.A)),
+       {.Quale = Codice::DistanzaNonTorna,
+        .Record = NomeOsservazione(Nome(ritorno.Da), Nome(ritorno.A)),
         .Problema = "distanza ridotta " + NumeroFisso(b, 4) + " m, all'inverso (riga " +
                     std::to_string(Dove(andata).Riga) + ") " + NumeroFisso(a, 4) +
                     " m: differiscono di " + NumeroFisso(std::abs(a - b), 4) + " m, limite " +
@@ -169,7 +169,8 @@ void Esame::ConfrontaDislivelli(const Visuale& andata, const Visuale& ritorno) {
       pendenza * (Eccentricita(andata) + Eccentricita(ritorno));
   if (!(std::abs(a - b) > limite)) return;
   Trovati.push_back({Dove(ritorno),
-                     {.Record = NomeOsservazione(Nome(ritorno.Da), Nome(ritorno.A)),
+                     {.Quale = Codice::DislivelloNonTorna,
+                      .Record = NomeOsservazione(Nome(ritorno.Da), Nome(ritorno.A)),
                       .Problema = "dislivello " + NumeroFisso(-b, 3) + " m, all'inverso (riga " +
                                   std::to_string(Dove(andata).Riga) + ") " + NumeroFisso(a, 3) +
                                   " m: la somma è " + NumeroFisso(a - b, 3) + " m, limite " +
@@ -219,7 +220,8 @@ void Esame::EsaminaTriangolo(const Visuale& v, int a, int b, int c) {
 void Esame::RiferisciTriangolo(const Triangolo& t, double limite) {
   Trovati.push_back(
       {Dove(*t.Dove),
-       {.Record = "triangolo " + Cita(Nome(t.A)) + ", " + Cita(Nome(t.B)) + ", " + Cita(Nome(t.C)),
+       {.Quale = Codice::TriangoloNonChiude,
+        .Record = {TipoSoggetto::Triangolo, {Nome(t.A), Nome(t.B), Nome(t.C)}},
         .Problema = "errore di chiusura angolare " + NumeroFisso(t.Chiusura / kRadPerGon, 4) +
                     " gon, limite " + NumeroFisso(limite / kRadPerGon, 4) + " gon"}});
 }
@@ -259,15 +261,8 @@ void Esame::Triangoli() {
   if (Chiusi.size() >= kTriangoliSignificativi)
     sqm = std::max(sqm, kSigmaDaMediana * Mediana(std::move(chiusure)) / std::numbers::sqrt3);
   const double limite = Tolleranza.Margine * VolteSigma(Chiusi.size()) * std::numbers::sqrt3 * sqm;
-  std::size_t aperti = 0;
   for (const Triangolo& t : Chiusi)
-    if (std::abs(t.Chiusura) > limite + t.Eccesso && ++aperti <= kTriangoliMostrati)
-      RiferisciTriangolo(t, limite + t.Eccesso);
-  if (aperti > kTriangoliMostrati)
-    Trovati.back().Cosa.Suggerimento =
-        EAltri(aperti - kTriangoliMostrati) + (aperti == kTriangoliMostrati + 1
-                                                   ? " triangolo che non chiude"
-                                                   : " triangoli che non chiudono");
+    if (std::abs(t.Chiusura) > limite + t.Eccesso) RiferisciTriangolo(t, limite + t.Eccesso);
 }
 
 }  // namespace

@@ -108,7 +108,8 @@ void EsameConnessione::EsaminaStazione(std::size_t s, Gruppi& gruppi) {
     if (LetturaPla(Punti, o)) collimati.push_back(o.Punto);
   if (collimati.size() == 1)
     C.Trovati.push_back({R.PosizioniStazioni[s],
-                         {.Record = NomeStazione(Nome(stazione.Punto)),
+                         {.Quale = Codice::DirezioneSola,
+                          .Record = NomeStazione(Nome(stazione.Punto)),
                           .Problema = "una sola direzione (verso " + Cita(Nome(collimati.front())) +
                                       "): non forma angoli",
                           .Suggerimento = "letture dello stesso giro scritte in più stazioni?"}});
@@ -181,7 +182,9 @@ void EsameConnessione::OstacolaGruppo(Collegamento& c, const std::vector<int>& g
                        "ad abbastanza punti fissi (" + std::to_string(fissi) + ")" +
                        (dove.empty() ? "" : ": l'altezza strumentale è incognita in " + dove));
   C.Trovati.push_back({R.PosizioniPunti[static_cast<std::size_t>(gruppo.front())],
-                       {.Record = NomePunto(Nome(gruppo.front())),
+                       {.Quale = Codice::GruppoStaccato,
+                        .Riguarda = RiguardoDi(&c == &C.Pla),
+                        .Record = NomePunto(Nome(gruppo.front())),
                         .Problema = che + ": gruppo di " + std::to_string(gruppo.size()) +
                                     (solo ? " punto staccato" : " punti staccati") +
                                     " dal resto della rete: " + Elenco(gruppo),
@@ -199,7 +202,8 @@ void EsameConnessione::EsaminaStrumenti(Gruppi& gruppi) {
           "altimetria: nessuna visuale in quota determina l'altezza strumentale incognita in " +
           Cita(Nome(punto)));
       C.Trovati.push_back({R.PosizioniStazioni[static_cast<std::size_t>(s)],
-                           {.Record = NomeStazione(Nome(punto)),
+                           {.Quale = Codice::AltezzaStrumentoIndeterminata,
+                            .Record = NomeStazione(Nome(punto)),
                             .Problema = "altezza dello strumento incognita, e nessuna visuale in "
                                         "quota che la determini"}});
     } else if (sotto != sopra) {
@@ -224,7 +228,8 @@ void EsameConnessione::PuntiDeboli() {
     const std::string punto = NomePunto(R.Nomi[i]);
     if (toccati[i] == 0) {
       C.Trovati.push_back({R.PosizioniPunti[i],
-                           {.Record = punto,
+                           {.Quale = Codice::PuntoSenzaOsservazioni,
+                            .Record = punto,
                             .Problema = "nessuna osservazione lo tocca",
                             .Suggerimento = "nome scritto in un altro modo nelle osservazioni?"}});
       continue;
@@ -233,7 +238,9 @@ void EsameConnessione::PuntiDeboli() {
     if (!C.Pla.Richiesto || Punti[i].TipoPla != kIncognito || elementi > 1) continue;
     C.Trovati.push_back(
         {R.PosizioniPunti[i],
-         {.Record = punto,
+         {.Quale = Codice::PuntoIndeterminato,
+          .Riguarda = Riguardo::Planimetria,
+          .Record = punto,
           .Problema = elementi == 0      ? "nessuna misura utile alla planimetria lo determina"
                       : Distanze[i] == 1 ? "in planimetria lo determina una sola distanza"
                                          : "in planimetria lo determina una sola direzione"}});
@@ -268,7 +275,8 @@ void EsameConnessione::SegnalaSenzaPeso() {
     if (SenzaPeso[i] == 0 || (C.Pla.Richiesto && R.RuoliIniziali[i].Pla != kNonUsato)) continue;
     C.Trovati.push_back(
         {R.PosizioniPunti[i],
-         {.Record = NomePunto(R.Nomi[i]),
+         {.Quale = Codice::VisualeSenzaPeso,
+          .Record = NomePunto(R.Nomi[i]),
           .Problema = "mancano est o nord: " + Conta(SenzaPeso[i], "visuale", "visuali") +
                       " in quota " + (SenzaPeso[i] == 1 ? "non entra" : "non entrano") +
                       " nell'altimetria",

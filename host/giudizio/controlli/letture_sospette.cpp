@@ -47,7 +47,7 @@ class Esame {
   };
   Zenit ContaZenit(std::size_t s) const;
   Zenit ContaZenit() const;
-  void RiferisciVerticali(std::size_t s, const Zenit& zenit, const std::string& record);
+  void RiferisciVerticali(std::size_t s, const Zenit& zenit, const Soggetto& record);
   void EsaminaVerticali();
   void EsaminaVerticale(std::size_t s, std::size_t i);
   std::string Smentisce(int da, const TOssCr& o, double giusto) const;
@@ -58,14 +58,15 @@ class Esame {
   void EsaminaSecondaFaccia(std::size_t s);
   void EsaminaVisualiVerticali(std::size_t s);
   const std::string& Nome(int i) const { return R.Nomi[static_cast<std::size_t>(i)]; }
-  std::string Record(std::size_t s) const { return NomeStazione(Nome(R.Stazioni[s].Punto)); }
-  std::string Record(std::size_t s, const TOssCr& o) const {
+  Soggetto Record(std::size_t s) const { return NomeStazione(Nome(R.Stazioni[s].Punto)); }
+  Soggetto Record(std::size_t s, const TOssCr& o) const {
     return NomeOsservazione(Nome(R.Stazioni[s].Punto), Nome(o.Punto));
   }
-  void Aggiungi(const Posizione& dove, std::string record, std::string problema,
+  void Aggiungi(Codice codice, const Posizione& dove, Soggetto record, std::string problema,
                 std::string forse = {}) {
     Trovati.push_back({dove,
-                       {.Record = std::move(record),
+                       {.Quale = codice,
+                        .Record = std::move(record),
                         .Problema = std::move(problema),
                         .Suggerimento = std::move(forse)}});
   }
@@ -84,8 +85,8 @@ Esame::Zenit Esame::ContaZenit(std::size_t s) const {
   return zenit;
 }
 
-void Esame::RiferisciVerticali(std::size_t s, const Zenit& zenit, const std::string& record) {
-  Aggiungi(R.PosizioniStazioni[s], record,
+void Esame::RiferisciVerticali(std::size_t s, const Zenit& zenit, const Soggetto& record) {
+  Aggiungi(Codice::AngoloVerticale, R.PosizioniStazioni[s], record,
            std::to_string(zenit.Presso0) + " zenit su " + std::to_string(zenit.Letti) +
                " distano da 0 o da 400 meno di " + NumeroBreve(kQuasiOrizzonte) + " gon",
            "angoli verticali, contati dall'orizzonte? lo zenit è 100 meno l'angolo");
@@ -125,7 +126,7 @@ void Esame::EsaminaVerticale(std::size_t s, std::size_t i) {
   const double giusto = kOrizzonte - verticale;
   const std::string come = Smentisce(R.Stazioni[s].Punto, o, giusto);
   if (come.empty()) return;
-  Aggiungi(R.PosizioniOsservazioni[s][i], Record(s, o),
+  Aggiungi(Codice::AngoloVerticale, R.PosizioniOsservazioni[s][i], Record(s, o),
            "zenit " + NumeroFisso(o.Zenit, 4) + ": " + come,
            "angolo verticale, contato dall'orizzonte? lo zenit sarebbe " + NumeroFisso(giusto, 4));
 }
@@ -147,7 +148,7 @@ void Esame::EsaminaVerticali() {
   const Zenit tutti = ContaZenit();
   if (tutti.Presso0 == 0) return;
   if (tutti.Verticali()) {
-    RiferisciVerticali(tutti.Prima, tutti, "tutta la rete");
+    RiferisciVerticali(tutti.Prima, tutti, TipoSoggetto::Rete);
     return;
   }
   for (std::size_t s = tutti.Prima; s < R.Stazioni.size(); ++s) {
@@ -162,8 +163,8 @@ void Esame::EsaminaVerticali() {
 void Esame::EsaminaAltezza(std::size_t s) {
   const double altezza = R.Stazioni[s].AltStrum;
   if (Assegnato(altezza) && std::abs(altezza) > kAltezzaInverosimile)
-    Aggiungi(R.PosizioniStazioni[s], Record(s), "altezza dello strumento di " + Metri(altezza),
-             ForseCentimetri(altezza));
+    Aggiungi(Codice::AltezzaStrumentoInverosimile, R.PosizioniStazioni[s], Record(s),
+             "altezza dello strumento di " + Metri(altezza), ForseCentimetri(altezza));
 }
 
 void Esame::EsaminaSegnali(std::size_t s) {
@@ -171,7 +172,7 @@ void Esame::EsaminaSegnali(std::size_t s) {
   for (std::size_t i = 0; i < stazione.Osservazioni.size(); ++i) {
     const TOssCr& o = stazione.Osservazioni[i];
     if (Assegnato(o.AltSegnale) && std::abs(o.AltSegnale) > kSegnaleInverosimile)
-      Aggiungi(R.PosizioniOsservazioni[s][i], Record(s, o),
+      Aggiungi(Codice::AltezzaSegnaleInverosimile, R.PosizioniOsservazioni[s][i], Record(s, o),
                "altezza del segnale di " + Metri(o.AltSegnale), ForseCentimetri(o.AltSegnale));
   }
 }
@@ -183,7 +184,7 @@ void Esame::EsaminaAltezzaMancante(std::size_t s) {
   for (const TOssCr& o : stazione.Osservazioni)
     visuali += Assegnato(o.Zenit) && Assegnato(o.Distanza) && Assegnato(o.AltSegnale) ? 1 : 0;
   if (visuali > 0)
-    Aggiungi(R.PosizioniStazioni[s], Record(s),
+    Aggiungi(Codice::AltezzaStrumentoMancante, R.PosizioniStazioni[s], Record(s),
              "manca l'altezza dello strumento: " + std::to_string(visuali) +
                  (visuali == 1 ? " visuale non dà" : " visuali non danno") + " dislivelli",
              "se non è stata misurata si dà approssimata, con altezza_nota = false");
@@ -196,7 +197,7 @@ void Esame::EsaminaSegnaliMancanti(std::size_t s) {
   for (const TOssCr& o : stazione.Osservazioni)
     mancanti += !Assegnato(o.AltSegnale) && Assegnato(o.Zenit) && Assegnato(o.Distanza) ? 1 : 0;
   if (mancanti > 0)
-    Aggiungi(R.PosizioniStazioni[s], Record(s),
+    Aggiungi(Codice::AltezzaSegnaleMancante, R.PosizioniStazioni[s], Record(s),
              mancanti == 1 ? "una visuale con zenit e distanza è senza altezza del segnale"
                            : std::to_string(mancanti) +
                                  " visuali con zenit e distanza sono senza altezza del segnale");
@@ -208,7 +209,7 @@ void Esame::EsaminaVisualiVerticali(std::size_t s) {
   for (std::size_t i = 0; i < stazione.Osservazioni.size(); ++i) {
     const TOssCr& o = stazione.Osservazioni[i];
     if (!Assegnato(o.Zenit) || std::remainder(o.Zenit, kMezzoGiroGon) != 0.0) continue;
-    Aggiungi(R.PosizioniOsservazioni[s][i], Record(s, o),
+    Aggiungi(Codice::ZenitVerticale, R.PosizioniOsservazioni[s][i], Record(s, o),
              "zenit " + NumeroFisso(o.Zenit, 4) + ", una visuale verticale",
              o.Zenit == 0.0 ? "uno zero al posto di «non letto»? va tolto" : "");
   }
@@ -221,7 +222,7 @@ void Esame::EsaminaSecondaFaccia(std::size_t s) {
     const TOssCr& o = stazione.Osservazioni[i];
     if (!Assegnato(o.Zenit) || o.Zenit <= kMezzoGiroGon || o.Zenit == kGiroGon) continue;
     Aggiungi(
-        R.PosizioniOsservazioni[s][i], Record(s, o),
+        Codice::ZenitOltreMezzoGiro, R.PosizioniOsservazioni[s][i], Record(s, o),
         "zenit " + NumeroFisso(o.Zenit, 4) + ", oltre 200 gon",
         "lettura al cerchio destro non ridotta? sarebbe " + NumeroFisso(kGiroGon - o.Zenit, 4));
   }

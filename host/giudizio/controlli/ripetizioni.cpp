@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <numeric>
-#include <tuple>
+#include <optional>
 #include <unordered_map>
+#include <utility>
 
 #include "host/base/numeri.h"
 #include "host/giudizio/controlli/rilievi.h"
@@ -17,6 +19,10 @@ namespace {
 
 constexpr double kVicini = 0.05;      // points nearer than this are in the same place [m]
 constexpr double kScartoFacce = 0.5;  // [gon]
+
+double Distanza(const TCoorCr& p, const TCoorCr& q) {
+  return std::hypot(q.Est - p.Est, q.Nord - p.Nord);
+}
 
 std::string Aggiunta(const std::string& testo, const std::string& altro) {
   return testo.empty() ? altro : testo + ", " + altro;
@@ -64,7 +70,8 @@ void VisualiRipetute(const Rete& rete, std::size_t s, Rilievi& trovati) {
     const int riga = rete.PosizioniOsservazioni[s][ordine[k - 1]].Riga;
     trovati.push_back(
         {rete.PosizioniOsservazioni[s][ordine[k]],
-         {.Record = NomeOsservazione(rete.Nomi[static_cast<std::size_t>(rete.Stazioni[s].Punto)],
+         {.Quale = Codice::VisualeRipetuta,
+          .Record = NomeOsservazione(rete.Nomi[static_cast<std::size_t>(rete.Stazioni[s].Punto)],
                                      rete.Nomi[static_cast<std::size_t>(b.Punto)]),
           .Problema = "stesso punto della riga " + std::to_string(riga) + ", ma " + differenze,
           .Suggerimento = coniugate ? "letture coniugate non ridotte?"
@@ -72,31 +79,34 @@ void VisualiRipetute(const Rete& rete, std::size_t s, Rilievi& trovati) {
   }
 }
 
+// Of points in one place each is compared with the first of them only, however many they are: on a
+// grid of cells as wide as the limit, nine cells hold all that is near, and of a place one point.
 void PostiUguali(const Rete& rete, Rilievi& trovati) {
-  std::vector<std::size_t> ordine;
-  for (std::size_t i = 0; i < rete.Punti.size(); ++i)
-    if (Assegnato(rete.Punti[i].Est) && Assegnato(rete.Punti[i].Nord)) ordine.push_back(i);
-  std::sort(ordine.begin(), ordine.end(), [&](std::size_t a, std::size_t b) {
-    const TCoorCr& p = rete.Punti[a];
-    const TCoorCr& q = rete.Punti[b];
-    return std::tie(p.Est, p.Nord, a) < std::tie(q.Est, q.Nord, b);
-  });
-  constexpr std::size_t kSeguenti = 50;  // points on one meridian must not make this quadratic
-  for (std::size_t k = 0; k < ordine.size(); ++k) {
-    const TCoorCr& p = rete.Punti[ordine[k]];
-    for (std::size_t j = k + 1; j < std::min(ordine.size(), k + kSeguenti); ++j) {
-      const TCoorCr& q = rete.Punti[ordine[j]];
-      if (q.Est - p.Est > kVicini) break;
-      const double distanza = std::hypot(q.Est - p.Est, q.Nord - p.Nord);
-      if (distanza > kVicini) continue;
-      const std::size_t primo = std::min(ordine[k], ordine[j]);
-      const std::size_t secondo = std::max(ordine[k], ordine[j]);
-      trovati.push_back({rete.PosizioniPunti[secondo],
-                         {.Record = NomePunto(rete.Nomi[secondo]),
-                          .Problema = "ha le coordinate del punto " + Cita(rete.Nomi[primo]) +
-                                      " (distano " + NumeroFisso(distanza, 3) + " m)",
-                          .Suggerimento = "lo stesso punto con due nomi?"}});
+  std::map<std::pair<double, double>, std::vector<std::size_t>> primi;
+  const auto vicino = [&](std::size_t i, double est, double nord) -> std::optional<std::size_t> {
+    for (const double x : {est, est - 1.0, est + 1.0})
+      for (const double y : {nord, nord - 1.0, nord + 1.0})
+        if (const auto cella = primi.find({x, y}); cella != primi.end())
+          for (const std::size_t j : cella->second)
+            if (Distanza(rete.Punti[i], rete.Punti[j]) <= kVicini) return j;
+    return std::nullopt;
+  };
+  for (std::size_t i = 0; i < rete.Punti.size(); ++i) {
+    const TCoorCr& p = rete.Punti[i];
+    if (!Assegnato(p.Est) || !Assegnato(p.Nord)) continue;
+    const double est = std::floor(p.Est / kVicini), nord = std::floor(p.Nord / kVicini);
+    const std::optional<std::size_t> primo = vicino(i, est, nord);
+    if (!primo) {
+      primi[{est, nord}].push_back(i);
+      continue;
     }
+    trovati.push_back(
+        {rete.PosizioniPunti[i],
+         {.Quale = Codice::PuntiCoincidenti,
+          .Record = NomePunto(rete.Nomi[i]),
+          .Problema = "ha le coordinate del punto " + Cita(rete.Nomi[*primo]) + " (distano " +
+                      NumeroFisso(Distanza(p, rete.Punti[*primo]), 3) + " m)",
+          .Suggerimento = "lo stesso punto con due nomi?"}});
   }
 }
 
@@ -116,7 +126,8 @@ void NomiSimili(const Rete& rete, Rilievi& trovati) {
     const auto [voce, nuovo] = visti.try_emplace(Ridotto(rete.Nomi[i]), i);
     if (nuovo) continue;
     trovati.push_back({rete.PosizioniPunti[i],
-                       {.Record = NomePunto(rete.Nomi[i]),
+                       {.Quale = Codice::NomiSimili,
+                        .Record = NomePunto(rete.Nomi[i]),
                         .Problema = "il nome differisce da " + Cita(rete.Nomi[voce->second]) +
                                     " solo per maiuscole o per O e 0",
                         .Suggerimento = "lo stesso punto scritto in due modi?"}});

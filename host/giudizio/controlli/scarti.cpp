@@ -291,7 +291,8 @@ void Esame::Sposta(int punto, int discordi, int esaminate) {
                                              : "coordinate approssimate sbagliate?";
   Spostati[static_cast<std::size_t>(punto)] = 1;
   Trovati.push_back({R.PosizioniPunti[static_cast<std::size_t>(punto)],
-                     {.Record = NomePunto(Nome(punto)),
+                     {.Quale = Codice::CoordinateDiscordi,
+                      .Record = NomePunto(Nome(punto)),
                       .Problema = "le coordinate discordano da " + std::to_string(discordi) +
                                   " misure su " + std::to_string(esaminate),
                       .Suggerimento = std::move(forse)}});
@@ -380,7 +381,8 @@ void Esame::Riferisci(std::size_t i) {
   if (!Fisso(v.Da) || !Fisso(v.A)) problema += " (con coordinate approssimate)";
   Trovati.push_back({R.PosizioniOsservazioni[static_cast<std::size_t>(v.Stazione)]
                                             [static_cast<std::size_t>(v.Osservazione)],
-                     {.Record = NomeOsservazione(Nome(v.Da), Nome(v.A)),
+                     {.Quale = Codice::LetturaDiscorde,
+                      .Record = NomeOsservazione(Nome(v.Da), Nome(v.A)),
                       .Problema = std::move(problema),
                       .Suggerimento = std::move(forse)}});
 }

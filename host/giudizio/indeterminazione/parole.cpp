@@ -307,11 +307,7 @@ MotoLibero Frase::Componi() {
 }  // namespace
 
 std::string ElencoPunti(const Risultati& r, const std::vector<int>& punti) {
-  std::string testo;
-  for (std::size_t i = 0; i < std::min(punti.size(), kNominati); ++i)
-    testo += (i == 0 ? "" : ", ") + Nome(r, punti[i]);
-  if (punti.size() > kNominati) testo += " (" + EAltri(punti.size() - kNominati) + ")";
-  return testo;
+  return Elenca(punti, [&](int punto) { return Nome(r, punto); }, kNominati);
 }
 
 std::string TestoSqmMoto(double sqm) {

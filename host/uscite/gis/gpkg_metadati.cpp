@@ -94,7 +94,7 @@ std::vector<VoceMetadati> VociMetadati(const Documento& d, const SistemaRiferime
   AggiungiNumerate(voci, "esito", {sommario.begin(), sommario.end()});
   AggiungiConvenzioni(voci);
   AggiungiNumerate(voci, "nota", d.Note);
-  AggiungiNumerate(voci, "avviso", d.Messaggi);
+  AggiungiNumerate(voci, "avviso", Testi(d.Messaggi));
   return voci;
 }
 

@@ -135,7 +135,7 @@ void ScriviHtml(const Documento& documento, const std::function<void(std::string
   p << "</section>\n<section id=\"tabelle\">\n<h2>Tabelle</h2>\n";
   ScriviTabelle(p, r);
   p << "</section>\n<section id=\"messaggi\">\n<h2>Messaggi</h2>\n";
-  ScriviElenco(p, "Avvisi", documento.Messaggi, "Nessun avviso.");
+  ScriviElenco(p, "Avvisi", Testi(documento.Messaggi), "Nessun avviso.");
   if (!documento.Note.empty()) ScriviElenco(p, "Coordinate approssimate", documento.Note, {});
   p << "</section>\n" << kGlossario << kFirma;
   ScriviRapporto(p, documento.Rapporto);

@@ -204,46 +204,12 @@ void ScriviConteggi(Pagina& p, const RisultatoCompensazione& c, const Conteggi& 
   Voce(p, "Iterazioni", testo);
 }
 
-// What a warning says where it concerns one of the two adjustments only. After a colon stands what
-// was found, which elsewhere may be an example only: "dà un dislivello di", "come ..., dislivello".
-constexpr std::array<std::string_view, 10> kDiPlanimetria = {"planimetria",
-                                                             "angolo in ",
-                                                             "distanza da ",
-                                                             "direzione ",
-                                                             "coordinate approssimate a ",
-                                                             ": distanza ridotta ",
-                                                             ": errore di chiusura angolare ",
-                                                             ": le coordinate discordano da ",
-                                                             " angoli si scostano in mediana di ",
-                                                             "opzioni, sqm_"};
-constexpr std::array<std::string_view, 7> kDiAltimetria = {"altimetria",
-                                                           "dislivello da ",
-                                                           " senza quota: ",
-                                                           ": dislivello ",
-                                                           ": altezza dello strumento di ",
-                                                           ": altezza del segnale di ",
-                                                           "curvatura_rifrazione, "};
-
-// A warning that speaks of neither concerns both.
-bool Riguarda(const std::string& avviso, bool planimetria) {
-  constexpr std::string_view kParola = ": avviso: ";  // after the name of a file, any name
-  const std::size_t parola = avviso.find(kParola);
-  const std::size_t inizio = parola == std::string::npos ? 0 : parola + kParola.size();
-  const auto nominata = [&](std::string_view che) {
-    return avviso.find(che, inizio) != std::string::npos;
-  };
-  const bool pla = std::ranges::any_of(kDiPlanimetria, nominata);
-  const bool alt = std::ranges::any_of(kDiAltimetria, nominata);
-  return pla == alt || (planimetria ? pla : alt);
-}
-
-// Where only heights are adjusted, a wrong distance concerns them.
+// Where only heights are adjusted, whatever is wrong concerns them.
 int ContaAvvisi(const Documento& documento, bool planimetria) {
-  const std::vector<std::string>& messaggi = documento.Messaggi;
-  if (!planimetria && documento.Esiti.Planimetria.Fine == Esito::NonRichiesta)
-    return static_cast<int>(messaggi.size());
-  return static_cast<int>(std::ranges::count_if(
-      messaggi, [&](const std::string& avviso) { return Riguarda(avviso, planimetria); }));
+  const bool soleQuote = documento.Esiti.Planimetria.Fine == Esito::NonRichiesta;
+  return static_cast<int>(std::ranges::count_if(documento.Messaggi, [&](const Messaggio& m) {
+    return Comprende(RiguardoDi(m.Cosa), planimetria) || (!planimetria && soleQuote);
+  }));
 }
 
 // Green is what leaves nothing to look at.

@@ -63,6 +63,7 @@ Rete Costruisci(const std::string& rilievo, const std::string& incogniti) {
   }
   for (std::size_t s = 0; s < rete.Stazioni.size(); ++s)
     rete.Stazioni[s].Osservazioni = rete.Osservazioni[s];
+  rete.PosizioniPunti.resize(rete.Punti.size());
   return rete;
 }
 
@@ -77,23 +78,23 @@ const struct CasoMetodo {
     {"A*: B=d C=d X=d B*: A=d C=d X=d", "X", "intersezione in avanti"},
     {"A: B=d X=d X: A=d C=d", "X", "intersezione in avanti da \"A\", \"C\""},
     {"X*: A=d B=d C=d", "X", "intersezione inversa su \"A\", \"B\", \"C\""},
-    {"D: A=d B=d C=d", "D", "\"D\" senza coordinate: l'intersezione inversa cade vicino al cerc"},
+    {"D: A=d B=d C=d", "D", "\"D\": senza coordinate: l'intersezione inversa cade vicino al cerc"},
     {"D: A=d B=d C=d Y=d", "D", "\"D\": coordinate approssimate da intersezione inversa"},
     {"X: A=dD B=dD", "X", "stazione libera su \"A\", \"B\""},
     {"A: X=D B: X=D", "X", "danno due posizioni, (1250.0, 1130.0) e (1250.0, 870.0), e nulla dice"},
     {"A: X=D B: X=D C: X=D", "X", "intersezione di distanze"},
     {"A: X=D B: X=D X: A=d B=d", "X", "intersezione di distanze"},
     {"X: A=dD Y=dD Y: X=dD Z=dD Z: Y=dD C=dD", "XYZ", "proprio, agganciato a \"A\", \"C\""},
-    {"A: X=d", "X", "\"X\" senza coordinate: lo vede solo \"A\", che non è orientata; serve una"},
+    {"A: X=d", "X", "\"X\": senza coordinate: lo vede solo \"A\", che non è orientata; serve una"},
     {"X: A=d B=d", "X", "dalla sua stazione si vede di noto solo \"A\", \"B\"; serve"},
     {"Y: X=dD", "XY", "lo vede solo \"Y\", che è senza coordinate"},
-    {"A: B=d X=dD X: A=d Y=dD", "xY", "\"Y\" senza coordinate: nessuna osservazione lo tocca"},
-    {"A: B=d X=d", "X", "\"X\" senza quota: nessuna visuale completa"},
+    {"A: B=d X=dD X: A=d Y=dD", "xY", "\"Y\": senza coordinate: nessuna osservazione lo tocca"},
+    {"A: B=d X=d", "X", "\"X\": senza quota: nessuna visuale completa"},
     {"A: X=D", "X", "lo vede solo \"A\", con la sola distanza; serve un'altra direzione o dist"},
     {"A: B=d X=d", "X", "lo vede solo \"A\", senza distanza; serve un'altra"},
-    {"X: Y=dD", "XY", "\"X\" senza coordinate: dalla sua stazione non si vede nessun punto noto"},
+    {"X: Y=dD", "XY", "\"X\": senza coordinate: dalla sua stazione non si vede nessun punto noto"},
     {"A: X=d B: X=d C: X=d D: X=d", "X", "\"C\", che non è orientata; e altre; serve una visuale"},
-    {"Y: X=dD", "XY", "\"X\" senza quota: le sue visuali vanno solo a punti senza quota"},
+    {"Y: X=dD", "XY", "\"X\": senza quota: le sue visuali vanno solo a punti senza quota"},
     {"A: B=d X=dD B: X=dD", "X", "quota approssimata per dislivelli da \"A\", \"B\" (media di 2"},
 };
 
@@ -102,7 +103,7 @@ TEST(Approssimate, OgniMetodo) {
     Rete rete = Costruisci(caso.Rilievo, caso.Incogniti);
     const EsitoApprossimate esito = CalcolaApprossimate(rete);
     std::string testo = caso.Rilievo;
-    for (const auto& righe : {esito.Note, esito.NonRaggiunti})
+    for (const auto& righe : {esito.Note, Testi(esito.NonRaggiunti)})
       for (const std::string& riga : righe) testo += "\n" + riga;
     EXPECT_NE(testo.find(caso.Testo), std::string::npos) << testo;
     if (testo.find("discord") != std::string::npos) continue;
@@ -207,17 +208,18 @@ TEST(Approssimate, RetiACaso) {
     }
     for (std::size_t s = 0; s < rete.Stazioni.size(); ++s)
       rete.Stazioni[s].Osservazioni = rete.Osservazioni[s];
+    rete.PosizioniPunti.resize(rete.Punti.size());
     const std::vector<TCoorCr> dati = rete.Punti;
     const EsitoApprossimate esito = CalcolaApprossimate(rete);
     std::string testo;
-    for (const auto& righe : {esito.Note, esito.NonRaggiunti})
+    for (const auto& righe : {esito.Note, Testi(esito.NonRaggiunti)})
       for (const std::string& riga : righe) testo += riga + "\n";
     for (int i = 0; i < kPuntiACaso; ++i) {
       const TCoorCr &p = rete.Punti[i], &vero = veri[i];
       const bool conPianta = Assegnato(p.Est) && Assegnato(p.Nord), conQuota = Assegnato(p.Quota);
       EXPECT_TRUE(!conPianta || std::hypot(p.Est - vero.Est, p.Nord - vero.Nord) < 1e-3) << testo;
       EXPECT_TRUE(!conQuota || std::abs(p.Quota - vero.Quota) < 1e-6) << testo;
-      const std::string senza = "punto \"" + rete.Nomi[i] + "\" senza ";
+      const std::string senza = "punto \"" + rete.Nomi[i] + "\": senza ";
       EXPECT_EQ(testo.find(senza + "coordinate: ") != testo.npos, !conPianta) << testo;
       EXPECT_EQ(testo.find(senza + "quota: ") != testo.npos, !conQuota) << testo;
       trovati += conPianta && !Assegnato(dati[i].Est) ? 1 : 0;

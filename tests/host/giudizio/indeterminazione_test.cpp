@@ -108,7 +108,7 @@ const struct {
      kPla,
      {R"(i punti "Q", "R", "T" liberi di ruotare insieme attorno a un punto in (1501881.0, )"
       R"(5001445.8) e di dilatarsi da "P": manca un legame con un secondo punto determinato)"}},
-    {"A: Bq P: Qq Rq Sq Tq Uq", "AB", kAlt, {R"(quote di "P", "Q", "R", "S", "T" (e un altro))"}},
+    {"A: Bq P: Qq Rq Sq Tq Uq", "AB", kAlt, {R"(quote di "P", "Q", "R", "S", "T" e un altro)"}},
     {"A: Bq Cq P: Qq Rq", "ABC", kAlt, {R"(quote di "P", "Q", "R" libere di salire insieme: man)"}},
     {"P?: Aq Bq A: Cq", "ABC", kAlt, {R"(quota di "P" e altezza dello strumento in "P" libere)"}},
     {"A?: Pq B: Cq", "ABC", kAlt, {R"(altezza dello strumento in "A" e quota di "P" libere)"}},

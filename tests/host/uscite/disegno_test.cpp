@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <regex>
 
 #include "host/rete/sistema_riferimento.h"
@@ -17,7 +18,7 @@ int Quante(const std::string& testo, const std::string& pezzo) {
   return n;
 }
 
-std::string Pagina(const Risultati& r, std::vector<std::string> avvisi = {}) {
+std::string Pagina(const Risultati& r, std::vector<Messaggio> avvisi = {}) {
   std::string html;
   ScriviHtml({r, "", std::move(avvisi), {}, "", {}},
              [&](std::string_view pezzo) { html += pezzo; });
@@ -132,24 +133,21 @@ TEST(PaginaAMano, CorrezioniETestGlobale) {
 TEST(PaginaAMano, ColoreDellEsito) {
   using Mano = void (*)(Risultati&);
   const Mano niente = [](Risultati&) {};
-  const std::tuple<const char*, const char*, Mano> casi[] = {
-      {"bene\">", "", niente},
-      {"bene\">", "planimetria.toml:1:1: avviso: \"A\": escluso dall'altimetria", niente},
-      {"bene\">", "dislivello da \"A\" a \"B\": W 5", niente},
-      {"bene\">", "r: avviso: osservazione da \"A\" a \"B\": dislivello 5 m, all'inverso", niente},
-      {"bene\">", "r: avviso: stazione \"A\": altezza dello strumento di 155.000 m", niente},
-      {"bene\">", "r: avviso: osservazione da \"A\" a \"B\": altezza del segnale di 155 m", niente},
-      {"bene\">", "r: avviso: curvatura_rifrazione, raggio: 6378 m, fuori da", niente},
-      {"attenzione\">", "r: avviso: osservazione da \"A\" a \"B\": dà un dislivello di", niente},
-      {"attenzione\">", "r: avviso: tutta la rete: chiusure, come \"A\", dislivello 5 m", niente},
-      {"attenzione\">", "angolo in \"A\" da \"B\" a \"C\": W 5", niente},
-      {"attenzione\">", "r.toml: avviso: planimetria: ridondanza 1", niente},
-      {"attenzione\">", "r.toml: avviso: il nome", niente},
-      {"attenzione\">", "", [](Risultati& r) { r.Equazioni[0].Ridondanza = 0.05; }},
-      {"attenzione\">", "", [](Risultati& r) { r.Equazioni[0].W = 3.3; }},
-      {"attenzione\">", "", [](Risultati& r) { r.Planimetria.SigmaZeroRapporto = 2; }},
-      {"attenzione\">", "", [](Risultati& r) { r.Planimetria.PuntiNonCalcolati = {2}; }},
-      {"male\">", "",
+  const std::optional<Codice> nessuno;
+  const std::tuple<const char*, std::optional<Codice>, Mano> casi[] = {
+      {"bene\">", nessuno, niente},
+      {"bene\">", Codice::DislivelloNonTorna, niente},
+      {"bene\">", Codice::AltezzaStrumentoInverosimile, niente},
+      {"bene\">", Codice::AltezzaSegnaleInverosimile, niente},
+      {"bene\">", Codice::RaggioInverosimile, niente},
+      {"attenzione\">", Codice::TriangoloNonChiude, niente},
+      {"attenzione\">", Codice::SigmaZeroGrande, niente},
+      {"attenzione\">", Codice::Altro, niente},
+      {"attenzione\">", nessuno, [](Risultati& r) { r.Equazioni[0].Ridondanza = 0.05; }},
+      {"attenzione\">", nessuno, [](Risultati& r) { r.Equazioni[0].W = 3.3; }},
+      {"attenzione\">", nessuno, [](Risultati& r) { r.Planimetria.SigmaZeroRapporto = 2; }},
+      {"attenzione\">", nessuno, [](Risultati& r) { r.Planimetria.PuntiNonCalcolati = {2}; }},
+      {"male\">", nessuno,
        [](Risultati& r) { r.Planimetria.PuntiNonCalcolati = {2}, r.Planimetria.Incogniti = 0; }}};
   for (const auto& [classe, avviso, cambia] : casi) {
     Risultati r = Triangolo();
@@ -161,33 +159,33 @@ TEST(PaginaAMano, ColoreDellEsito) {
                     .SqmPriori = 0.001,
                     .Ridondanza = 0.5}};
     cambia(r);
-    std::vector<std::string> avvisi;
-    if (*avviso != 0) avvisi = {avviso};
-    EXPECT_EQ(Quante(Pagina(r, avvisi), std::string("scheda ") + classe), 1) << classe << avviso;
+    // The words say nothing: a point may have any name.
+    std::vector<Messaggio> avvisi;
+    if (avviso)
+      avvisi = {{.Cosa = {.Quale = *avviso, .Problema = "dislivello, angolo in planimetria"}}};
+    EXPECT_EQ(Quante(Pagina(r, avvisi), std::string("scheda ") + classe), 1)
+        << classe << (avviso ? VoceDi(*avviso).Parola : "");
   }
 }
 
 // Of heights and plan the card of the heights leaves alone what only the plan suffers from; of
 // heights alone it counts a wrong distance.
 TEST(PaginaAMano, AvvisiDelleQuote) {
-  const std::string prima = "r: avviso: osservazione da \"A\" a \"B\": ";
-  const std::tuple<std::string, int, int> casi[] = {
+  const std::tuple<Codice, int, int> casi[] = {
       // yellow cards with and without the plan
-      {"r: avviso: curvatura_rifrazione, raggio: 6378 m", 1, 1},
-      {prima + "dislivello 5 m", 1, 1},
-      {prima + "distanza ridotta 5 m, all'inverso", 1, 1},
-      {prima + "zenit 399.0000", 2, 1},
-      {"r: avviso: triangolo \"A\", \"B\", \"C\": errore di chiusura angolare 5", 1, 1},
-      {"r: avviso: punto \"A\": le coordinate discordano da 3 misure", 1, 1},
-      {"r: avviso: tutta la rete: 2 angoli si scostano in mediana di 9 gon", 1, 1},
-      {"r: avviso: opzioni, sqm_direzione: 2 gon", 1, 1}};
-  for (const auto& [avviso, tutte, sole] : casi) {
+      {Codice::RaggioInverosimile, 1, 1}, {Codice::DislivelloNonTorna, 1, 1},
+      {Codice::DistanzaNonTorna, 1, 1},   {Codice::Altro, 2, 1},
+      {Codice::TriangoloNonChiude, 1, 1}, {Codice::CoordinateDiscordi, 1, 1},
+      {Codice::VersoSbagliato, 1, 1},     {Codice::SqmInverosimile, 1, 1}};
+  for (const auto& [codice, tutte, sole] : casi) {
+    const Messaggio messaggio{.Livello = Gravita::Avviso, .Cosa = {.Quale = codice}};
+    const std::string_view nome = VoceDi(codice).Parola;
     Risultati r = Triangolo();
     r.Altimetria = r.Planimetria;
     EXPECT_EQ(Quante(Pagina(r), "scheda bene\""), 2);
-    EXPECT_EQ(Quante(Pagina(r, {avviso}), "scheda attenzione\""), tutte) << avviso;
+    EXPECT_EQ(Quante(Pagina(r, {messaggio}), "scheda attenzione\""), tutte) << nome;
     r.Planimetria.Fine = Esito::NonRichiesta;
-    EXPECT_EQ(Quante(Pagina(r, {avviso}), "scheda attenzione\""), sole) << avviso;
+    EXPECT_EQ(Quante(Pagina(r, {messaggio}), "scheda attenzione\""), sole) << nome;
   }
 }
 

@@ -80,7 +80,8 @@ struct PaginaHtml : testing::Test {
     Esiti = Compensa(rete, rapporto);
     Esiti.Punti[2].Nome = "<b>\"x\" & 'y'</script>";
     Esiti.Punti[Esiti.Stazioni[3].Punto].Nome = "Città";
-    ScriviHtml({Esiti, "R & S\n", {"<i>"}, {}, "", {}}, [&](auto pezzo) { Pagina += pezzo; });
+    ScriviHtml({Esiti, "R & S\n", {{.Cosa = {.Problema = "<i>"}}}, {}, "", {}},
+               [&](auto pezzo) { Pagina += pezzo; });
   }
   auto Quante(const std::string& testo) const {
     const std::regex e(testo);
