@@ -3,7 +3,7 @@
 # shellcheck shell=sh disable=SC2034,SC2086
 
 # To build and run compensa.
-PACCHETTI_PROGRAMMA="g++ cmake ninja-build libtomlplusplus-dev nlohmann-json3-dev
+PACCHETTI_PROGRAMMA="g++ cmake ninja-build nlohmann-json3-dev
   libpugixml-dev libsqlite3-dev"
 # Besides, to test: the test framework, LAPACK and PROJ as independent computations, what a foreign host
 # uses to find the module, the static checks, the definition of the Italian locale, a browser, a

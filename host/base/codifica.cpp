@@ -24,20 +24,6 @@ constexpr std::string_view kSegnoUtf16Be = "\xFE\xFF";
 constexpr unsigned Byte(char c) { return static_cast<unsigned char>(c); }
 constexpr bool Seguito(char c) { return (Byte(c) & 0xC0u) == 0x80u; }
 
-// For codes up to U+FFFF, all that a single byte can stand for.
-void AggiungiUtf8(std::string& testo, unsigned codice) {
-  if (codice < 0x80u) {
-    testo += static_cast<char>(codice);
-  } else if (codice < 0x800u) {
-    testo += static_cast<char>(0xC0u | (codice >> 6));
-    testo += static_cast<char>(0x80u | (codice & 0x3Fu));
-  } else {
-    testo += static_cast<char>(0xE0u | (codice >> 12));
-    testo += static_cast<char>(0x80u | ((codice >> 6) & 0x3Fu));
-    testo += static_cast<char>(0x80u | (codice & 0x3Fu));
-  }
-}
-
 std::optional<char> ByteDi(char32_t codice) {
   const auto speciale = std::find(kSpeciali.begin(), kSpeciali.end(), codice);
   if (speciale != kSpeciali.end()) {
@@ -83,6 +69,18 @@ std::string PerXml(std::string_view utf8) {
     utf8.remove_prefix(std::max<std::size_t>(c.Lunghezza, 1));
   }
   return lecito;
+}
+
+void AggiungiUtf8(std::string& testo, char32_t codice) {
+  if (codice < 0x80u) {
+    testo += static_cast<char>(codice);
+    return;
+  }
+  const int seguiti = codice < 0x800u ? 1 : codice < 0x10000u ? 2 : 3;
+  const unsigned segno = seguiti == 1 ? 0xC0u : seguiti == 2 ? 0xE0u : 0xF0u;
+  testo += static_cast<char>(segno | (codice >> (6 * seguiti)));
+  for (int k = seguiti - 1; k >= 0; --k)
+    testo += static_cast<char>(0x80u | ((codice >> (6 * k)) & 0x3Fu));
 }
 
 bool Utf8Valido(std::string_view byte) {

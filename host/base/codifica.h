@@ -37,6 +37,9 @@ bool AmmessoInXml(char32_t codice);
 // The text with "?" in the place of what an XML document may not hold.
 std::string PerXml(std::string_view utf8);
 
+// Appends a character, up to U+10FFFF.
+void AggiungiUtf8(std::string& testo, char32_t codice);
+
 // The usual name of a code point: "U+00E0".
 std::string CodiceUnicode(char32_t codice);
 

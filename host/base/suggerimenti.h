@@ -21,7 +21,10 @@ template <class Elementi>
 std::string_view PiuVicino(std::string_view scritto, const Elementi& noti) {
   std::string_view migliore;
   std::size_t limite = DistanzaPlausibile(scritto);
-  for (const auto& noto : noti) {
+  for (const std::string_view noto : noti) {
+    // a letter has one to four bytes: most words are too long or too short at a glance
+    if (noto.size() > 4 * (scritto.size() + limite) || scritto.size() > 4 * (noto.size() + limite))
+      continue;
     const std::size_t distanza = DistanzaTesti(scritto, noto, limite);
     if (distanza > limite) continue;
     migliore = noto;

@@ -99,8 +99,9 @@ void CostruttoreRete::PuntoSconosciuto(std::string_view nome, const Posizione& d
     guasto.Problema = "il nome del punto è vuoto";
   } else {
     guasto.Problema = Cita(cercato) + " non è tra i punti";
-    const std::string_view vicino =
-        Diario.Colma() ? std::string_view() : PiuVicino(cercato, InCorso.Nomi);
+    const std::string_view vicino = Suggeriti++ < Diagnostica::kMostrati
+                                        ? PiuVicino(cercato, InCorso.Nomi)
+                                        : std::string_view();
     if (!vicino.empty()) guasto.Suggerimento = "forse " + Cita(vicino) + "?";
   }
   Diario.Errore(dove, std::move(guasto));

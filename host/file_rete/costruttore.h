@@ -110,6 +110,7 @@ class CostruttoreRete {
   OpzioniLette Lette;
   std::vector<StazioneLetta> Postazioni;
   std::unordered_map<std::string, int, HashNome, std::equal_to<>> IndiceDaNome;
+  std::size_t Suggeriti = 0;  // unknown names for which a near one was looked for
   bool ConImpronte;
   bool MancanoPunti = false;
   bool UsaDirezioni = false;  // some observation carries a direction

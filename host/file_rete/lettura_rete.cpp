@@ -2,7 +2,6 @@
 
 #include "host/file_rete/lettura_rete.h"
 
-#include <algorithm>
 #include <string>
 
 #include "host/base/testo_file.h"
@@ -13,7 +12,8 @@ namespace compensa {
 
 namespace {
 
-constexpr std::uintmax_t kMassimoToml = 1u << 28;  // [bytes]; once parsed it takes 30 times as much
+constexpr std::uintmax_t kMassimoToml = 1u
+                                        << 28;  // [bytes]; once parsed it takes three times as much
 
 }  // namespace
 
@@ -32,8 +32,6 @@ std::optional<Rete> LeggiRete(const std::filesystem::path& percorso, Diagnostica
                                       .Suggerimento = "compensa importa ne fa una rete"});
     return std::nullopt;
   }
-  const bool righeConCr = testo->find('\n') == std::string::npos;  // TOML itself knows LF and CRLF
-  if (righeConCr) std::replace(testo->begin(), testo->end(), '\r', '\n');
   LeggiToml(*testo, file, percorso.parent_path(), rete, diagnostica);
   return rete.Completa();
 }

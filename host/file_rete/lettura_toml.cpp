@@ -14,7 +14,6 @@
 #include "host/file_rete/campi_rete.h"
 #include "host/file_rete/csv.h"
 #include "host/file_rete/lettura_csv.h"
-#include "host/file_rete/sintassi_toml.h"
 #include "host/file_rete/tabella_toml.h"
 #include "host/rete/campi.h"
 
@@ -46,11 +45,12 @@ static_assert(StessiCampi(SezioneRete::Eccentricita, kChiaviEccentricita));
 static_assert(StessiCampi(SezioneRete::Osservazione, kChiaviOsservazione));
 
 // A table of the file by its key, nothing and perhaps a message if it is not there.
-std::optional<Tabella> Sezione(const Tabella& madre, const std::string& chiave, std::string voluto,
-                               const Lettura& l) {
-  const toml::node* nodo = madre.Nodo(chiave);
+std::optional<Tabella> Sezione(const Tabella& madre, std::string_view chiave, std::string voluto,
+                               const Lettura& l, bool dentro = false) {
+  const NodoToml* nodo = madre.Nodo(chiave);
   if (nodo == nullptr) return std::nullopt;
-  if (nodo->as_table() != nullptr) return Tabella(*nodo->as_table(), chiave, l);
+  if (nodo->Genere == GenereToml::Tabella)
+    return Tabella(*nodo, chiave, l, 0, dentro ? &madre : nullptr);
   madre.Sbagliato(chiave, std::move(voluto));
   return std::nullopt;
 }
@@ -59,20 +59,20 @@ std::optional<Tabella> Sezione(const Tabella& madre, const std::string& chiave, 
 template <class Leggi>
 void PerOgniTabella(const Tabella& madre, std::string_view chiave, std::string voluto,
                     const Lettura& l, Leggi leggi) {
-  const toml::array* elenco = madre.Nodo(chiave)->as_array();
-  if (elenco == nullptr || elenco->empty()) {
+  const NodoToml* elenco = madre.Nodo(chiave);
+  if (elenco->Genere != GenereToml::Elenco || elenco->Primo == 0) {
     madre.Sbagliato(chiave, std::move(voluto));
     return;
   }
   int ordinale = 0;
-  for (const toml::node& elemento : *elenco) {
+  for (const NodoToml* n = l.Toml.Primo(*elenco); n != nullptr; n = l.Toml.Prossimo(*n)) {
     ++ordinale;
-    if (const toml::table* tabella = elemento.as_table()) {
-      leggi(*tabella, ordinale);
+    if (n->Genere == GenereToml::Tabella) {
+      leggi(*n, ordinale);
     } else {
-      l.Diario.Errore(l.Dove(elemento),
+      l.Diario.Errore(l.Toml.Dove(*n),
                       {.Record = std::string(chiave) + " n. " + std::to_string(ordinale),
-                       .Trovato = Descrivi(elemento),
+                       .Trovato = l.Toml.Descrivi(*n),
                        .Voluto = "una tabella"});
     }
   }
@@ -82,9 +82,8 @@ void LeggiProgetto(const Tabella& file, const Lettura& l) {
   const auto progetto = Sezione(file, "progetto", "una tabella [progetto]", l);
   if (!progetto) return;
   progetto->RifiutaAltreChiavi(kChiaviProgetto);
-  if (progetto->Nodo("nome") != nullptr) {
-    l.Rete.DatiProgetto().Nome = progetto->Nome("nome").Valore.value_or("");
-  }
+  if (progetto->Nodo("nome") != nullptr)
+    l.Rete.DatiProgetto().Nome = Tabella(*progetto).LeggiNome("nome").value_or("");
   const Letto<int> epsg =
       progetto->Intero("epsg", 1, std::numeric_limits<int>::max(), "un intero positivo");
   l.Rete.DatiProgetto().Epsg = epsg.Valore;
@@ -98,10 +97,10 @@ void LeggiOpzioni(const Tabella& file, const Lettura& l) {
   if (!opzioni) return;
   opzioni->RifiutaAltreChiavi(kChiaviOpzioni);
   lette.Dove = opzioni->Dove();
-  lette.Calcolo = opzioni->Parola("calcolo", kParoleCalcolo, ParoleVolute(kParoleCalcolo));
-  lette.SqmDirezione = opzioni->Numero(kSqmDirezione);
-  lette.SqmDistCostante = opzioni->Numero(kSqmDistCostante);
-  lette.SqmDistProporzionale = opzioni->Numero(kSqmDistProporzionale);
+  lette.Calcolo = opzioni->ConPosto("calcolo", opzioni->Parola("calcolo", kParoleCalcolo));
+  lette.SqmDirezione = opzioni->NumeroConPosto(kSqmDirezione);
+  lette.SqmDistCostante = opzioni->NumeroConPosto(kSqmDistCostante);
+  lette.SqmDistProporzionale = opzioni->NumeroConPosto(kSqmDistProporzionale);
   lette.Iterazioni = opzioni->Intero("iterazioni", 1, kIterazioniMassime,
                                      "un intero da 1 a " + std::to_string(kIterazioniMassime));
   lette.Cartografiche = opzioni->Vero("cartografiche");
@@ -115,8 +114,8 @@ void LeggiCurvatura(const Tabella& file, const Lettura& l) {
   if (!tabella) return;
   tabella->RifiutaAltreChiavi(kChiaviCurvatura);
   curvatura.CorrCurvRifr = tabella->Vero("attiva").Valore.value_or(false) ? 1 : 0;
-  const Letto<double> coefficiente = tabella->Numero(kCoefficiente);
-  const Letto<double> raggio = tabella->Numero(kRaggio);
+  const Letto<double> coefficiente = tabella->NumeroConPosto(kCoefficiente);
+  const Letto<double> raggio = tabella->NumeroConPosto(kRaggio);
   curvatura.CoeffRifr = coefficiente.Valore.value_or(kCoefficientePredefinito);
   curvatura.RaggioTerra = raggio.Valore.value_or(kRaggioPredefinito);
   l.Rete.DoveOpzioni().Coefficiente = coefficiente.Dove;
@@ -124,77 +123,66 @@ void LeggiCurvatura(const Tabella& file, const Lettura& l) {
 }
 
 void LeggiPunto(Tabella punto, const Lettura& l) {
-  const Letto<std::string> nome = punto.Nome("nome");
-  if (nome.Valore) punto.Chiama(NomePunto(*nome.Valore));
+  const std::optional<std::string>& nome = punto.LeggiNome("nome");
   punto.RifiutaAltreChiavi(kChiaviPunto);
   PuntoLetto letto{.Dove = punto.Dove(),
-                   .DoveNome = nome.Dove,
+                   .DoveNome = nome ? punto.Dove("nome") : Posizione{},
                    .Est = punto.NumeroOMancante(kEst),
                    .Nord = punto.NumeroOMancante(kNord),
                    .Quota = punto.NumeroOMancante(kQuota)};
-  const std::string voluto = ParoleVolute(kParoleRuolo);
-  letto.Ruoli.Pla = punto.Parola("planimetria", kParoleRuolo, voluto).Valore.value_or(kIncognito);
-  letto.Ruoli.Alt = punto.Parola("altimetria", kParoleRuolo, voluto).Valore.value_or(kIncognito);
-  if (!nome.Valore) return;
-  letto.Nome = *nome.Valore;
+  letto.Ruoli.Pla = punto.Parola("planimetria", kParoleRuolo).value_or(kIncognito);
+  letto.Ruoli.Alt = punto.Parola("altimetria", kParoleRuolo).value_or(kIncognito);
+  if (!nome) return;
+  letto.Nome = *nome;
   l.Rete.AggiungiPunto(letto);
 }
 
-void LeggiOsservazione(Tabella osservazione, const std::string& stazione, int indice,
-                       const Lettura& l) {
-  const Letto<std::string> punto = osservazione.Nome("punto");
-  if (punto.Valore) osservazione.Chiama(NomeOsservazione(stazione, *punto.Valore));
+void LeggiOsservazione(Tabella osservazione, int indice, const Lettura& l) {
+  const std::optional<std::string>& punto = osservazione.LeggiNome("punto");
   osservazione.RifiutaAltreChiavi(kChiaviOsservazione);
   TOssCr record{};
-  record.Punto = -1;
-  if (punto.Valore) {
-    record.Punto = l.Rete.TrovaPunto(*punto.Valore, punto.Dove, osservazione.NomeRecord());
-  }
+  record.Punto = punto ? l.Rete.CercaPunto(*punto) : -1;
+  if (punto && record.Punto < 0)
+    l.Rete.PuntoSconosciuto(*punto, osservazione.Dove("punto"), osservazione.NomeRecord());
   record.Direzione = osservazione.NumeroOMancante(kDirezione);
   record.Zenit = osservazione.NumeroOMancante(kZenit);
   record.AltSegnale = osservazione.NumeroOMancante(kSegnale);
   record.Distanza = osservazione.NumeroOMancante(kDistanza);
-  record.TipoDist = osservazione.Tipo();
+  record.TipoDist = osservazione.Parola("tipo", kParoleTipo).value_or(kOrizzontale);
   l.Rete.AggiungiOsservazione(indice, record, osservazione.Dove());
 }
 
 void LeggiStazione(Tabella stazione, const Lettura& l) {
-  const Letto<std::string> nome = stazione.Nome("punto");
-  if (nome.Valore) stazione.Chiama(NomeStazione(*nome.Valore));
+  const std::optional<std::string>& nome = stazione.LeggiNome("punto");
   stazione.RifiutaAltreChiavi(kChiaviStazione);
   StazioneLetta letta;
-  letta.Nome = nome.Valore.value_or("?");
+  letta.Nome = nome.value_or("?");
   letta.Dove = stazione.Dove();
-  if (nome.Valore) letta.Punto = l.Rete.TrovaPunto(*nome.Valore, nome.Dove, stazione.NomeRecord());
-  letta.Altezza = stazione.Numero(kAltezza);
+  if (nome) letta.Punto = l.Rete.TrovaPunto(*nome, stazione.Dove("punto"), stazione.NomeRecord());
+  letta.Altezza = stazione.NumeroConPosto(kAltezza);
   letta.AltezzaNota = stazione.Vero("altezza_nota");
-  if (auto ecc =
-          Sezione(stazione, "eccentricita", "una tabella { distanza = …, direzione = … }", l)) {
-    ecc->Chiama(stazione.NomeRecord() + ", eccentricita");
+  if (auto ecc = Sezione(stazione, "eccentricita", "una tabella { distanza = …, direzione = … }", l,
+                         true)) {
     ecc->RifiutaAltreChiavi(kChiaviEccentricita);
-    letta.EccDistanza = ecc->Numero(Rinominata(kEccDistanza, "distanza"));
-    letta.EccDirezione = ecc->Numero(Rinominata(kEccDirezione, "direzione"));
+    letta.EccDistanza = ecc->NumeroConPosto(Rinominata(kEccDistanza, "distanza"));
+    letta.EccDirezione = ecc->NumeroConPosto(Rinominata(kEccDirezione, "direzione"));
   }
-  const std::string record = letta.Nome;
   const int indice = l.Rete.AggiungiStazione(std::move(letta));
-  const toml::node* osservazioni = stazione.Nodo("osservazioni");
-  const bool vuote =
-      osservazioni == nullptr || (osservazioni->is_array() && osservazioni->as_array()->empty());
-  if (vuote) return;
-  PerOgniTabella(
-      stazione, "osservazioni", "un elenco [ { punto = … }, … ]", l,
-      [&](const toml::table& tabella, int n) {
-        LeggiOsservazione(
-            Tabella(tabella, stazione.NomeRecord() + ", osservazione n. " + std::to_string(n), l),
-            record, indice, l);
-      });
+  const NodoToml* osservazioni = stazione.Nodo("osservazioni");
+  if (osservazioni == nullptr ||
+      (osservazioni->Genere == GenereToml::Elenco && osservazioni->Primo == 0))
+    return;
+  PerOgniTabella(stazione, "osservazioni", "un elenco [ { punto = … }, … ]", l,
+                 [&](const NodoToml& nodo, int n) {
+                   LeggiOsservazione(Tabella(nodo, "osservazione", l, n, &stazione), indice, l);
+                 });
 }
 
 // Reads the CSV table that a key names, if it can be read; false if not.
 template <class Leggi>
 bool LeggiTabellaCsv(const Tabella& file, std::string_view chiave,
                      const std::filesystem::path& cartella, const Lettura& l, Leggi leggi) {
-  const std::string& nome = file.Nodo(chiave)->as_string()->get();
+  const std::string nome = l.Toml.Testo(*file.Nodo(chiave));
   const auto controllo = [](char c) { return static_cast<unsigned char>(c) < 0x20; };
   if (nome.empty() || std::any_of(nome.begin(), nome.end(), controllo)) {
     file.Sbagliato(chiave, "il nome di un file CSV");
@@ -202,7 +190,7 @@ bool LeggiTabellaCsv(const Tabella& file, std::string_view chiave,
   }
   const std::filesystem::path percorso = cartella / PercorsoDa(nome);
   const std::optional<std::string> testo =
-      LeggiTesto(percorso, kMassimoCsv, l.Dove(*file.Nodo(chiave)), std::string(chiave), l.Diario,
+      LeggiTesto(percorso, kMassimoCsv, file.Dove(chiave), std::string(chiave), l.Diario,
                  l.Rete.NuovaImpronta());
   if (!testo) return false;
   leggi(*testo, l.Rete.RegistraFile(percorso.string()), l.Rete, l.Diario);
@@ -213,25 +201,24 @@ void LeggiPunti(const Tabella& file, const std::filesystem::path& cartella, cons
   if (file.Nodo("punti") == nullptr) {
     file.Manca("punti", "[[punti]] o punti = \"file.csv\"");
     l.Rete.PuntiIncompleti();
-  } else if (file.Nodo("punti")->is_string()) {
+  } else if (file.Nodo("punti")->Genere == GenereToml::Testo) {
     if (!LeggiTabellaCsv(file, "punti", cartella, l, LeggiPuntiCsv)) l.Rete.PuntiIncompleti();
   } else {
-    const toml::array* elenco = file.Nodo("punti")->as_array();
-    if (elenco == nullptr || elenco->empty()) l.Rete.PuntiIncompleti();
+    if (file.Nodo("punti")->Primo == 0) l.Rete.PuntiIncompleti();
     PerOgniTabella(file, "punti", "[[punti]] o il nome di un file CSV", l,
-                   [&](const toml::table& tabella, int n) {
-                     LeggiPunto(Tabella(tabella, "punto n. " + std::to_string(n), l), l);
+                   [&](const NodoToml& nodo, int n) {
+                     LeggiPunto({nodo, "punto", l, n}, l);
                    });
   }
 }
 
 void LeggiStazioni(const Tabella& file, const std::filesystem::path& cartella, const Lettura& l) {
-  const toml::node* tabella = file.Nodo("osservazioni");
+  const NodoToml* tabella = file.Nodo("osservazioni");
   if (tabella != nullptr && file.Nodo("stazioni") != nullptr) {
-    l.Diario.Errore(l.Dove(*tabella),
+    l.Diario.Errore(l.Toml.Dove(*tabella),
                     {.Campo = "osservazioni",
                      .Problema = "le osservazioni stanno o in un file CSV o in [[stazioni]]"});
-  } else if (tabella != nullptr && !tabella->is_string()) {
+  } else if (tabella != nullptr && tabella->Genere != GenereToml::Testo) {
     file.Sbagliato("osservazioni", "il nome di un file CSV",
                    "nel file TOML le osservazioni stanno dentro [[stazioni]]");
   } else if (tabella != nullptr) {
@@ -240,13 +227,13 @@ void LeggiStazioni(const Tabella& file, const std::filesystem::path& cartella, c
     file.Manca("stazioni", "[[stazioni]] o osservazioni = \"file.csv\"");
   }
   if (file.Nodo("stazioni") == nullptr) return;
-  PerOgniTabella(file, "stazioni", "[[stazioni]]", l, [&](const toml::table& t, int n) {
-    LeggiStazione(Tabella(t, "stazione n. " + std::to_string(n), l), l);
+  PerOgniTabella(file, "stazioni", "[[stazioni]]", l, [&](const NodoToml& nodo, int n) {
+    LeggiStazione({nodo, "stazione", l, n}, l);
   });
 }
 
-void LeggiFile(const toml::table& radice, const std::filesystem::path& cartella, const Lettura& l) {
-  const Tabella file(radice, "", l);
+void LeggiFile(const std::filesystem::path& cartella, const Lettura& l) {
+  const Tabella file(l.Toml.Radice(), "", l);
   file.RifiutaAltreChiavi(kChiaviFile);
   if (file.Nodo("formato") == nullptr) {
     file.Manca("formato", "formato = " + std::to_string(kFormato));
@@ -263,20 +250,8 @@ void LeggiFile(const toml::table& radice, const std::filesystem::path& cartella,
 
 void LeggiToml(std::string_view testo, std::string_view file, const std::filesystem::path& cartella,
                CostruttoreRete& rete, Diagnostica& diagnostica) {
-  if (std::optional<Ostacolo> ostacolo = PrimaDelParser(testo, file)) {
-    diagnostica.Errore(ostacolo->Dove, std::move(ostacolo->Cosa));
-    return;
-  }
-  const Lettura lettura{file, rete, diagnostica};
-  try {
-    const toml::table radice = toml::parse(testo);
-    LeggiFile(radice, cartella, lettura);
-  } catch (const toml::parse_error& errore) {
-    const Posizione dove = lettura.Dove(errore.source());
-    diagnostica.Errore(dove, GuastoSintassi(errore.description(), RigaDelTesto(testo, dove.Riga)));
-  } catch (const StatoImprevisto&) {
-    diagnostica.Errore({file, 0, 0}, GuastoSintassi("", ""));
-  }
+  const DocumentoToml documento(testo, file, diagnostica);
+  if (documento.Valido()) LeggiFile(cartella, {file, documento, rete, diagnostica});
 }
 
 }  // namespace compensa

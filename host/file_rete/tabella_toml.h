@@ -1,33 +1,18 @@
 #pragma once
 
-// A table of a TOML file as the reader sees it: values by key, each under its rule. Pulls in the whole
-// of toml++: for lettura_toml.cpp alone.
+// A table of a network file in TOML as its reader sees it: values by key, each under its rule.
 
 #include <algorithm>
 #include <array>
-#include <exception>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <utility>
 
-// Raised where the parser finds itself in a state that it holds impossible. Left alone it would go on
-// regardless, or end the program.
-struct StatoImprevisto : std::exception {};
-[[noreturn]] inline void SollevaStatoImprevisto() { throw StatoImprevisto(); }
-
-#pragma push_macro("NDEBUG")
-#undef NDEBUG  // the checks stay on in every build
-#define TOML_ASSERT(condizione) ((condizione) ? void() : SollevaStatoImprevisto())
-#define TOML_HEADER_ONLY 1
-#define TOML_ENABLE_FORMATTERS 0
-#define TOML_FLOAT_CHARCONV 1  // numbers independent of the locale
-#include <toml++/toml.h>
-#pragma pop_macro("NDEBUG")
-
 #include "host/base/numeri.h"
 #include "host/file_rete/costruttore.h"
+#include "host/file_rete/toml.h"
 #include "host/rete/campi.h"
 
 namespace compensa {
@@ -39,171 +24,153 @@ inline constexpr std::array<std::string_view, 7> kChiaviFile = {
 // What every table of one file shares.
 struct Lettura {
   std::string_view File;
+  const DocumentoToml& Toml;
   CostruttoreRete& Rete;
   Diagnostica& Diario;
-
-  Posizione Dove(const toml::source_region& regione) const {
-    return {File, static_cast<int>(regione.begin.line), static_cast<int>(regione.begin.column)};
-  }
-  Posizione Dove(const toml::node& nodo) const { return Dove(nodo.source()); }
 };
 
-// A value as a message shows it.
-inline std::string Descrivi(const toml::node& nodo) {
-  if (const auto* testo = nodo.as_string()) return Cita(testo->get());
-  if (const auto* intero = nodo.as_integer()) return std::to_string(intero->get());
-  if (const auto* numero = nodo.as_floating_point()) return NumeroBreve(numero->get());
-  if (const auto* vero = nodo.as_boolean()) return vero->get() ? "true" : "false";
-  if (nodo.is_array_of_tables()) return "un elenco di tabelle [[ ]]";
-  if (const auto* elenco = nodo.as_array()) {
-    return elenco->empty() ? "un elenco vuoto" : "un elenco [ ]";
-  }
-  if (nodo.is_table()) return "una tabella";
-  return "una data o un'ora";
-}
-
-// A table of the file with the record that it describes: values by key, and a message for each that
-// breaks its rule.
+// The table with the record that it describes, and a message for each value that breaks its rule.
 class Tabella {
  public:
-  Tabella(const toml::table& tabella, std::string record, const Lettura& lettura)
-      : T(tabella), Record(std::move(record)), L(lettura) {}
+  // ordinale is that of the record among those of its kind, from 1; 0 = there is only one.
+  Tabella(const NodoToml& tabella, std::string_view genere, const Lettura& lettura,
+          int ordinale = 0, const Tabella* madre = nullptr)
+      : T(tabella), Genere(genere), L(lettura), Ordinale(ordinale), Madre(madre) {}
 
-  Posizione Dove() const { return L.Dove(T); }
-  const toml::node* Nodo(std::string_view chiave) const { return T.get(chiave); }
-  const std::string& NomeRecord() const { return Record; }
-  void Chiama(std::string record) { Record = std::move(record); }
+  Posizione Dove() const { return L.Toml.Dove(T); }
+  const NodoToml* Nodo(std::string_view chiave) const { return L.Toml.Cerca(T, chiave); }
+  Posizione Dove(std::string_view chiave) const { return L.Toml.Dove(*Nodo(chiave)); }
+
+  // The record as messages name it.
+  std::string NomeRecord() const {
+    if (NomeLetto && Genere == "punto") return NomePunto(*NomeLetto);
+    if (NomeLetto && Genere == "stazione") return NomeStazione(*NomeLetto);
+    if (NomeLetto) return NomeOsservazione(Madre->NomeLetto.value_or("?"), *NomeLetto);
+    const std::string prima = Madre != nullptr ? Madre->NomeRecord() + ", " : "";
+    return prima + std::string(Genere) +
+           (Ordinale > 0 ? " n. " + std::to_string(Ordinale) : std::string());
+  }
 
   void RifiutaAltreChiavi(Chiavi note) const {
-    for (auto&& [chiave, valore] : T) {
-      if (std::find(note.begin(), note.end(), chiave.str()) != note.end()) continue;
-      Guasto guasto = ChiaveSconosciuta(Record, "chiave", chiave.str(), note);
-      const bool delFile =
-          std::find(kChiaviFile.begin(), kChiaviFile.end(), chiave.str()) != kChiaviFile.end();
-      if (delFile) guasto.Suggerimento = "va scritta all'inizio del file, prima di ogni [tabella]";
-      L.Diario.Errore(L.Dove(chiave.source()), std::move(guasto));
+    for (const NodoToml* n = L.Toml.Primo(T); n != nullptr; n = L.Toml.Prossimo(*n)) {
+      const std::string_view chiave = L.Toml.Nome(*n);
+      if (std::find(note.begin(), note.end(), chiave) != note.end()) continue;
+      Guasto guasto = ChiaveSconosciuta(NomeRecord(), "chiave", chiave, note);
+      if (std::find(kChiaviFile.begin(), kChiaviFile.end(), chiave) != kChiaviFile.end())
+        guasto.Suggerimento = "va scritta all'inizio del file, prima di ogni [tabella]";
+      L.Diario.Errore(L.Toml.DoveChiave(*n), std::move(guasto));
     }
   }
 
   void Manca(std::string_view chiave, std::string voluto) const {
-    L.Diario.Errore(Dove(), {.Record = Record,
+    L.Diario.Errore(Dove(), {.Record = NomeRecord(),
                              .Problema = "manca la chiave " + Cita(chiave),
                              .Voluto = std::move(voluto)});
   }
 
   void Sbagliato(std::string_view chiave, std::string voluto, std::string suggerimento = {}) const {
-    const toml::node& nodo = *Nodo(chiave);
-    L.Diario.Errore(L.Dove(nodo), {.Record = Record,
+    L.Diario.Errore(Dove(chiave), {.Record = NomeRecord(),
                                    .Campo = std::string(chiave),
-                                   .Trovato = Descrivi(nodo),
+                                   .Trovato = L.Toml.Descrivi(*Nodo(chiave)),
                                    .Voluto = std::move(voluto),
                                    .Suggerimento = std::move(suggerimento)});
   }
 
-  Letto<double> Numero(const RegolaNumero& regola) const {
-    Letto<double> dato = Trova<double>(regola.Nome);
-    if (!dato.Presente) return dato;
-    const toml::node& nodo = *Nodo(regola.Nome);
-    const std::optional<double> valore = nodo.is_number() ? nodo.value<double>() : std::nullopt;
-    if (valore && Ammesso(regola, *valore)) {
-      dato.Valore = valore;
-    } else if (valore) {
-      L.Diario.Errore(dato.Dove, GuastoNumero(Record, regola, Descrivi(nodo), *valore));
-    } else {
-      const auto* testo = nodo.as_string();
-      const bool numero =
-          testo != nullptr && LeggiNumero(testo->get(), true).Esito == EsitoNumero::Valido;
-      Sbagliato(regola.Nome, NumeroVoluto(regola),
-                numero ? "senza virgolette e con il punto decimale" : "");
-    }
-    return dato;
+  // A value together with its place.
+  template <class Valore>
+  Letto<Valore> ConPosto(std::string_view chiave, std::optional<Valore> valore) const {
+    const NodoToml* nodo = Nodo(chiave);
+    if (nodo == nullptr) return {};
+    return {std::move(valore), true, L.Toml.Dove(*nodo)};
   }
 
-  // kValoreMancante if there is none or a wrong one.
+  // Nothing, here and below, if there is no value or a wrong one, which is then reported.
+  std::optional<double> Numero(const RegolaNumero& regola) const {
+    const NodoToml* nodo = Nodo(regola.Nome);
+    if (nodo == nullptr) return std::nullopt;
+    if (nodo->Genere == GenereToml::Intero || nodo->Genere == GenereToml::Reale) {
+      const double valore = L.Toml.Numero(*nodo);
+      if (Ammesso(regola, valore)) return valore;
+      L.Diario.Errore(L.Toml.Dove(*nodo),
+                      GuastoNumero(NomeRecord(), regola, L.Toml.Descrivi(*nodo), valore));
+      return std::nullopt;
+    }
+    const bool numero = nodo->Genere == GenereToml::Testo &&
+                        LeggiNumero(L.Toml.Testo(*nodo), true).Esito == EsitoNumero::Valido;
+    Sbagliato(regola.Nome, NumeroVoluto(regola),
+              numero ? "senza virgolette e con il punto decimale" : "");
+    return std::nullopt;
+  }
+  Letto<double> NumeroConPosto(const RegolaNumero& regola) const {
+    return ConPosto(regola.Nome, Numero(regola));
+  }
   double NumeroOMancante(const RegolaNumero& regola) const {
-    return Numero(regola).Valore.value_or(kValoreMancante);
+    return Numero(regola).value_or(kValoreMancante);
   }
 
   Letto<int> Intero(std::string_view chiave, int minimo, int massimo, std::string voluto) const {
-    Letto<int> dato = Trova<int>(chiave);
-    if (!dato.Presente) return dato;
-    const auto* intero = Nodo(chiave)->as_integer();
-    if (intero != nullptr && intero->get() >= minimo && intero->get() <= massimo) {
-      dato.Valore = static_cast<int>(intero->get());
-    } else {
-      Sbagliato(chiave, std::move(voluto));
+    const NodoToml* nodo = Nodo(chiave);
+    if (nodo == nullptr) return {};
+    if (nodo->Genere == GenereToml::Intero) {
+      const std::int64_t valore = L.Toml.Intero(*nodo);
+      if (valore >= minimo && valore <= massimo)
+        return ConPosto(chiave, std::optional(static_cast<int>(valore)));
     }
-    return dato;
+    Sbagliato(chiave, std::move(voluto));
+    return ConPosto<int>(chiave, std::nullopt);
   }
 
   Letto<bool> Vero(std::string_view chiave) const {
-    Letto<bool> dato = Trova<bool>(chiave);
-    if (!dato.Presente) return dato;
-    if (const auto* vero = Nodo(chiave)->as_boolean()) {
-      dato.Valore = vero->get();
-    } else {
-      Sbagliato(chiave, "true o false");
-    }
-    return dato;
+    const NodoToml* nodo = Nodo(chiave);
+    if (nodo == nullptr) return {};
+    if (nodo->Genere == GenereToml::Vero)
+      return ConPosto(chiave, std::optional(L.Toml.Vero(*nodo)));
+    Sbagliato(chiave, "true o false");
+    return ConPosto<bool>(chiave, std::nullopt);
   }
 
-  Letto<int> Parola(std::string_view chiave, std::span<const ParolaNota> parole,
-                    const std::string& voluto) const {
-    Letto<int> dato = Trova<int>(chiave);
-    if (!dato.Presente) return dato;
-    if (const auto* testo = Nodo(chiave)->as_string()) {
-      dato.Valore = CercaParola(parole, testo->get());
-      if (!dato.Valore) {
-        L.Diario.Errore(dato.Dove, GuastoParola(Record, chiave, parole, testo->get(), voluto));
-      }
-    } else {
-      Sbagliato(chiave, voluto);
+  std::optional<int> Parola(std::string_view chiave, std::span<const ParolaNota> parole) const {
+    const NodoToml* nodo = Nodo(chiave);
+    if (nodo == nullptr) return std::nullopt;
+    const bool tipo = chiave == "tipo";
+    if (nodo->Genere == GenereToml::Testo) {
+      const std::string testo = L.Toml.Testo(*nodo);
+      const std::optional<int> valore = CercaParola(parole, testo);
+      if (!valore)
+        L.Diario.Errore(L.Toml.Dove(*nodo),
+                        GuastoParola(NomeRecord(), chiave, parole, testo,
+                                     tipo ? TipoVoluto() : ParoleVolute(parole)));
+      return valore;
     }
-    return dato;
+    if (tipo && nodo->Genere == GenereToml::Intero)
+      for (const int noto : kTipiDistanza)
+        if (noto == L.Toml.Intero(*nodo)) return noto;
+    Sbagliato(chiave, tipo ? TipoVoluto() : ParoleVolute(parole));
+    return std::nullopt;
   }
 
-  int Tipo() const {
-    const auto* nodo = Nodo("tipo");
-    const auto* intero = nodo != nullptr ? nodo->as_integer() : nullptr;
-    if (intero == nullptr) {
-      return Parola("tipo", kParoleTipo, TipoVoluto()).Valore.value_or(kOrizzontale);
-    }
-    for (const int noto : kTipiDistanza) {
-      if (noto == intero->get()) return noto;
-    }
-    Sbagliato("tipo", TipoVoluto());
-    return kOrizzontale;
-  }
-
-  // A text, or an integer taken as text.
-  Letto<std::string> Nome(std::string_view chiave) const {
-    Letto<std::string> dato = Trova<std::string>(chiave);
-    if (!dato.Presente) {
+  // The name of the record: a text, or an integer taken as text.
+  const std::optional<std::string>& LeggiNome(std::string_view chiave) {
+    const NodoToml* nodo = Nodo(chiave);
+    if (nodo == nullptr) {
       Manca(chiave, "il nome di un punto");
-    } else if (const auto* testo = Nodo(chiave)->as_string()) {
-      dato.Valore = testo->get();
-    } else if (const auto* intero = Nodo(chiave)->as_integer()) {
-      dato.Valore = std::to_string(intero->get());
+    } else if (nodo->Genere == GenereToml::Testo) {
+      NomeLetto = L.Toml.Testo(*nodo);
+    } else if (nodo->Genere == GenereToml::Intero) {
+      NomeLetto = std::to_string(L.Toml.Intero(*nodo));
     } else {
       Sbagliato(chiave, "un testo fra virgolette o un intero");
     }
-    return dato;
+    return NomeLetto;
   }
 
  private:
-  template <class T>
-  Letto<T> Trova(std::string_view chiave) const {
-    Letto<T> dato;
-    if (const toml::node* nodo = Nodo(chiave)) {
-      dato.Presente = true;
-      dato.Dove = L.Dove(*nodo);
-    }
-    return dato;
-  }
-
-  const toml::table& T;
-  std::string Record;
+  const NodoToml& T;
+  std::string_view Genere;
   const Lettura& L;
+  int Ordinale;
+  const Tabella* Madre;
+  std::optional<std::string> NomeLetto;
 };
 
 }  // namespace compensa
