@@ -2,9 +2,10 @@
 // file can be removed, and its folder emptied, while it is still open: the console runs its handler
 // in a thread of its own. Faults of the system's own calls are turned into errno by a table.
 
-// clang-format off: the second needs the first
-#include <shellapi.h>
+// The second needs the first.
+// clang-format off
 #include <windows.h>
+#include <shellapi.h>
 // clang-format on
 
 #include <fcntl.h>
