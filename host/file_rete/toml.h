@@ -88,6 +88,8 @@ class DocumentoToml {
  private:
   friend class LettoreToml;
 
+  static constexpr std::uint16_t kPochi = 16;  // children that are looked for one by one
+
   const NodoToml* Figlio(std::uint32_t indice) const {
     return indice == 0 ? nullptr : &Nodi[indice];
   }
