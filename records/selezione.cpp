@@ -82,9 +82,7 @@ bool DistanzaPla(VistaPunti punti, const TOssCr& osservazione) {
 }
 
 bool FuoriCentro(const TOssCr& osservazione) {
-  const int tipo = osservazione.TipoDist;
-  return (tipo == kFuoriCentro10 || tipo == kFuoriCentro20 || tipo == kFuoriCentro30) &&
-         !Mancante(osservazione.Direzione);
+  return TipoFuoriCentro(osservazione.TipoDist) && !Mancante(osservazione.Direzione);
 }
 
 bool NonRiducibile(const TOssCr& osservazione) {

@@ -46,11 +46,15 @@ bool DistanzaPla(VistaPunti punti, const TOssCr& osservazione);
 bool ZenitAlt(VistaPunti punti, const TStaCr& stazione, const TOssCr& osservazione,
               double& distanzaQuadra);
 
-// A distance that an eccentric instrument measured, with the direction that brings it to the
-// centre.
+// Whether a distance of the kind was measured from an eccentric instrument.
+constexpr bool TipoFuoriCentro(int tipo) {
+  return tipo == kFuoriCentro10 || tipo == kFuoriCentro20 || tipo == kFuoriCentro30;
+}
+
+// Such a distance with the direction that brings it to the centre.
 bool FuoriCentro(const TOssCr& osservazione);
 
-// Such a distance with a direction that tells nothing: it and the later ones of its station are
+// One with a direction that tells nothing: it and the later ones of its station are
 // lost.
 bool NonRiducibile(const TOssCr& osservazione);
 

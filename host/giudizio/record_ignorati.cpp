@@ -15,6 +15,7 @@
 
 #include "host/giudizio/controlli/rilievi.h"
 #include "host/rete/campi.h"
+#include "records/selezione.h"
 
 namespace compensa {
 
@@ -164,12 +165,12 @@ void Esame::MotiviPianta(Postazione& p, const TOssCr& o, std::string& motivi) co
   if (distanza && p.DistanzeFerme) {
     Aggiungi(motivi,
              "distanza non usata: segue, nella stazione, una che non si può ridurre in centro");
-  } else if (distanza && FuoriCentro(o.TipoDist) && o.Direzione <= 0.0) {
+  } else if (distanza && NonRiducibile(o)) {
     p.DistanzeFerme = true;
     Aggiungi(motivi,
              "distanza fuori centro con direzione 0: non si può ridurre in centro, e non si usano "
              "né questa né quelle che seguono nella stazione");
-  } else if (distanza && FuoriCentro(o.TipoDist) && !Assegnato(o.Direzione) &&
+  } else if (distanza && TipoFuoriCentro(o.TipoDist) && !Assegnato(o.Direzione) &&
              p.Record.EccDistanza > 0.0) {
     Aggiungi(motivi, "distanza fuori centro senza direzione: usata senza riduzione in centro");
   }

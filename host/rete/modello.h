@@ -23,11 +23,6 @@ constexpr bool Inclinata(int tipo) {
   return tipo == kInclinata || tipo == kInclinataTipo6 || tipo == kInclinataTipo7;
 }
 
-// Whether a distance of the kind was read to a prism beside the point, on the line of the sight.
-constexpr bool FuoriCentro(int tipo) {
-  return tipo == kFuoriCentro10 || tipo == kFuoriCentro20 || tipo == kFuoriCentro30;
-}
-
 // What the file says of the project; passed on to the outputs.
 struct Progetto {
   std::string Nome;         // UTF-8

@@ -11,6 +11,7 @@
 #include <cmath>
 
 #include "host/rete/zone.h"
+#include "records/selezione.h"
 
 namespace compensa {
 
@@ -34,7 +35,7 @@ double Orizzontale(const TOssCr& o) {
 }
 
 double AlCentro(const TStaCr& s, const TOssCr& o, double distanza) {
-  if (!FuoriCentro(o.TipoDist) || !(BraccioFuoriCentro(s) > 0.0) || !Assegnato(o.Direzione))
+  if (!TipoFuoriCentro(o.TipoDist) || !(BraccioFuoriCentro(s) > 0.0) || !Assegnato(o.Direzione))
     return distanza;
   const double e = BraccioFuoriCentro(s);
   const double angolo = (s.EccDirezione - o.Direzione) * kRadPerGon;
